@@ -1,0 +1,45 @@
+# The compiler settings of every target of ours, and the three ways in which this project adds one.
+
+add_library(korvel_settings INTERFACE)
+target_include_directories(korvel_settings INTERFACE ${PROJECT_SOURCE_DIR}/src)
+target_compile_options(korvel_settings INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow=local -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual)
+target_compile_definitions(korvel_settings INTERFACE
+    QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING)
+if(KORVEL_WERROR)
+    target_compile_options(korvel_settings INTERFACE -Werror)
+endif()
+if(KORVEL_SANITIZE)
+    target_compile_options(korvel_settings INTERFACE
+        -fsanitize=${KORVEL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    target_link_options(korvel_settings INTERFACE -fsanitize=${KORVEL_SANITIZE})
+endif()
+
+# korvel_library(NAME SOURCES file... [LINKS target...]): a static library of one folder of src/.
+function(korvel_library name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS")
+    add_library(${name} STATIC ${arg_SOURCES})
+    target_link_libraries(${name} PUBLIC ${arg_LINKS} PRIVATE korvel_settings)
+    target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+endfunction()
+
+# korvel_program(NAME SOURCES file... [LINKS target...]): a program that people start.
+function(korvel_program name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS")
+    add_executable(${name} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE ${arg_LINKS} korvel_settings)
+endfunction()
+
+# korvel_test(NAME SOURCES file... [LINKS target...] [ENVIRONMENT VAR=value...]): a GoogleTest program,
+# each of its tests known to CTest by its own name. LINKS names the libraries under test.
+function(korvel_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS;ENVIRONMENT")
+    add_executable(${name} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE ${arg_LINKS} korvel_test_support korvel_settings)
+    target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+    target_compile_definitions(${name} PRIVATE
+        KORVEL_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data" KORVEL_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+    set(environment "QT_QPA_PLATFORM=offscreen" ${arg_ENVIRONMENT})
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+        PROPERTIES TIMEOUT 120 ENVIRONMENT "${environment}")
+endfunction()

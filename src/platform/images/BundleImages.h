@@ -1,0 +1,26 @@
+#pragma once
+
+#include "platform/images/Image.h"
+
+#include <QString>
+
+namespace platform {
+
+// The images of the bundle by name: SVG files ":/images/NAME.svg" of the resources, each parsed once. A name
+// that is unknown gives a null image.
+[[nodiscard]] Image imageNamed(const QString& name);
+
+// Hides one image of the bundle from imageNamed for as long as it lives, so that the faults of a bundle can
+// be tested.
+class BundleImageHidden final {
+public:
+    explicit BundleImageHidden(QString name);
+    ~BundleImageHidden();
+    BundleImageHidden(const BundleImageHidden&) = delete;
+    BundleImageHidden& operator=(const BundleImageHidden&) = delete;
+
+private:
+    QString name_;
+};
+
+} // namespace platform

@@ -19,8 +19,8 @@ struct Error {
 
 using ReadResult = std::variant<Value, Error>;
 
-// Never reads a file and never depends on the process's locale. No input makes it use more than a small multiple
-// of its own length, in memory or in time.
+// Never reads a file and never depends on the process's locale. No input makes it use more than a small
+// multiple of its own length, in memory or in time.
 [[nodiscard]] ReadResult read(std::string_view bytes);
 
 } // namespace platform::plist

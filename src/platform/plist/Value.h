@@ -11,12 +11,14 @@
 
 // The values of a property list. A Value is a plain value: cheap to move, cheap to copy (containers are
 // immutable and shared, so a list that names one container many times stays small), compared exactly: kinds
-// are told apart (the integer 1 is neither the real 1.0 nor true), reals by their bits, so that a NaN equals itself.
+// are told apart (the integer 1 is neither the real 1.0 nor true), reals by their bits, so that a NaN equals
+// itself.
 //
 // Texts are UTF-8; a lone surrogate of a UTF-16 source is kept in its three-byte form.
 namespace platform::plist {
 
 class Value;
+struct ForeignDictionary;
 
 using Array = std::vector<Value>;
 
@@ -34,6 +36,11 @@ public:
     void set(std::string key, Value value);
     // Removes a key; does nothing where it is absent.
     void remove(std::string_view key);
+
+    // Which of two entries with one key stays, at the place of the first of them.
+    enum class Duplicates { KeepFirst, KeepLast };
+    // A dictionary of many entries at once, in time n log n.
+    static Dictionary fromEntries(std::vector<Entry> entries, Duplicates duplicates);
 
     friend bool operator==(const Dictionary& a, const Dictionary& b); // whatever the order of keys
 
@@ -74,7 +81,20 @@ struct Set {
     std::shared_ptr<const Array> members;
 };
 
-enum class Kind { Null, Boolean, Integer, Real, Date, Data, String, Array, Dictionary, Set, Uid };
+enum class Kind {
+    Null,
+    Boolean,
+    Integer,
+    Real,
+    Date,
+    Data,
+    String,
+    Array,
+    Dictionary,
+    Set,
+    Uid,
+    ForeignDictionary
+};
 
 class Value final {
 public:
@@ -86,11 +106,13 @@ public:
     explicit Value(Date value);
     explicit Value(Data value);
     explicit Value(std::string value);
-    explicit Value(const char* value) : Value(std::string(value)) {}
+    explicit Value(const char* value)
+        : Value(std::string(value)) {}
     explicit Value(Array value);
     explicit Value(Dictionary value);
     explicit Value(Set value);
     explicit Value(Uid value);
+    explicit Value(ForeignDictionary value);
 
     [[nodiscard]] Kind kind() const;
 
@@ -105,17 +127,27 @@ public:
     [[nodiscard]] const Dictionary* dictionary() const;
     [[nodiscard]] const Set* set() const;
     [[nodiscard]] const Uid* uid() const;
+    [[nodiscard]] const ForeignDictionary* foreignDictionary() const;
 
     friend bool operator==(const Value& a, const Value& b);
 
 private:
-    using Content = std::variant<Null, bool, Integer, double, Date, Data, std::shared_ptr<const std::string>,
-                                 std::shared_ptr<const Array>, std::shared_ptr<const Dictionary>, Set, Uid>;
+    // In the order of Kind.
+    using Content =
+        std::variant<Null, bool, Integer, double, Date, std::shared_ptr<const Data>,
+                     std::shared_ptr<const std::string>, std::shared_ptr<const Array>,
+                     std::shared_ptr<const Dictionary>, Set, Uid, std::shared_ptr<const ForeignDictionary>>;
     Content content_;
 };
 
-// What a reader of records is given where a number is asked for: the platform's numbers are integers, reals and
-// booleans (1 and 0). An integer beyond 2^53 is rounded to the nearest double. Other kinds: none.
+// A dictionary of the binary form with a key that is no string. It can be told apart and counted; no XML
+// form.
+struct ForeignDictionary {
+    std::vector<std::pair<Value, Value>> entries; // every key stands once
+};
+
+// What a reader of records is given where a number is asked for: the platform's numbers are integers, reals
+// and booleans (1 and 0). An integer beyond 2^53 is rounded to the nearest double. Other kinds: none.
 [[nodiscard]] std::optional<double> numberOf(const Value& value);
 
 // Likewise for a truth value: a boolean, or a number, which is true when it is not zero (a NaN is true).

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+// What all three forms need to know of Unicode. Texts are UTF-8; a lone surrogate, which only UTF-16 sources
+// and the old form's escapes can hold, is kept in its three-byte form.
+namespace platform::plist {
+
+// Whether the bytes are UTF-8 (RFC 3629: no overlong form, no surrogate, nothing above U+10FFFF).
+[[nodiscard]] bool isUtf8(std::string_view bytes);
+
+// Appends a code point up to U+10FFFF, surrogates included.
+void appendCodePoint(std::string& text, char32_t codePoint);
+
+// Appends one UTF-16 unit. A low surrogate joins a high one that stands at the text's end.
+void appendUtf16Unit(std::string& text, char16_t unit);
+
+// A code point of a text and the number of bytes it takes. Bytes that are no UTF-8 stand for themselves.
+struct CodePoint {
+    char32_t value = 0;
+    std::size_t length = 0;
+};
+[[nodiscard]] CodePoint codePointAt(std::string_view text, std::size_t offset);
+
+// The order in which the platform sorts keys: by UTF-16 units.
+[[nodiscard]] bool precedesInUtf16(std::string_view a, std::string_view b);
+
+// The line of an offset, from 1; CR, LF and CR LF end one.
+[[nodiscard]] std::size_t lineAt(std::string_view text, std::size_t offset);
+
+} // namespace platform::plist

@@ -1,0 +1,389 @@
+#include "platform/plist/XmlScanner.h"
+
+#include "platform/plist/Text.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+
+namespace platform::plist {
+
+namespace {
+
+constexpr std::uint64_t everyByte = 0x0101010101010101U;
+constexpr std::uint64_t highBits = 0x80 * everyByte;
+
+// The high bit of every byte that is zero, exactly.
+std::uint64_t zeroBytes(std::uint64_t word) {
+    return ~(((word & ~highBits) + ~highBits) | word | ~highBits);
+}
+
+// The number of bytes, in memory order, before the first that is marked by its high bit.
+unsigned firstMarked(std::uint64_t marked) {
+    if constexpr (std::endian::native == std::endian::little)
+        return static_cast<unsigned>(std::countr_zero(marked)) / 8;
+    else
+        return static_cast<unsigned>(std::countl_zero(marked)) / 8;
+}
+
+// The bits of the bytes before that one.
+std::uint64_t bytesBefore(std::uint64_t word, unsigned count) {
+    if (count == 0)
+        return 0;
+    if constexpr (std::endian::native == std::endian::little)
+        return word & (~std::uint64_t{0} >> (64 - 8 * count));
+    else
+        return word & (~std::uint64_t{0} << (64 - 8 * count));
+}
+
+struct Run {
+    const char* end = nullptr; // at the first '<' or '&', or at the end
+    bool isAscii = true;
+};
+
+// Eight bytes at a time.
+Run runOfText(const char* at, const char* end) {
+    std::uint64_t high = 0;
+    std::uint64_t word = 0;
+    for (; end - at >= static_cast<std::ptrdiff_t>(sizeof word); at += sizeof word) {
+        std::memcpy(&word, at, sizeof word);
+        const std::uint64_t marked =
+            zeroBytes(word ^ ('<' * everyByte)) | zeroBytes(word ^ ('&' * everyByte));
+        if (marked != 0) {
+            const unsigned count = firstMarked(marked);
+            high |= bytesBefore(word, count);
+            return {at + count, (high & highBits) == 0};
+        }
+        high |= word;
+    }
+    bool isAscii = (high & highBits) == 0;
+    for (; at < end && *at != '<' && *at != '&'; ++at)
+        isAscii = isAscii && static_cast<unsigned char>(*at) < 0x80;
+    return {at, isAscii};
+}
+
+bool isSpace(char c) {
+    return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+}
+
+struct TagName {
+    std::string_view name;
+    XmlTag tag;
+};
+
+// In the order of XmlTag.
+constexpr TagName tagNames[] = {
+    {"plist", XmlTag::Plist}, {"array", XmlTag::Array},    {"dict", XmlTag::Dictionary},
+    {"key", XmlTag::Key},     {"string", XmlTag::String},  {"data", XmlTag::Data},
+    {"date", XmlTag::Date},   {"true", XmlTag::True},      {"false", XmlTag::False},
+    {"real", XmlTag::Real},   {"integer", XmlTag::Integer}};
+
+struct Named {
+    std::string_view reference;
+    char character;
+};
+constexpr Named namedReferences[] = {
+    {"lt;", '<'}, {"gt;", '>'}, {"amp;", '&'}, {"apos;", '\''}, {"quot;", '"'}};
+
+} // namespace
+
+bool XmlScanner::fail(const char* at, const char* message) {
+    if (!fault_) {
+        faultAt_ = at;
+        fault_ = message;
+    }
+    return false;
+}
+
+Error XmlScanner::error() const {
+    const std::string_view text(begin_, static_cast<std::size_t>(end_ - begin_));
+    const auto offset = static_cast<std::size_t>((fault_ ? faultAt_ : at_) - begin_);
+    return {offset, lineAt(text, offset), fault_ ? fault_ : "The text ends too early"};
+}
+
+void XmlScanner::skipSpace() {
+    while (at_ < end_ && isSpace(*at_))
+        ++at_;
+}
+
+// At the character after "<!--".
+bool XmlScanner::skipComment() {
+    const char* const start = std::min(at_, end_);
+    const std::string_view rest(start, static_cast<std::size_t>(end_ - start));
+    const std::size_t found = rest.find("-->");
+    if (found == std::string_view::npos)
+        return fail(start, "A comment is not closed");
+    at_ = start + found + 3;
+    return true;
+}
+
+// Where "?>" is looked for.
+bool XmlScanner::skipInstruction() {
+    const std::string_view rest(at_, static_cast<std::size_t>(end_ - at_));
+    const std::size_t found = rest.find("?>");
+    if (found == std::string_view::npos)
+        return failHere("A processing instruction is not closed");
+    at_ += found + 2;
+    return true;
+}
+
+// At the character after "<!". There is no internal subset, and so no entity of a list's own.
+bool XmlScanner::skipDoctype() {
+    if (!startsWith("DOCTYPE"))
+        return failHere("A declaration is neither a comment nor a DOCTYPE");
+    const char* const closing = std::find_if(at_, end_, [](char c) { return c == '>' || c == '['; });
+    if (closing == end_)
+        return failHere("The DOCTYPE is not closed");
+    if (*closing == '[')
+        return fail(closing, "The DOCTYPE has an internal subset, which is not allowed");
+    at_ = closing + 1;
+    return true;
+}
+
+XmlScanner::Found XmlScanner::findRoot(XmlElement& element) {
+    for (;;) {
+        skipSpace();
+        if (end_ - at_ < 2)
+            return faultHere("The list is empty");
+        if (*at_ != '<')
+            return faultHere("Text stands where a tag is expected");
+        ++at_;
+        if (*at_ == '!') {
+            ++at_;
+            if (startsWith("--")) {
+                // One character more than the opening, on purpose: the platform's reader loses it, so that a
+                // comment without any text ends at the next one.
+                at_ += 3;
+                if (!skipComment())
+                    return Found::Fault;
+            } else if (!skipDoctype()) {
+                return Found::Fault;
+            }
+        } else if (*at_ == '?') {
+            ++at_;
+            if (!skipInstruction())
+                return Found::Fault;
+        } else {
+            return takeStartTag(element);
+        }
+    }
+}
+
+XmlScanner::Found XmlScanner::findElement(XmlElement& element) {
+    for (;;) {
+        skipSpace();
+        if (at_ == end_)
+            return faultHere("The text ends inside an element");
+        if (*at_ != '<')
+            return faultHere("Text stands where a tag is expected");
+        ++at_;
+        if (at_ == end_)
+            return faultHere("The text ends inside a tag");
+        switch (*at_) {
+        case '/':
+            --at_;
+            return Found::CloseTag;
+        case '?': // "<?>" is a whole instruction here
+            if (!skipInstruction())
+                return Found::Fault;
+            break;
+        case '!':
+            if (!startsWith("!--"))
+                return faultHere("A declaration stands inside an element");
+            at_ += 3;
+            if (!skipComment())
+                return Found::Fault;
+            break;
+        default:
+            return takeStartTag(element);
+        }
+    }
+}
+
+// After the '<'. The usual spellings are told by their letters alone.
+XmlScanner::Found XmlScanner::takeStartTag(XmlElement& element) {
+    const auto take = [&](std::string_view spelling, XmlTag tag, bool isEmpty) {
+        if (!startsWith(spelling))
+            return false;
+        at_ += spelling.size();
+        element = {tag, isEmpty};
+        return true;
+    };
+    bool isTaken = false;
+    switch (*at_) {
+    case 'k':
+        isTaken = take("key>", XmlTag::Key, false);
+        break;
+    case 's':
+        isTaken = take("string>", XmlTag::String, false);
+        break;
+    case 'd':
+        isTaken = take("dict>", XmlTag::Dictionary, false) || take("date>", XmlTag::Date, false) ||
+                  take("data>", XmlTag::Data, false);
+        break;
+    case 't':
+        isTaken = take("true/>", XmlTag::True, true);
+        break;
+    case 'f':
+        isTaken = take("false/>", XmlTag::False, true);
+        break;
+    case 'r':
+        isTaken = take("real>", XmlTag::Real, false);
+        break;
+    case 'i':
+        isTaken = take("integer>", XmlTag::Integer, false);
+        break;
+    case 'a':
+        isTaken = take("array>", XmlTag::Array, false);
+        break;
+    default:
+        break;
+    }
+    return isTaken ? Found::Element : takeUnusualStartTag(element);
+}
+
+// The name ends at white space or at the tag's end; everything between them is passed over.
+XmlScanner::Found XmlScanner::takeUnusualStartTag(XmlElement& element) {
+    const char* const start = at_;
+    const char* const closing = std::find(start, end_, '>');
+    if (closing == end_)
+        return faultHere("The text ends inside a tag");
+    element.isEmpty = closing[-1] == '/';
+    const char* nameEnd = std::find_if(start, closing, isSpace);
+    if (nameEnd == closing && element.isEmpty)
+        --nameEnd;
+    const std::string_view name(start, static_cast<std::size_t>(std::max(nameEnd, start) - start));
+    const auto* const found = std::find_if(std::begin(tagNames), std::end(tagNames),
+                                           [&](const TagName& candidate) { return candidate.name == name; });
+    if (found == std::end(tagNames))
+        return faultHere("A tag is unknown");
+    element.tag = found->tag;
+    at_ = closing + 1;
+    return Found::Element;
+}
+
+bool XmlScanner::takeCloseTag(XmlTag tag) {
+    const std::string_view name = tagNames[static_cast<std::size_t>(tag)].name;
+    const auto left = static_cast<std::size_t>(end_ - at_);
+    if (left < name.size() + 3)
+        return failHere("The text ends before a close tag");
+    if (at_[0] != '<' || at_[1] != '/' || std::string_view(at_ + 2, name.size()) != name)
+        return failHere("An element is not closed by its own tag");
+    const char* closing = at_ + 2 + name.size();
+    while (closing < end_ && isSpace(*closing))
+        ++closing;
+    if (closing == end_ || *closing != '>')
+        return fail(closing, "A close tag is not closed");
+    at_ = closing + 1;
+    return true;
+}
+
+std::string_view XmlScanner::takeRaw() {
+    const char* const start = at_;
+    const void* const found = std::memchr(at_, '<', static_cast<std::size_t>(end_ - at_));
+    at_ = found ? static_cast<const char*>(found) : end_;
+    return {start, static_cast<std::size_t>(at_ - start)};
+}
+
+bool XmlScanner::takeText(std::string& buffer, XmlText& text) {
+    const char* const start = at_;
+    const Run run = runOfText(at_, end_);
+    at_ = run.end;
+    const bool isWhole = at_ == end_ || (*at_ == '<' && !(end_ - at_ > 1 && at_[1] == '!'));
+    if (!isWhole)
+        return takeDecodedText(start, buffer, text);
+    text.source = {start, static_cast<std::size_t>(at_ - start)};
+    text.isDecoded = false;
+    if (!run.isAscii && !isUtf8(text.source))
+        return fail(start, "A text is not valid UTF-8");
+    return true;
+}
+
+bool XmlScanner::takeDecodedText(const char* start, std::string& buffer, XmlText& text) {
+    const std::size_t offset = buffer.size();
+    buffer.append(start, at_);
+    while (at_ < end_) {
+        if (*at_ == '&') {
+            if (!takeReference(buffer))
+                return false;
+        } else if (*at_ == '<') {
+            if (end_ - at_ < 2 || at_[1] != '!')
+                break;
+            if (!takeSection(buffer))
+                return false;
+        } else {
+            const char* const runStart = at_;
+            at_ = runOfText(at_, end_).end;
+            buffer.append(runStart, at_);
+        }
+    }
+    text = {{}, offset, buffer.size() - offset, true};
+    if (!isUtf8(text.in(buffer)))
+        return fail(start, "A text is not valid UTF-8");
+    return true;
+}
+
+// At the '&'.
+bool XmlScanner::takeReference(std::string& out) {
+    ++at_;
+    if (startsWith("#"))
+        return takeNumericReference(out);
+    for (const Named& named : namedReferences)
+        if (startsWith(named.reference)) {
+            at_ += named.reference.size();
+            out += named.character;
+            return true;
+        }
+    return failHere("An entity is unknown");
+}
+
+// At the '#'. Up to eight digits, or none at all, which is U+0000.
+bool XmlScanner::takeNumericReference(std::string& out) {
+    constexpr std::ptrdiff_t shortest = 4; // with what must follow it
+    constexpr int mostDigits = 8;
+    if (end_ - at_ < shortest)
+        return failHere("The text ends inside a character reference");
+    ++at_;
+    const bool isHexadecimal = *at_ == 'x';
+    if (isHexadecimal)
+        ++at_;
+    std::uint32_t value = 0;
+    for (int digits = 0; at_ < end_; ++digits, ++at_) {
+        const char c = *at_;
+        if (c == ';') {
+            ++at_;
+            if (value > 0x10FFFF || (value >= 0xD800 && value <= 0xDFFF))
+                return failHere("A character reference names no character");
+            appendCodePoint(out, value);
+            return true;
+        }
+        if (digits == mostDigits)
+            return failHere("A character reference is too long");
+        if (c >= '0' && c <= '9')
+            value = value * (isHexadecimal ? 16 : 10) + static_cast<std::uint32_t>(c - '0');
+        else if (isHexadecimal && c >= 'a' && c <= 'f')
+            value = value * 16 + static_cast<std::uint32_t>(c - 'a' + 10);
+        else if (isHexadecimal && c >= 'A' && c <= 'F')
+            value = value * 16 + static_cast<std::uint32_t>(c - 'A' + 10);
+        else
+            return failHere("A character reference holds a character that is no digit");
+    }
+    return failHere("The text ends inside a character reference");
+}
+
+// At the '<' of "<!".
+bool XmlScanner::takeSection(std::string& out) {
+    constexpr std::string_view opening = "<![CDATA[";
+    if (!startsWith(opening))
+        return failHere("A declaration stands inside a text");
+    const char* const start = at_ + opening.size();
+    const std::string_view rest(start, static_cast<std::size_t>(end_ - start));
+    const std::size_t length = rest.find("]]>");
+    if (length == std::string_view::npos)
+        return failHere("A CDATA section is not closed");
+    out.append(start, length);
+    at_ = start + length + 3;
+    return true;
+}
+
+} // namespace platform::plist

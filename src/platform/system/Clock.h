@@ -13,11 +13,12 @@ public:
     // The clock in force: the system's, unless another was set.
     [[nodiscard]] static const Clock& current();
 
-    // Puts a clock in force, which must outlive its use; nullptr brings the system's back.
-    static void setCurrent(const Clock* clock);
+    // Puts a clock in force, which must outlive its use; nullptr brings the system's back. Gives the one that
+    // was set before, or nullptr.
+    static const Clock* setCurrent(const Clock* clock);
 };
 
-// A clock that stands where it was put, in force for as long as it lives.
+// A clock that stands where it was put, in force for as long as it lives; then the one before it is again.
 class ManualClock final : public Clock {
 public:
     explicit ManualClock(double now);
@@ -31,6 +32,7 @@ public:
 
 private:
     double now_;
+    const Clock* previous_;
 };
 
 } // namespace platform

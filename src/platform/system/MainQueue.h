@@ -24,17 +24,24 @@ public:
 
     virtual ~MainQueue() = default;
 
-    // Runs work once, a duration from now (a precise timer: never early).
+    // Runs work once, a duration from now (a precise timer: never early), never within this call. Work that
+    // is due at the same time runs in the order in which it was deferred, after the ticks of that time: an
+    // animation and work of the same duration, started in this order, end in this order. Work may defer more.
     virtual void after(Duration delay, Work work) = 0;
 
-    // Calls tick at the screen's pace for a duration, the last time at its end.
+    // Calls tick at the screen's pace for a duration, the last time at its end, never within this call. A
+    // tick may destroy any handle, its own too.
     [[nodiscard]] virtual std::unique_ptr<Ticking> animate(Duration duration, Tick tick) = 0;
 
-    // Whether no deferred work is pending. A program ends only then.
+    // Whether no deferred work is pending (work that is running is not). A program ends only then.
     [[nodiscard]] virtual bool isIdle() const = 0;
 
+    // The queue in force: the event loop's, unless another was set.
     [[nodiscard]] static MainQueue& current();
-    static void setCurrent(MainQueue* queue); // nullptr brings the event loop's back
+
+    // Puts a queue in force, which must outlive its use; nullptr brings the event loop's back. Gives the one
+    // that was set before, or nullptr.
+    static MainQueue* setCurrent(MainQueue* queue);
 };
 
 } // namespace platform

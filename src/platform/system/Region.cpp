@@ -1,0 +1,33 @@
+#include "platform/system/Region.h"
+
+#include "platform/system/LocaleName.h"
+#include "platform/system/TimeZoneName.h"
+
+#include <optional>
+#include <utility>
+
+namespace platform {
+
+namespace {
+
+std::optional<Region>& chosenRegion() {
+    static std::optional<Region> region;
+    return region;
+}
+
+} // namespace
+
+Region Region::current() {
+    if (const auto& chosen = chosenRegion())
+        return *chosen;
+    return {dateLocaleName(), timeZoneName()};
+}
+
+RegionOverride::RegionOverride(Region region)
+    : previous_(std::exchange(chosenRegion(), std::move(region))) {}
+
+RegionOverride::~RegionOverride() {
+    chosenRegion() = std::move(previous_);
+}
+
+} // namespace platform

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -17,11 +16,13 @@ namespace platform {
 
 // Replaces or makes a file so that a reader, or a crash at any moment, finds the whole old content or the
 // whole new: a temporary file beside the target, every byte written, fsync, rename, fsync of the folder. The
-// replaced file's mode is kept, a new one follows the umask; a link is followed to the file it names. On
-// failure the old file stands and no debris.
+// replaced file's mode is kept (its owner as far as the process may), a new one follows the umask; a link is
+// followed to the file it names, even where that does not exist yet. A folder, fifo or device is not
+// replaced. On failure the old file stands and no debris; only where the very last step fails, the fsync of
+// the folder, the new one stands, though perhaps not after a crash.
 [[nodiscard]] std::error_code replaceFile(const std::string& path, std::string_view bytes);
 
-// Makes a folder and those above it. An existing folder is no error.
+// Makes a folder and those above it, with the modes that the umask leaves. An existing folder is no error.
 [[nodiscard]] std::error_code makeFolders(const std::string& path);
 
 // Whether anything is at that path (links are followed).
@@ -29,7 +30,7 @@ namespace platform {
 [[nodiscard]] bool isFolder(const std::string& path);
 
 // Two paths joined by exactly one slash, as text: an absolute or empty component never replaces the folder.
-// ("/a", "b") and ("/a/", "/b") are "/a/b"; ("/a", "") is "/a".
+// ("/a", "b") and ("/a/", "/b") are "/a/b"; ("/a", "") is "/a"; ("", "b") is "b".
 [[nodiscard]] std::string pathByAppending(const std::string& folder, std::string_view component);
 
 } // namespace platform

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <sys/stat.h>
+#include <sys/types.h>
+
+namespace platform {
+
+// The system calls that this folder makes, each as the system has it: -1 and errno on failure. Tests put
+// others in their place to make a step fail.
+class FileSystemCalls {
+public:
+    virtual ~FileSystemCalls() = default;
+
+    virtual int open(const char* path, int flags);
+    virtual int openAt(int folder, const char* name, int flags, mode_t mode);
+    virtual int close(int file);
+    virtual ssize_t read(int file, void* bytes, std::size_t count);
+    virtual ssize_t write(int file, const void* bytes, std::size_t count);
+    virtual int status(const char* path, struct stat* result);
+    virtual int statusOf(int file, struct stat* result);
+    virtual int statusAt(int folder, const char* name, struct stat* result); // of a link itself
+    virtual ssize_t readLink(const char* path, char* bytes, std::size_t count);
+    virtual int changeMode(int file, mode_t mode);
+    virtual int changeOwner(int file, uid_t owner, gid_t group);
+    virtual int sync(int file);
+    virtual int rename(int folder, const char* from, const char* to);
+    virtual int unlink(int folder, const char* name);
+    virtual int makeFolder(const char* path);
+
+    [[nodiscard]] static FileSystemCalls& current();
+
+    // Puts calls in force, which must outlive their use; nullptr brings the system's back.
+    static void setCurrent(FileSystemCalls* calls);
+};
+
+} // namespace platform

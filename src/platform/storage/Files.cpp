@@ -1,0 +1,131 @@
+#include "platform/storage/Files.h"
+
+#include "platform/storage/FileSystemCalls.h"
+#include "platform/storage/OpenFile.h"
+
+#include <algorithm>
+#include <fcntl.h>
+#include <new>
+#include <stdexcept>
+
+namespace platform {
+
+namespace {
+
+std::error_code errorOf(std::errc error) {
+    return std::make_error_code(error);
+}
+
+// Reads to the end, wherever that has moved since the file was opened. Grown piece by piece: a string fills
+// what it gains with zeros, which is cheap only while the piece stays in the cache.
+std::error_code readAll(int file, std::size_t expected, std::string& bytes) {
+    constexpr std::size_t piece = 128 * 1024;
+    bytes.reserve(expected + 1); // the last read, which finds the end, asks for one byte at least
+    for (;;) {
+        const std::size_t length = bytes.size();
+        const std::size_t room = bytes.capacity() - length;
+        bytes.resize(length + (room == 0 ? piece : std::min(room, piece)));
+        const ssize_t count = retryInterrupted([&] {
+            return FileSystemCalls::current().read(file, bytes.data() + length, bytes.size() - length);
+        });
+        bytes.resize(length + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+        if (count < 0)
+            return lastError();
+        if (count == 0)
+            return {};
+    }
+}
+
+std::error_code readRegularFile(const std::string& path, std::string& bytes) {
+    if (holdsNul(path))
+        return errorOf(std::errc::invalid_argument);
+    FileSystemCalls& calls = FileSystemCalls::current();
+    // Not blocking: opening a fifo would otherwise wait for a writer.
+    const OpenFile file(retryInterrupted(
+        [&] { return calls.open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); }));
+    if (!file.isOpen())
+        return lastError();
+    struct stat status {};
+    if (calls.statusOf(file.number(), &status) != 0)
+        return lastError();
+    if (S_ISDIR(status.st_mode))
+        return errorOf(std::errc::is_a_directory);
+    if (!S_ISREG(status.st_mode))
+        return errorOf(std::errc::invalid_argument);
+    try {
+        return readAll(file.number(), static_cast<std::size_t>(status.st_size), bytes);
+    } catch (const std::bad_alloc&) {
+        return errorOf(std::errc::not_enough_memory);
+    } catch (const std::length_error&) {
+        return errorOf(std::errc::file_too_large);
+    }
+}
+
+// The folder above, as text: "/a" for "/a/b" and "/a/b/"; empty where there is none.
+std::string parentOf(const std::string& path) {
+    const std::size_t last = path.find_last_not_of('/');
+    if (last == std::string::npos)
+        return {};
+    const std::size_t slash = path.rfind('/', last);
+    if (slash == std::string::npos)
+        return {};
+    const std::size_t end = path.find_last_not_of('/', slash);
+    return end == std::string::npos ? "/" : path.substr(0, end + 1);
+}
+
+} // namespace
+
+std::optional<std::string> readFile(const std::string& path, std::error_code* error) {
+    std::string bytes;
+    const std::error_code result = readRegularFile(path, bytes);
+    if (error)
+        *error = result;
+    if (result)
+        return std::nullopt;
+    return bytes;
+}
+
+std::error_code makeFolders(const std::string& path) {
+    if (path.empty() || holdsNul(path))
+        return errorOf(std::errc::invalid_argument);
+    FileSystemCalls& calls = FileSystemCalls::current();
+    if (isFolder(path) || calls.makeFolder(path.c_str()) == 0)
+        return {};
+    std::error_code error = lastError();
+    const std::string parent = parentOf(path);
+    if (error == std::errc::no_such_file_or_directory && !parent.empty()) {
+        if (const std::error_code above = makeFolders(parent))
+            return above;
+        if (calls.makeFolder(path.c_str()) == 0)
+            return {};
+        error = lastError();
+    }
+    // Something stands there: a folder that was made meanwhile, or no folder.
+    if (error == std::errc::file_exists)
+        return isFolder(path) ? std::error_code{} : errorOf(std::errc::not_a_directory);
+    return error;
+}
+
+bool fileExists(const std::string& path) {
+    struct stat status {};
+    return !holdsNul(path) && FileSystemCalls::current().status(path.c_str(), &status) == 0;
+}
+
+bool isFolder(const std::string& path) {
+    struct stat status {};
+    return !holdsNul(path) && FileSystemCalls::current().status(path.c_str(), &status) == 0 &&
+           S_ISDIR(status.st_mode);
+}
+
+std::string pathByAppending(const std::string& folder, std::string_view component) {
+    component.remove_prefix(std::min(component.find_first_not_of('/'), component.size()));
+    if (folder.empty())
+        return std::string(component);
+    const std::size_t end = folder.find_last_not_of('/');
+    std::string path = folder.substr(0, end == std::string::npos ? 0 : end + 1);
+    if (path.empty() || !component.empty())
+        path += '/';
+    return path.append(component);
+}
+
+} // namespace platform

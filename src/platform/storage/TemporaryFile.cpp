@@ -1,0 +1,97 @@
+#include "platform/storage/TemporaryFile.h"
+
+#include "platform/storage/FileSystemCalls.h"
+#include "platform/storage/OpenFile.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/random.h>
+#include <utility>
+
+namespace platform {
+
+namespace {
+
+// Short whatever the target's name, which may be as long as names can be.
+std::string unpredictableName() {
+    std::uint64_t number = 0;
+    if (getrandom(&number, sizeof number, 0) != static_cast<ssize_t>(sizeof number))
+        return {};
+    char name[32];
+    std::snprintf(name, sizeof name, ".new-%016llx", static_cast<unsigned long long>(number));
+    return name;
+}
+
+} // namespace
+
+TemporaryFile::~TemporaryFile() {
+    (void)close();
+    if (!name_.empty())
+        FileSystemCalls::current().unlink(folder_, name_.c_str());
+}
+
+int TemporaryFile::close() {
+    const int file = std::exchange(file_, -1);
+    return file < 0 ? 0 : FileSystemCalls::current().close(file);
+}
+
+std::error_code TemporaryFile::make(mode_t mode) {
+    constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+    constexpr int attempts = 16;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        const std::string name = unpredictableName();
+        if (name.empty())
+            return lastError();
+        file_ = retryInterrupted(
+            [&] { return FileSystemCalls::current().openAt(folder_, name.c_str(), flags, mode); });
+        if (file_ >= 0) {
+            name_ = name;
+            return {};
+        }
+        if (errno != EEXIST)
+            break;
+    }
+    return lastError();
+}
+
+std::error_code TemporaryFile::write(std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t count = retryInterrupted(
+            [&] { return FileSystemCalls::current().write(file_, bytes.data(), bytes.size()); });
+        if (count < 0)
+            return lastError();
+        if (count == 0)
+            return std::make_error_code(std::errc::io_error);
+        bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+    return {};
+}
+
+std::error_code TemporaryFile::setOwnerAndMode(uid_t owner, gid_t group, mode_t mode) {
+    FileSystemCalls& calls = FileSystemCalls::current();
+    constexpr auto asItIs = static_cast<uid_t>(-1);
+    if (calls.changeOwner(file_, owner, group) != 0)
+        (void)calls.changeOwner(file_, asItIs, group); // only root gives files away
+    if (calls.changeMode(file_, mode) != 0)
+        return lastError();
+    return {};
+}
+
+std::error_code TemporaryFile::syncAndClose() {
+    if (retryInterrupted([&] { return FileSystemCalls::current().sync(file_); }) != 0)
+        return lastError();
+    // An interrupted close has closed the file, and its bytes are on the disk already.
+    if (close() != 0 && errno != EINTR)
+        return lastError();
+    return {};
+}
+
+std::error_code TemporaryFile::takePlaceOf(const std::string& name) {
+    if (FileSystemCalls::current().rename(folder_, name_.c_str(), name.c_str()) != 0)
+        return lastError();
+    name_.clear();
+    return {};
+}
+
+} // namespace platform

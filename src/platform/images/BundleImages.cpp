@@ -1,0 +1,125 @@
+#include "platform/images/BundleImages.h"
+
+#include "platform/images/ImageSource.h"
+
+#include <QCache>
+#include <QFile>
+#include <QHash>
+#include <QPainter>
+#include <QSvgRenderer>
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+namespace platform {
+
+namespace {
+
+// Beyond this many pixels a side, art is scaled up by the painter.
+constexpr qreal largestSide = 2048;
+
+// What the kept rasters may take, in bytes. All glyphs at all usual ratios and tints take less.
+constexpr qsizetype rasterBudget = 4 * 1024 * 1024;
+
+struct RasterKey {
+    const QSvgRenderer* art;
+    QSize size; // pixels
+    QList<QRgb> tints;
+
+    bool operator==(const RasterKey&) const = default;
+};
+
+size_t qHash(const RasterKey& key, size_t seed = 0) {
+    return qHashMulti(seed, key.art, key.size.width(), key.size.height(), key.tints);
+}
+
+QImage rasterOf(const RasterKey& key, QSvgRenderer& art) {
+    static QCache<RasterKey, QImage> kept(rasterBudget);
+    if (const QImage* found = kept.object(key))
+        return *found;
+    QImage raster(key.size, QImage::Format_ARGB32_Premultiplied);
+    raster.fill(Qt::transparent);
+    QPainter painter(&raster);
+    painter.setRenderHint(QPainter::Antialiasing);
+    art.render(&painter, QRectF(QPointF(0, 0), QSizeF(key.size)));
+    painter.end();
+    for (const QRgb tint : key.tints)
+        tintPixels(raster, tint);
+    kept.insert(key, new QImage(raster), raster.sizeInBytes());
+    return raster;
+}
+
+class ArtSource final : public Image::Source {
+public:
+    ArtSource(std::shared_ptr<QSvgRenderer> art, QList<QRgb> tints)
+        : art_(std::move(art))
+        , tints_(std::move(tints)) {}
+
+    QSizeF size() const override { return QSizeF(art_->defaultSize()); }
+
+    QImage pixels(qreal ratio) const override {
+        QImage raster = pixelsFilling(size() * ratio);
+        raster.setDevicePixelRatio(ratio);
+        return raster;
+    }
+
+    QImage pixelsFilling(const QSizeF& devicePixels) const override {
+        const QSizeF bounded(std::min(devicePixels.width(), largestSide),
+                             std::min(devicePixels.height(), largestSide));
+        return rasterOf({art_.get(), wholePixels(bounded), tints_}, *art_);
+    }
+
+    std::shared_ptr<const Image::Source> tinted(const QColor& color) const override {
+        QList<QRgb> tints = color.alpha() == 255 ? QList<QRgb>() : tints_; // an opaque one hides all below
+        tints.append(color.rgba());
+        return std::make_shared<ArtSource>(art_, std::move(tints));
+    }
+
+private:
+    std::shared_ptr<QSvgRenderer> art_;
+    QList<QRgb> tints_;
+};
+
+std::vector<QString>& hiddenNames() {
+    static std::vector<QString> names;
+    return names;
+}
+
+Image parsedImage(const QString& name) {
+    QFile file(QStringLiteral(":/images/%1.svg").arg(name));
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    auto art = std::make_shared<QSvgRenderer>(file.readAll());
+    if (!art->isValid() || art->defaultSize().isEmpty())
+        return {};
+    return Image(std::make_shared<ArtSource>(std::move(art), QList<QRgb>()));
+}
+
+} // namespace
+
+Image imageNamed(const QString& name) {
+    const auto& hidden = hiddenNames();
+    if (std::find(hidden.begin(), hidden.end(), name) != hidden.end())
+        return {};
+    static QHash<QString, Image> parsed; // only what there is, so that it stays small
+    const auto found = parsed.constFind(name);
+    if (found != parsed.constEnd())
+        return *found;
+    const Image image = parsedImage(name);
+    if (image)
+        parsed.insert(name, image);
+    return image;
+}
+
+BundleImageHidden::BundleImageHidden(QString name)
+    : name_(std::move(name)) {
+    hiddenNames().push_back(name_);
+}
+
+BundleImageHidden::~BundleImageHidden() {
+    auto& hidden = hiddenNames();
+    hidden.erase(std::find(hidden.begin(), hidden.end(), name_));
+}
+
+} // namespace platform

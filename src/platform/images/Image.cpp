@@ -1,0 +1,142 @@
+#include "platform/images/Image.h"
+
+#include "platform/images/ImageSource.h"
+
+#include <QGuiApplication>
+#include <QPainter>
+#include <QTransform>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace platform {
+
+namespace {
+
+constexpr auto pixelFormat = QImage::Format_ARGB32_Premultiplied;
+
+// Whether that many pixels go into that much of a device without being scaled.
+bool fits(const QSize& pixels, const QSizeF& devicePixels) {
+    return std::abs(pixels.width() - devicePixels.width()) < 1 &&
+           std::abs(pixels.height() - devicePixels.height()) < 1;
+}
+
+class PixelSource final : public Image::Source {
+public:
+    PixelSource(QImage pixels, const QSizeF& size)
+        : pixels_(std::move(pixels))
+        , size_(size) {}
+
+    QSizeF size() const override { return size_; }
+    QImage pixels(qreal) const override { return pixels_; }
+
+    // Shrunk pixels are kept, since the same view draws them again and again at one size.
+    QImage pixelsFilling(const QSizeF& devicePixels) const override {
+        const bool shrinks =
+            devicePixels.width() < pixels_.width() && devicePixels.height() < pixels_.height();
+        if (!shrinks || fits(pixels_.size(), devicePixels))
+            return pixels_;
+        const QSize wanted = wholePixels(devicePixels);
+        if (shrunk_.size() != wanted)
+            shrunk_ = pixels_.scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        return shrunk_;
+    }
+
+    std::shared_ptr<const Image::Source> tinted(const QColor& color) const override {
+        QImage copy = pixels_;
+        tintPixels(copy, color.rgba());
+        return std::make_shared<PixelSource>(std::move(copy), size_);
+    }
+
+private:
+    QImage pixels_;
+    QSizeF size_;
+    mutable QImage shrunk_;
+};
+
+void drawScaled(QPainter& painter, const QRectF& rect, const QImage& pixels) {
+    const bool smooth = painter.testRenderHint(QPainter::SmoothPixmapTransform);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawImage(rect, pixels, QRectF(pixels.rect()));
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, smooth);
+}
+
+void drawUnscaled(QPainter& painter, const QPointF& devicePosition, const QImage& pixels) {
+    const QPointF onPixels(std::floor(devicePosition.x() + 0.5), std::floor(devicePosition.y() + 0.5));
+    const QRectF rect = painter.deviceTransform().inverted().mapRect(QRectF(onPixels, QSizeF(pixels.size())));
+    const bool smooth = painter.testRenderHint(QPainter::SmoothPixmapTransform);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
+    painter.drawImage(rect, pixels, QRectF(pixels.rect()));
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, smooth);
+}
+
+} // namespace
+
+QSize wholePixels(const QSizeF& size) {
+    return {std::max(1, qRound(size.width())), std::max(1, qRound(size.height()))};
+}
+
+void tintPixels(QImage& pixels, QRgb color) {
+    const auto divided = [](unsigned product) { // by 255, rounded
+        return (product + 128 + ((product + 128) >> 8)) >> 8;
+    };
+    const QRgb source = qPremultiply(color);
+    const unsigned red = static_cast<unsigned>(qRed(source)), green = static_cast<unsigned>(qGreen(source)),
+                   blue = static_cast<unsigned>(qBlue(source));
+    const unsigned rest = 255 - static_cast<unsigned>(qAlpha(source));
+    for (int y = 0; y < pixels.height(); ++y) {
+        auto* line = reinterpret_cast<QRgb*>(pixels.scanLine(y));
+        for (int x = 0; x < pixels.width(); ++x) {
+            const QRgb old = line[x];
+            const unsigned alpha = old >> 24;
+            line[x] = alpha << 24 | divided(red * alpha + rest * ((old >> 16) & 0xff)) << 16 |
+                      divided(green * alpha + rest * ((old >> 8) & 0xff)) << 8 |
+                      divided(blue * alpha + rest * (old & 0xff));
+        }
+    }
+}
+
+Image::Image(QImage pixels)
+    : Image(pixels, QSizeF(pixels.size()) / pixels.devicePixelRatio()) {}
+
+Image::Image(QImage pixels, QSizeF size) {
+    if (!pixels.isNull())
+        source_ = std::make_shared<PixelSource>(std::move(pixels).convertToFormat(pixelFormat), size);
+}
+
+Image::Image(std::shared_ptr<const Source> source)
+    : source_(std::move(source)) {}
+
+QSizeF Image::size() const {
+    return source_ ? source_->size() : QSizeF(0, 0);
+}
+
+Image Image::tinted(const QColor& color) const {
+    return source_ ? Image(source_->tinted(color)) : Image();
+}
+
+QImage Image::pixels(qreal ratio) const {
+    return source_ ? source_->pixels(ratio) : QImage();
+}
+
+void Image::draw(QPainter& painter, const QRectF& rect) const {
+    if (!source_ || !(rect.width() > 0) || !(rect.height() > 0))
+        return;
+    const QTransform transform = painter.deviceTransform();
+    const QRectF device = transform.mapRect(rect);
+    const QImage pixels = source_->pixelsFilling(device.size());
+    const bool upright =
+        transform.type() <= QTransform::TxScale && transform.m11() > 0 && transform.m22() > 0;
+    if (upright && fits(pixels.size(), device.size()))
+        drawUnscaled(painter, device.topLeft(), pixels);
+    else
+        drawScaled(painter, rect, pixels);
+}
+
+qreal screenRatio() {
+    const auto* application = qobject_cast<QGuiApplication*>(QCoreApplication::instance());
+    return application ? application->devicePixelRatio() : 1.0;
+}
+
+} // namespace platform

@@ -1,0 +1,80 @@
+#include "platform/images/Image.h"
+
+#include "platform/images/PngReader.h"
+
+#include <QFile>
+#include <QImageReader>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace platform {
+
+namespace {
+
+// Opens a regular file and no other: a fifo would wait for its writer, a device may never end.
+bool openRegularFile(QFile& file, const std::string& path) {
+    if (path.find('\0') != std::string::npos)
+        return false;
+    int descriptor = -1;
+    do {
+        descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    } while (descriptor < 0 && errno == EINTR);
+    if (descriptor < 0)
+        return false;
+    struct stat status {};
+    if (::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) &&
+        file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
+        return true;
+    ::close(descriptor);
+    return false;
+}
+
+// Keeps the image readers' complaints about broken files to itself for as long as it lives: nobody is told of
+// an icon that does not load. All other messages go where they went.
+class QuietReaders final {
+public:
+    QuietReaders() { previous() = qInstallMessageHandler(pass); }
+    ~QuietReaders() { qInstallMessageHandler(previous()); }
+    QuietReaders(const QuietReaders&) = delete;
+    QuietReaders& operator=(const QuietReaders&) = delete;
+
+private:
+    static QtMessageHandler& previous() {
+        static QtMessageHandler handler = nullptr;
+        return handler;
+    }
+    static void pass(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+        if (!QByteArrayView(context.category).startsWith("qt.gui.imageio"))
+            previous()(type, context, message);
+    }
+};
+
+// Drawings have no pixels of their own, and some can name other files.
+bool isDrawing(const QByteArray& format) {
+    return format == "svg" || format == "svgz" || format == "pdf";
+}
+
+QImage read(QFile& file) {
+    if (beginsLikePng(file))
+        return readPng(file);
+    const QuietReaders quiet;
+    QImageReader reader(&file);
+    reader.setDecideFormatFromContent(true);
+    return isDrawing(reader.format()) ? QImage() : reader.read();
+}
+
+} // namespace
+
+Image imageWithContentsOfFile(const std::string& path) {
+    QFile file;
+    if (!openRegularFile(file, path))
+        return {};
+    QImage image = read(file);
+    image.setDevicePixelRatio(1);
+    return Image(std::move(image));
+}
+
+} // namespace platform

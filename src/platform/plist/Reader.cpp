@@ -1,17 +1,50 @@
 #include "platform/plist/Reader.h"
 
+#include "platform/plist/AsciiReader.h"
+#include "platform/plist/BinaryLayout.h"
+#include "platform/plist/BinaryReader.h"
 #include "platform/plist/Encoding.h"
+#include "platform/plist/Text.h"
 #include "platform/plist/XmlReader.h"
 
 namespace platform::plist {
 
-ReadResult read(std::string_view bytes) {
-    if (bytes.empty())
-        return Error{0, 1, "The list is empty"};
+namespace {
+
+// Which of the text forms a refused text was meant to be.
+bool looksLikeXml(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(" \t\r\n");
+    return first != std::string_view::npos && text[first] == '<';
+}
+
+ReadResult readTextForms(std::string_view bytes) {
     DecodedText text;
     if (std::optional<Error> error = decodeText(bytes, text))
         return *error;
-    return readXml(text.xml);
+    ReadResult xml = readXml(text.xml);
+    if (std::holds_alternative<Value>(xml))
+        return xml;
+    const bool isConverted = !text.buffer.empty();
+    ReadResult ascii =
+        isConverted || isUtf8(text.old) ? readAscii(text.old) : Error{0, 1, "The text is not valid UTF-8"};
+    if (std::holds_alternative<Value>(ascii) || !looksLikeXml(text.xml))
+        return ascii;
+    return xml;
+}
+
+} // namespace
+
+ReadResult read(std::string_view bytes) {
+    if (bytes.empty())
+        return Error{0, 1, "The list is empty"};
+    if (!hasBinaryMagic(bytes))
+        return readTextForms(bytes);
+    ReadResult binary = readBinary(bytes);
+    if (std::holds_alternative<Value>(binary))
+        return binary;
+    // A text may begin with the binary form's magic.
+    ReadResult text = readTextForms(bytes);
+    return std::holds_alternative<Value>(text) ? text : binary;
 }
 
 } // namespace platform::plist

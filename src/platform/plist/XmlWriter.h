@@ -4,7 +4,6 @@
 #include "platform/plist/XmlOutput.h"
 
 #include <cstddef>
-#include <vector>
 
 // Values in the XML form.
 namespace platform::plist {
@@ -24,13 +23,5 @@ private:
 
     XmlOutput& output_;
 };
-
-// An estimate, within a small factor, of the size that a value takes when it is written; that of a shared
-// container counted each time it stands somewhere, and only once. Neither hangs, whatever is shared.
-struct WrittenSize {
-    std::size_t expanded = 0; // not above half of what a size can hold
-    std::size_t distinct = 0;
-};
-[[nodiscard]] WrittenSize writtenSize(const Value& value);
 
 } // namespace platform::plist

@@ -69,8 +69,8 @@ private:
     bool readDate(std::string_view content, std::size_t offset, Value& value);
     bool readUid(std::string_view content, std::size_t offset, Value& value);
     bool readShared(const BinaryObject& object, std::size_t offset, unsigned depth, Value& value);
-    bool readAscii(std::string_view content, std::size_t offset, Value& value);
-    bool readUtf16(std::string_view content, Value& value);
+    static Value readAscii(std::string_view content);
+    static Value readUtf16(std::string_view content);
     bool readElements(std::string_view content, std::size_t count, unsigned depth, Array& elements);
     bool readDictionary(const BinaryObject& object, std::size_t offset, unsigned depth, Value& value);
 
@@ -138,9 +138,11 @@ bool BinaryReader::readShared(const BinaryObject& object, std::size_t offset, un
         value = Value(Data{std::string(object.content)});
         return true;
     case BinaryMarker::Ascii:
-        return readAscii(object.content, offset, value);
+        value = readAscii(object.content);
+        return true;
     case BinaryMarker::Utf16:
-        return readUtf16(object.content, value);
+        value = readUtf16(object.content);
+        return true;
     case BinaryMarker::Array:
     case BinaryMarker::Set: {
         Array elements;
@@ -207,21 +209,23 @@ bool BinaryReader::readUid(std::string_view content, std::size_t offset, Value& 
     return true;
 }
 
-bool BinaryReader::readAscii(std::string_view content, std::size_t offset, Value& value) {
-    if (std::any_of(content.begin(), content.end(),
-                    [](char c) { return static_cast<unsigned char>(c) >= 0x80; }))
-        return fail(offset, "An ASCII text holds a byte above 127");
-    value = Value(std::string(content));
-    return true;
+// A byte above 127 is the character of Latin 1.
+Value BinaryReader::readAscii(std::string_view content) {
+    if (std::all_of(content.begin(), content.end(),
+                    [](char c) { return static_cast<unsigned char>(c) < 0x80; }))
+        return Value(std::string(content));
+    std::string text;
+    for (const char c : content)
+        appendCodePoint(text, static_cast<unsigned char>(c));
+    return Value(std::move(text));
 }
 
-bool BinaryReader::readUtf16(std::string_view content, Value& value) {
+Value BinaryReader::readUtf16(std::string_view content) {
     std::string text;
     text.reserve(content.size());
     for (std::size_t at = 0; at < content.size(); at += 2)
         appendUtf16Unit(text, static_cast<char16_t>(bigEndian(content.substr(at, 2))));
-    value = Value(std::move(text));
-    return true;
+    return Value(std::move(text));
 }
 
 bool BinaryReader::readElements(std::string_view content, std::size_t count, unsigned depth,

@@ -45,6 +45,7 @@ char lower(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
+// ASCII is read as Latin 1: the platform does not mind a byte above 127 in it.
 Charset charsetNamed(std::string_view name) {
     struct Name {
         std::string_view name;
@@ -52,8 +53,8 @@ Charset charsetNamed(std::string_view name) {
     };
     static constexpr Name names[] = {{"utf-8", Charset::Utf8},
                                      {"utf8", Charset::Utf8},
-                                     {"us-ascii", Charset::Ascii},
-                                     {"ascii", Charset::Ascii},
+                                     {"us-ascii", Charset::Latin1},
+                                     {"ascii", Charset::Latin1},
                                      {"iso-8859-1", Charset::Latin1},
                                      {"latin1", Charset::Latin1},
                                      {"windows-1252", Charset::Windows1252},
@@ -146,8 +147,6 @@ bool convertBytes(std::string_view bytes, Charset charset, std::string& text) {
     for (const char c : bytes) {
         const auto byte = static_cast<unsigned char>(c);
         char32_t value = byte;
-        if (byte >= 0x80 && charset == Charset::Ascii)
-            return false;
         if (byte >= 0x80 && byte < 0xA0 && charset == Charset::Windows1252)
             value = middle[byte - 0x80];
         if (value == 0 && byte != 0)
@@ -187,12 +186,14 @@ std::optional<Error> decodeText(std::string_view bytes, DecodedText& result) {
         return Error{0, 1, guess.fault};
     if (guess.charset == Charset::Utf8) {
         result.xml = bytes.substr(guess.skip);
-        result.old = bytes;
+        result.old = withoutMark(bytes);
         return std::nullopt;
     }
     if (!convert(bytes.substr(guess.skip), guess.charset, result.buffer))
         return Error{0, 1, "The text is not of its declared encoding"};
     result.xml = beforeSurrogate(result.buffer);
+    if (result.xml.empty())
+        return Error{0, 1, "The list is empty"};
     result.old = result.buffer;
     return std::nullopt;
 }

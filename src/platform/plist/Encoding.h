@@ -14,7 +14,7 @@ struct DecodedText {
     std::string buffer; // what the views refer to where the input had to be converted
     std::string_view
         xml; // without a byte order mark, and up to a lone surrogate, which ends it for the platform
-    std::string_view old; // with UTF-8's mark, which no old-form list can begin with
+    std::string_view old; // without a mark
 };
 
 // By byte order mark (UTF-8, UTF-16, UTF-32), else by the `encoding="…"` of a leading `<?xml`, else UTF-8.

@@ -85,6 +85,11 @@ bool isUtf8(std::string_view bytes) {
     return true;
 }
 
+std::string_view withoutMark(std::string_view text) {
+    constexpr std::string_view mark = "\xEF\xBB\xBF";
+    return text.starts_with(mark) ? text.substr(mark.size()) : text;
+}
+
 void appendCodePoint(std::string& text, char32_t codePoint) {
     const auto tail = [codePoint](unsigned shift) {
         return static_cast<char>(0x80U | ((codePoint >> shift) & 0x3FU));

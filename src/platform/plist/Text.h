@@ -12,6 +12,9 @@ namespace platform::plist {
 // Whether the bytes are UTF-8 (RFC 3629: no overlong form, no surrogate, nothing above U+10FFFF).
 [[nodiscard]] bool isUtf8(std::string_view bytes);
 
+// A UTF-8 text without the byte order mark at its start.
+[[nodiscard]] std::string_view withoutMark(std::string_view text);
+
 // Appends a code point up to U+10FFFF, surrogates included.
 void appendCodePoint(std::string& text, char32_t codePoint);
 

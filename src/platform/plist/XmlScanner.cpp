@@ -294,8 +294,11 @@ bool XmlScanner::takeText(std::string& buffer, XmlText& text) {
         return takeDecodedText(start, buffer, text);
     text.source = {start, static_cast<std::size_t>(at_ - start)};
     text.isDecoded = false;
-    if (!run.isAscii && !isUtf8(text.source))
+    if (run.isAscii)
+        return true;
+    if (!isUtf8(text.source))
         return fail(start, "A text is not valid UTF-8");
+    text.source = withoutMark(text.source);
     return true;
 }
 
@@ -317,9 +320,11 @@ bool XmlScanner::takeDecodedText(const char* start, std::string& buffer, XmlText
             buffer.append(runStart, at_);
         }
     }
-    text = {{}, offset, buffer.size() - offset, true};
-    if (!isUtf8(text.in(buffer)))
+    const std::string_view decoded = std::string_view(buffer).substr(offset);
+    if (!isUtf8(decoded))
         return fail(start, "A text is not valid UTF-8");
+    const std::size_t length = withoutMark(decoded).size();
+    text = {{}, buffer.size() - length, length, true};
     return true;
 }
 

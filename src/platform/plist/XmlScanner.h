@@ -58,7 +58,8 @@ public:
     // tag.
     [[nodiscard]] Found findElement(XmlElement& element);
     [[nodiscard]] bool takeCloseTag(XmlTag tag);
-    // Characters, references and CDATA sections up to the next tag, checked to be UTF-8.
+    // Characters, references and CDATA sections up to the next tag, checked to be UTF-8. A byte order mark at
+    // the start is dropped, as the platform's texts do.
     [[nodiscard]] bool takeText(std::string& buffer, XmlText& text);
     // Bytes up to the next '<', unchecked.
     [[nodiscard]] std::string_view takeRaw();

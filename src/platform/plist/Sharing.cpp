@@ -77,10 +77,14 @@ WrittenSize writtenSize(const Value& value) {
     return {expanded, estimate.distinct()};
 }
 
-bool isBeyondMeasure(const WrittenSize& size) {
+std::size_t largestExpansion(std::size_t ownSize) {
     constexpr std::size_t alwaysAllowed = std::size_t{64} << 20U;
     constexpr std::size_t allowedGrowth = 16;
-    return size.expanded > alwaysAllowed && size.expanded / allowedGrowth > size.distinct;
+    return alwaysAllowed + allowedGrowth * std::min(ownSize, largestSize / allowedGrowth);
+}
+
+bool isBeyondMeasure(const WrittenSize& size) {
+    return size.expanded > largestExpansion(size.distinct);
 }
 
 } // namespace platform::plist

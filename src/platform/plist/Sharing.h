@@ -15,8 +15,9 @@ struct WrittenSize {
 };
 [[nodiscard]] WrittenSize writtenSize(const Value& value);
 
-// Whether a value would grow too much when written: by more than so many times its own size, beyond a size
+// How large a value may grow when it is written, given its own size: to so many times that, and to a size
 // that is always allowed.
+[[nodiscard]] std::size_t largestExpansion(std::size_t ownSize);
 [[nodiscard]] bool isBeyondMeasure(const WrittenSize& size);
 
 } // namespace platform::plist

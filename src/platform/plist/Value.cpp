@@ -201,12 +201,16 @@ bool operator==(const Value& a, const Value& b) {
     return false;
 }
 
+double doubleOf(Integer integer) {
+    return integer.isLarge ? static_cast<double>(integer.bits)
+                           : static_cast<double>(static_cast<std::int64_t>(integer.bits));
+}
+
 std::optional<double> numberOf(const Value& value) {
     if (const double* real = value.real())
         return *real;
     if (const Integer* integer = value.integer())
-        return integer->isLarge ? static_cast<double>(integer->bits)
-                                : static_cast<double>(static_cast<std::int64_t>(integer->bits));
+        return doubleOf(*integer);
     if (const bool* boolean = value.boolean())
         return *boolean ? 1.0 : 0.0;
     return std::nullopt;

@@ -146,6 +146,9 @@ struct ForeignDictionary {
     std::vector<std::pair<Value, Value>> entries; // every key stands once
 };
 
+// The nearest double.
+[[nodiscard]] double doubleOf(Integer integer);
+
 // What a reader of records is given where a number is asked for: the platform's numbers are integers, reals
 // and booleans (1 and 0). An integer beyond 2^53 is rounded to the nearest double. Other kinds: none.
 [[nodiscard]] std::optional<double> numberOf(const Value& value);

@@ -130,8 +130,7 @@ bool XmlValueReader::readPlist(unsigned depth, Value* value) {
     case Found::Element:
         break;
     }
-    // The root's own tag is no nesting; one inside another element is.
-    const unsigned inner = element.tag == XmlTag::Plist || depth > 0 ? depth + 1 : depth;
+    const unsigned inner = depthInPlist(element, depth);
     return checkDepth(inner) && read(element, inner, value) && finishPlist();
 }
 
@@ -154,18 +153,28 @@ bool XmlValueReader::readArray(unsigned depth, Value* value) {
     return scanner_.takeCloseTag(XmlTag::Array);
 }
 
-bool XmlValueReader::takeKey(XmlElement element, std::string* key) {
+bool XmlValueReader::takeKey(XmlElement element, std::string& buffer, XmlText& text) {
     if (element.tag != XmlTag::Key)
         return scanner_.failHere("A dictionary holds a value where a key is expected");
-    if (element.isEmpty)
-        return true;
+    return element.isEmpty || (scanner_.takeText(buffer, text) && scanner_.takeCloseTag(XmlTag::Key));
+}
+
+bool XmlValueReader::readEntry(XmlElement element, unsigned depth, Dictionary::Entry* entry) {
     scratch_.clear();
     XmlText text;
-    if (!scanner_.takeText(scratch_, text))
+    if (!takeKey(element, scratch_, text))
         return false;
-    if (key)
-        *key = text.in(scratch_);
-    return scanner_.takeCloseTag(XmlTag::Key);
+    if (entry)
+        entry->first = text.in(scratch_);
+    switch (scanner_.findElement(element)) {
+    case Found::Fault:
+        return false;
+    case Found::CloseTag:
+        return scanner_.failHere("A key has no value");
+    case Found::Element:
+        break;
+    }
+    return read(element, depth, entry ? &entry->second : nullptr);
 }
 
 bool XmlValueReader::readDictionary(unsigned depth, Value* value) {
@@ -179,18 +188,7 @@ bool XmlValueReader::readDictionary(unsigned depth, Value* value) {
             return false;
         if (found == Found::CloseTag)
             break;
-        Dictionary::Entry* const entry = value ? &entries.emplace_back() : nullptr;
-        if (!takeKey(element, entry ? &entry->first : nullptr))
-            return false;
-        switch (scanner_.findElement(element)) {
-        case Found::Fault:
-            return false;
-        case Found::CloseTag:
-            return scanner_.failHere("A key has no value");
-        case Found::Element:
-            break;
-        }
-        if (!read(element, depth, entry ? &entry->second : nullptr))
+        if (!readEntry(element, depth, value ? &entries.emplace_back() : nullptr))
             return false;
     }
     if (value) {
@@ -231,6 +229,18 @@ bool XmlValueReader::readInteger(Integer& value) {
         return scanner_.fail(start + integer.faultOffset, integer.fault);
     value = integer.value;
     return scanner_.takeCloseTag(XmlTag::Integer);
+}
+
+bool XmlValueReader::readNumber(XmlElement element, double& value) {
+    if (element.isEmpty)
+        return scanner_.failHere("An element is empty");
+    if (element.tag == XmlTag::Real)
+        return readReal(value);
+    Integer integer;
+    if (!readInteger(integer))
+        return false;
+    value = doubleOf(integer);
+    return true;
 }
 
 bool XmlValueReader::readData(Value* value) {

@@ -28,6 +28,14 @@ public:
     // The single steps, for a start tag that was no empty one.
     [[nodiscard]] bool readReal(double& value);
     [[nodiscard]] bool readInteger(Integer& value);
+    // Either, as the platform's number.
+    [[nodiscard]] bool readNumber(XmlElement element, double& value);
+    // A key whose start tag was taken, empty or not.
+    [[nodiscard]] bool takeKey(XmlElement element, std::string& buffer, XmlText& text);
+    // How deep a <plist>'s value stands: the root's own tag is no nesting, one inside another element is.
+    [[nodiscard]] static unsigned depthInPlist(XmlElement inner, unsigned depth) {
+        return inner.tag == XmlTag::Plist || depth > 0 ? depth + 1 : depth;
+    }
     [[nodiscard]] bool checkDepth(unsigned depth);
     // True or false, either as an empty tag or with its close tag.
     [[nodiscard]] bool finishBoolean(XmlElement element);
@@ -41,7 +49,7 @@ private:
     bool readText(XmlElement element, Value* value);
     bool readData(Value* value);
     bool readDate(Value* value);
-    bool takeKey(XmlElement element, std::string* key);
+    bool readEntry(XmlElement element, unsigned depth, Dictionary::Entry* entry);
 
     XmlScanner& scanner_;
     std::string scratch_;

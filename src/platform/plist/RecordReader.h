@@ -1,0 +1,85 @@
+#pragma once
+
+#include "platform/plist/Value.h"
+#include "platform/plist/XmlScanner.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// Lists of records, an array of dictionaries of which a few keys are wanted, read without a tree of values.
+// Whatever is asked of a record gives the same answer as the tree would.
+namespace platform::plist {
+
+// One element of the array, valid only while it is visited. Keys are named by their place among the wanted
+// ones.
+class Record final {
+public:
+    // Nothing else may be asked of an element that is no dictionary.
+    [[nodiscard]] bool isDictionary() const { return isDictionary_; }
+    [[nodiscard]] bool has(std::size_t key) const;
+    // As numberOf() and truthOf(): none where the key is absent or its value of another kind.
+    [[nodiscard]] std::optional<double> number(std::size_t key) const;
+    [[nodiscard]] std::optional<bool> truth(std::size_t key) const;
+    // A view into the list, or into a buffer of the reader's.
+    [[nodiscard]] std::optional<std::string_view> string(std::size_t key) const;
+
+private:
+    friend class RecordWalk;
+    enum class State : std::uint8_t { Absent, Text, Number, Boolean, Other };
+    struct Slot {
+        State state = State::Absent;
+        double number = 0; // of a boolean too
+        XmlText text;
+    };
+
+    bool isDictionary_ = false;
+    std::span<const Slot> slots_;
+    const std::string* buffer_ = nullptr;
+    // The record as a value, where it had to be read as one; the slots are unused then.
+    const Dictionary* dictionary_ = nullptr;
+    std::span<const std::string_view> keys_;
+};
+
+enum class RecordsOutcome {
+    NoArray,  // no list, or one of another root: whatever was visited is to be forgotten
+    Complete, // every record was visited
+    Stopped   // the list is sound, and its visitor stopped at a record
+};
+
+// Visits the records in file order until the visitor gives false; the rest is checked all the same, because a
+// fault anywhere makes it no list at all. At most 64 keys. Beyond the input and what the visitor keeps, an
+// XML list takes memory for one record only, the other forms for a tree of values.
+[[nodiscard]] RecordsOutcome visitRecords(std::string_view bytes, std::span<const std::string_view> keys,
+                                          const std::function<bool(const Record&)>& visit);
+
+// What becomes of a record when its list is rewritten.
+struct RecordEdit {
+    enum class Action { Keep, Drop, Replace, Stop };
+    Action action = Action::Keep;
+    std::size_t key = 0; // whose value is replaced
+    double number = 0;   // the real that it becomes
+
+    static RecordEdit keep() { return {}; }
+    static RecordEdit drop() { return {Action::Drop}; }
+    static RecordEdit replace(std::size_t key, double number) { return {Action::Replace, key, number}; }
+    static RecordEdit stop() { return {Action::Stop}; }
+};
+
+struct RewrittenRecords {
+    RecordsOutcome outcome = RecordsOutcome::NoArray;
+    // The XML form of the edited list, exactly as writeXml() gives it; none unless the outcome is Complete,
+    // and none where a kept record holds what the form cannot.
+    std::optional<std::string> xml;
+};
+
+// Rewrites a list record by record. What is not replaced, keys that are not wanted included, keeps its kind
+// and value. Elements that are no dictionaries can be kept as well.
+[[nodiscard]] RewrittenRecords rewriteRecords(std::string_view bytes, std::span<const std::string_view> keys,
+                                              const std::function<RecordEdit(const Record&)>& edit);
+
+} // namespace platform::plist

@@ -1,0 +1,209 @@
+#include "platform/plist/RecordWalk.h"
+
+#include "platform/plist/BinaryLayout.h"
+#include "platform/plist/Encoding.h"
+#include "platform/plist/Reader.h"
+
+#include <algorithm>
+#include <bit>
+
+namespace platform::plist {
+
+namespace {
+
+using Found = XmlScanner::Found;
+
+bool beginsAsXml(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(" \t\r\n");
+    return first != std::string_view::npos && text[first] == '<';
+}
+
+} // namespace
+
+WantedKeys::WantedKeys(std::span<const std::string_view> keys)
+    : keys_(keys) {
+    for (std::size_t i = 0; i < keys.size(); ++i)
+        byLength_[std::min(keys[i].size(), byLength_.size() - 1)] |= std::uint64_t{1} << i;
+}
+
+std::size_t WantedKeys::find(std::string_view text) const {
+    std::uint64_t candidates = byLength_[std::min(text.size(), byLength_.size() - 1)];
+    for (; candidates != 0; candidates &= candidates - 1) {
+        const auto index = static_cast<std::size_t>(std::countr_zero(candidates));
+        if (keys_[index] == text)
+            return index;
+    }
+    return none;
+}
+
+RecordWalk::RecordWalk(std::span<const std::string_view> keys, Purpose purpose)
+    : keys_(keys)
+    , purpose_(purpose)
+    , slots_(keys.size()) {}
+
+RecordsOutcome RecordWalk::run(std::string_view bytes, const Visit& visit) {
+    visit_ = &visit;
+    hasStopped_ = false;
+    DecodedText text;
+    const bool isText = !hasBinaryMagic(bytes) && !bytes.empty();
+    if (isText && decodeText(bytes, text))
+        return RecordsOutcome::NoArray;
+    // No list of the old form with an array for its root begins as an XML one does.
+    if (!isText || !beginsAsXml(text.xml))
+        return runTree(bytes);
+    scanner_ = XmlScanner(text.xml);
+    XmlElement root;
+    if (scanner_.findRoot(root) != Found::Element || !walkRoot(root, 0))
+        return RecordsOutcome::NoArray;
+    return hasStopped_ ? RecordsOutcome::Stopped : RecordsOutcome::Complete;
+}
+
+RecordsOutcome RecordWalk::runTree(std::string_view bytes) {
+    const ReadResult result = read(bytes);
+    const Value* const root = std::get_if<Value>(&result);
+    if (!root || !root->array())
+        return RecordsOutcome::NoArray;
+    for (const Value& element : *root->array())
+        visitValue(element);
+    return hasStopped_ ? RecordsOutcome::Stopped : RecordsOutcome::Complete;
+}
+
+// False for a fault and for another root alike.
+bool RecordWalk::walkRoot(XmlElement element, unsigned depth) {
+    if (element.tag == XmlTag::Plist)
+        return !element.isEmpty && walkPlist(depth);
+    return element.tag == XmlTag::Array && (element.isEmpty || walkArray(depth + 1));
+}
+
+bool RecordWalk::walkPlist(unsigned depth) {
+    XmlElement element;
+    if (scanner_.findElement(element) != Found::Element)
+        return false;
+    const unsigned inner = XmlValueReader::depthInPlist(element, depth);
+    return reader_.checkDepth(inner) && walkRoot(element, inner) && reader_.finishPlist();
+}
+
+bool RecordWalk::walkArray(unsigned depth) {
+    if (!reader_.checkDepth(depth))
+        return false;
+    for (;;) {
+        XmlElement element;
+        switch (scanner_.findElement(element)) {
+        case Found::Fault:
+            return false;
+        case Found::CloseTag:
+            return scanner_.takeCloseTag(XmlTag::Array);
+        case Found::Element:
+            if (!walkElement(element, depth))
+                return false;
+        }
+    }
+}
+
+bool RecordWalk::walkElement(XmlElement element, unsigned depth) {
+    if (hasStopped_)
+        return reader_.read(element, depth, nullptr);
+    const bool isRecord = element.tag == XmlTag::Dictionary && !element.isEmpty;
+    if (isRecord && purpose_ == Purpose::Read)
+        return walkRecord(depth + 1);
+    Value value;
+    if (!reader_.read(element, depth, &value))
+        return false;
+    visitValue(value);
+    return true;
+}
+
+bool RecordWalk::walkRecord(unsigned depth) {
+    if (!reader_.checkDepth(depth))
+        return false;
+    buffer_.clear();
+    for (Record::Slot& slot : slots_)
+        slot.state = Record::State::Absent;
+    // A dictionary whose one key is `CF$UID`, with a number, is no dictionary but a UID.
+    Record::Slot uid;
+    bool hasOtherKeys = false;
+    for (;;) {
+        XmlElement element;
+        Found found = scanner_.findElement(element);
+        if (found == Found::Fault)
+            return false;
+        if (found == Found::CloseTag)
+            break;
+        XmlText text;
+        if (!reader_.takeKey(element, buffer_, text) || scanner_.findElement(element) != Found::Element)
+            return false;
+        const std::string_view key = text.in(buffer_);
+        const std::size_t index = keys_.find(key);
+        const bool isUidKey = key == "CF$UID";
+        hasOtherKeys = hasOtherKeys || !isUidKey;
+        Record::Slot* const slot = index != WantedKeys::none ? &slots_[index] : isUidKey ? &uid : nullptr;
+        if (!(slot ? readSlot(element, depth, *slot) : reader_.read(element, depth, nullptr)))
+            return false;
+        if (isUidKey)
+            uid.state = slot->state;
+    }
+    if (!scanner_.takeCloseTag(XmlTag::Dictionary))
+        return false;
+    visitRecord(hasOtherKeys || uid.state != Record::State::Number);
+    return true;
+}
+
+// A later value of the same key replaces the former.
+bool RecordWalk::readSlot(XmlElement element, unsigned depth, Record::Slot& slot) {
+    switch (element.tag) {
+    case XmlTag::True:
+    case XmlTag::False:
+        slot.state = Record::State::Boolean;
+        slot.number = element.tag == XmlTag::True ? 1.0 : 0.0;
+        return reader_.finishBoolean(element);
+    case XmlTag::Key:
+    case XmlTag::String:
+        slot.state = Record::State::Text;
+        slot.text = {};
+        return element.isEmpty ||
+               (scanner_.takeText(buffer_, slot.text) && scanner_.takeCloseTag(element.tag));
+    case XmlTag::Real:
+    case XmlTag::Integer:
+        slot.state = Record::State::Number;
+        return reader_.readNumber(element, slot.number);
+    case XmlTag::Plist:
+        break; // may hold any kind
+    default:
+        slot.state = Record::State::Other;
+        return reader_.read(element, depth, nullptr);
+    }
+    Value value;
+    if (!reader_.read(element, depth, &value))
+        return false;
+    slot.state = Record::State::Other;
+    if (const std::optional<double> number = numberOf(value)) {
+        slot.state = value.boolean() ? Record::State::Boolean : Record::State::Number;
+        slot.number = *number;
+    } else if (const std::string* string = value.string()) {
+        slot.state = Record::State::Text;
+        slot.text = {{}, buffer_.size(), string->size(), true};
+        buffer_ += *string;
+    }
+    return true;
+}
+
+void RecordWalk::visitRecord(bool isDictionary) {
+    Record record;
+    record.isDictionary_ = isDictionary;
+    record.slots_ = slots_;
+    record.buffer_ = &buffer_;
+    record.keys_ = keys_.keys();
+    hasStopped_ = !(*visit_)(record, nullptr);
+}
+
+void RecordWalk::visitValue(const Value& value) {
+    if (hasStopped_)
+        return;
+    Record record;
+    record.dictionary_ = value.dictionary();
+    record.isDictionary_ = record.dictionary_ != nullptr;
+    record.keys_ = keys_.keys();
+    hasStopped_ = !(*visit_)(record, &value);
+}
+
+} // namespace platform::plist

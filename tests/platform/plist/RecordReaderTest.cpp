@@ -1,0 +1,237 @@
+#include "platform/plist/RecordReader.h"
+
+#include "platform/plist/RandomList.h"
+
+#include "platform/plist/Reader.h"
+#include "platform/plist/Writer.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <bit>
+
+using namespace platform::plist;
+
+namespace {
+
+constexpr std::array<std::string_view, 5> keys = {"date", "name", "planpk", "income", "expense"};
+
+template <typename T>
+std::string textOf(const std::optional<T>& value) {
+    if (!value)
+        return "none ";
+    if constexpr (std::is_same_v<T, double>)
+        return std::to_string(std::bit_cast<std::uint64_t>(*value)) + ' ';
+    else if constexpr (std::is_same_v<T, bool>)
+        return *value ? "true " : "false ";
+    else
+        return '"' + std::string(*value) + "\" ";
+}
+
+std::string describe(const Record& record) {
+    if (!record.isDictionary())
+        return "no dictionary";
+    std::string text;
+    for (std::size_t key = 0; key < keys.size(); ++key)
+        text += std::string(keys[key]) + (record.has(key) ? ": " : "? ") + textOf(record.number(key)) +
+                textOf(record.truth(key)) + textOf(record.string(key));
+    return text;
+}
+
+// What the tree says of the same element.
+std::string describe(const Value& element) {
+    const Dictionary* const dictionary = element.dictionary();
+    if (!dictionary)
+        return "no dictionary";
+    std::string text;
+    for (const std::string_view key : keys) {
+        const Value* const value = dictionary->find(key);
+        std::optional<std::string_view> string;
+        if (value && value->string())
+            string = *value->string();
+        text += std::string(key) + (value ? ": " : "? ") + textOf(value ? numberOf(*value) : std::nullopt) +
+                textOf(value ? truthOf(*value) : std::nullopt) + textOf(string);
+    }
+    return text;
+}
+
+struct Visits {
+    RecordsOutcome outcome = RecordsOutcome::NoArray;
+    std::vector<std::string> records;
+    bool operator==(const Visits&) const = default;
+};
+
+constexpr std::size_t never = 1000;
+
+Visits visitAsStream(std::string_view bytes, std::size_t stopAt) {
+    Visits visits;
+    visits.outcome = visitRecords(bytes, keys, [&](const Record& record) {
+        visits.records.push_back(describe(record));
+        return visits.records.size() <= stopAt;
+    });
+    if (visits.outcome == RecordsOutcome::NoArray)
+        visits.records.clear();
+    return visits;
+}
+
+Visits visitAsTree(std::string_view bytes, std::size_t stopAt) {
+    const ReadResult result = read(bytes);
+    const Value* const root = std::get_if<Value>(&result);
+    if (!root || !root->array())
+        return {};
+    Visits visits{RecordsOutcome::Complete, {}};
+    for (const Value& element : *root->array()) {
+        visits.records.push_back(describe(element));
+        if (visits.records.size() > stopAt) {
+            visits.outcome = RecordsOutcome::Stopped;
+            break;
+        }
+    }
+    return visits;
+}
+
+// One of every kind of edit, chosen by what the record says of itself.
+RecordEdit editOf(bool isDictionary, std::optional<double> date) {
+    if (!isDictionary || !date)
+        return RecordEdit::keep();
+    return *date < 0   ? RecordEdit::drop()
+           : *date > 0 ? RecordEdit::replace(0, *date / 3)
+                       : RecordEdit::keep();
+}
+
+std::optional<std::string> rewriteAsTree(std::string_view bytes) {
+    const ReadResult result = read(bytes);
+    const Value* const root = std::get_if<Value>(&result);
+    if (!root || !root->array())
+        return std::nullopt;
+    Array kept;
+    for (const Value& element : *root->array()) {
+        const Dictionary* const dictionary = element.dictionary();
+        const Value* const date = dictionary ? dictionary->find(keys[0]) : nullptr;
+        const RecordEdit edit = editOf(dictionary != nullptr, date ? numberOf(*date) : std::nullopt);
+        if (edit.action == RecordEdit::Action::Drop)
+            continue;
+        Value value = element;
+        if (edit.action == RecordEdit::Action::Replace) {
+            Dictionary changed = *dictionary;
+            changed.set("date", Value(edit.number));
+            value = Value(changed);
+        }
+        kept.push_back(value);
+    }
+    return writeXml(Value(kept));
+}
+
+RewrittenRecords rewriteAsStream(std::string_view bytes) {
+    return rewriteRecords(bytes, keys, [](const Record& record) {
+        return editOf(record.isDictionary(), record.isDictionary() ? record.number(0) : std::nullopt);
+    });
+}
+
+std::string listOf(std::string_view records) {
+    return "<plist><array>" + std::string(records) + "</array></plist>";
+}
+
+} // namespace
+
+TEST(RecordReader, agreesWithTheTreeOnRandomLists) {
+    RandomList random(1);
+    std::size_t complete = 0;
+    for (int i = 0; i < 20000; ++i) {
+        const std::string xml = random.xml();
+        const std::size_t stopAt = random.below(3) == 0 ? random.below(4) : never;
+        const Visits visits = visitAsStream(xml, stopAt);
+        ASSERT_EQ(visits, visitAsTree(xml, stopAt)) << xml;
+        complete += visits.outcome == RecordsOutcome::Complete ? 1 : 0;
+    }
+    EXPECT_GT(complete, 10000U);
+}
+
+TEST(RecordReader, agreesWithTheTreeOnBrokenLists) {
+    RandomList random(2);
+    std::size_t refused = 0;
+    for (int i = 0; i < 40000; ++i) {
+        const std::string xml = random.broken(random.xml());
+        const Visits visits = visitAsStream(xml, never);
+        ASSERT_EQ(visits, visitAsTree(xml, never)) << xml;
+        refused += visits.outcome == RecordsOutcome::NoArray ? 1 : 0;
+    }
+    EXPECT_GT(refused, 10000U);
+}
+
+TEST(RecordReader, refusesAListTruncatedAnywhereBeforeItsEnd) {
+    const std::string xml =
+        listOf("<dict><key>date</key><real>1</real></dict><dict><key>name</key><string>&amp;"
+               "\xC3\xA9</string></dict>");
+    for (std::size_t size = 0; size < xml.size(); ++size)
+        EXPECT_EQ(visitAsStream(xml.substr(0, size), never).outcome, RecordsOutcome::NoArray) << size;
+    EXPECT_EQ(visitAsStream(xml, never).outcome, RecordsOutcome::Complete);
+}
+
+TEST(RecordReader, refusesAListForAFaultAfterTheRecordWhereItsVisitorStopped) {
+    const std::string sound = listOf("<dict/><dict/><string>x</string>");
+    const std::string broken = listOf("<dict/><dict/><string>&x;</string>");
+    EXPECT_EQ(visitAsStream(sound, 0), (Visits{RecordsOutcome::Stopped, {describe(Value(Dictionary()))}}));
+    EXPECT_EQ(visitAsStream(broken, 0).outcome, RecordsOutcome::NoArray);
+}
+
+TEST(RecordReader, tellsAnElementThatIsNoDictionary) {
+    const Visits visits =
+        visitAsStream(listOf("<string>x</string><dict><key>CF$UID</key><integer>1</integer></dict>"), never);
+    EXPECT_EQ(visits.records, (std::vector<std::string>{"no dictionary", "no dictionary"}));
+}
+
+TEST(RecordReader, takesTheLastValueOfADuplicateKey) {
+    const std::string xml =
+        listOf("<dict><key>date</key><real>1</real><key>date</key><string>x</string></dict>");
+    const RecordsOutcome outcome = visitRecords(xml, keys, [](const Record& record) {
+        EXPECT_TRUE(record.has(0));
+        EXPECT_EQ(record.number(0), std::nullopt);
+        EXPECT_EQ(record.string(0), "x");
+        return true;
+    });
+    EXPECT_EQ(outcome, RecordsOutcome::Complete);
+}
+
+TEST(RecordReader, readsTheOtherForms) {
+    EXPECT_EQ(visitAsStream("({name = x; date = 1;}, y)", never),
+              visitAsTree("({name = x; date = 1;}, y)", never));
+    EXPECT_EQ(visitAsStream("({name = x;}, y)", never).records.size(), 2U);
+    const std::string binary(
+        "bplist00\xA1\x01\xD1\x02\x03TdateZ\x23\x3F\xF8\0\0\0\0\0\0\x08\x0A\x0D\x13\0\0\0\0\0\0\1\1"
+        "\0\0\0\0\0\0\0\4\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\x1C",
+        28 + 4 + 32);
+    const Visits visits = visitAsStream(binary, never);
+    EXPECT_EQ(visits, visitAsTree(binary, never));
+    EXPECT_EQ(visits.outcome, RecordsOutcome::Complete);
+}
+
+TEST(RecordReader, givesNothingForAnotherRoot) {
+    for (const std::string_view text :
+         {"", "   ", "x", "{a = b;}", "<plist><dict/></plist>", "<string>x</string>", "<00ff>"})
+        EXPECT_EQ(visitAsStream(text, never).outcome, RecordsOutcome::NoArray) << text;
+}
+
+TEST(RecordRewriter, agreesWithTheTreeOnRandomLists) {
+    RandomList random(3);
+    for (int i = 0; i < 20000; ++i) {
+        const std::string xml = random.below(3) == 0 ? random.broken(random.xml()) : random.xml();
+        const RewrittenRecords rewritten = rewriteAsStream(xml);
+        ASSERT_EQ(rewritten.xml, rewriteAsTree(xml)) << xml;
+    }
+}
+
+TEST(RecordRewriter, givesNothingWhereItsVisitorStopped) {
+    const RewrittenRecords rewritten =
+        rewriteRecords(listOf("<dict/><dict/>"), keys, [](const Record&) { return RecordEdit::stop(); });
+    EXPECT_EQ(rewritten.outcome, RecordsOutcome::Stopped);
+    EXPECT_EQ(rewritten.xml, std::nullopt);
+}
+
+TEST(RecordRewriter, appendsAReplacedKeyThatWasAbsent) {
+    const RewrittenRecords rewritten =
+        rewriteRecords(listOf("<dict/>"), keys, [](const Record&) { return RecordEdit::replace(0, 2.5); });
+    Dictionary expected;
+    expected.set("date", Value(2.5));
+    EXPECT_EQ(rewritten.xml, writeXml(Value(Array{Value(expected)})));
+}

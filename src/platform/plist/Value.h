@@ -30,7 +30,7 @@ public:
     // The value of a key; none where the key is absent.
     [[nodiscard]] const Value* find(std::string_view key) const;
     [[nodiscard]] const std::vector<Entry>& entries() const { return entries_; }
-    [[nodiscard]] std::size_t size() const { return entries_.size(); }
+    [[nodiscard]] std::size_t size() const;
 
     // Replaces the value of a key at its place, or appends the key.
     void set(std::string key, Value value);
@@ -139,6 +139,10 @@ private:
                      std::shared_ptr<const Dictionary>, Set, Uid, std::shared_ptr<const ForeignDictionary>>;
     Content content_;
 };
+
+inline std::size_t Dictionary::size() const {
+    return entries_.size();
+}
 
 // A dictionary of the binary form with a key that is no string. It can be told apart and counted; no XML
 // form.

@@ -3,6 +3,7 @@
 #include "platform/plist/Sharing.h"
 #include "platform/plist/Text.h"
 #include "platform/plist/Writer.h"
+#include "platform/plist/XmlReader.h"
 
 #include <algorithm>
 #include <vector>
@@ -45,8 +46,7 @@ bool XmlWriter::write(const Value& value, std::size_t indent) {
     case Kind::Dictionary:
         return writeDictionary(*value.dictionary(), indent);
     case Kind::Uid:
-        writeUid(*value.uid(), indent);
-        return true;
+        return writeUid(*value.uid(), indent);
     case Kind::Null:
     case Kind::Set:
     case Kind::ForeignDictionary:
@@ -60,6 +60,8 @@ bool XmlWriter::writeArray(const Array& array, std::size_t indent) {
         output_.tag("<array/>\n", indent);
         return true;
     }
+    if (indent >= deepestNesting)
+        return false;
     output_.tag("<array>\n", indent);
     for (const Value& element : array)
         if (!write(element, indent + 1))
@@ -73,6 +75,8 @@ bool XmlWriter::writeDictionary(const Dictionary& dictionary, std::size_t indent
         output_.tag("<dict/>\n", indent);
         return true;
     }
+    if (indent >= deepestNesting)
+        return false;
     std::vector<const Dictionary::Entry*> sorted;
     sorted.reserve(dictionary.size());
     for (const Dictionary::Entry& entry : dictionary.entries())
@@ -92,11 +96,14 @@ bool XmlWriter::writeDictionary(const Dictionary& dictionary, std::size_t indent
     return true;
 }
 
-void XmlWriter::writeUid(Uid uid, std::size_t indent) {
+bool XmlWriter::writeUid(Uid uid, std::size_t indent) {
+    if (indent >= deepestNesting)
+        return false;
     output_.tag("<dict>\n", indent);
     output_.key("CF$UID", indent + 1);
     output_.integer({uid.number, false}, indent + 1);
     output_.tag("</dict>\n", indent);
+    return true;
 }
 
 } // namespace platform::plist

@@ -19,7 +19,7 @@ public:
 private:
     bool writeArray(const Array& array, std::size_t indent);
     bool writeDictionary(const Dictionary& dictionary, std::size_t indent);
-    void writeUid(Uid uid, std::size_t indent);
+    bool writeUid(Uid uid, std::size_t indent);
 
     XmlOutput& output_;
 };

@@ -1,0 +1,41 @@
+#include "exchange/TodayWidgetLogic.h"
+
+#include "exchange/CircularDrawing.h"
+#include "exchange/Text.h"
+#include "platform/images/OvalPicture.h"
+#include "platform/storage/Files.h"
+#include "platform/system/Fatal.h"
+
+namespace {
+
+// A name of so many UTF-16 code units or more is a picture's, a shorter one a glyph's. Nothing else tells
+// them apart, on purpose: what the file holds is not looked at.
+constexpr qsizetype pictureNameLength = 23;
+
+} // namespace
+
+platform::Image TodayWidgetLogic::imageByName(const QString& name, const QRectF& rect) {
+    const auto container = containerFolder();
+    const auto account = accountPk();
+    platform::require(container.has_value());
+    const auto icons = platform::pathByAppending(platform::pathByAppending(*container, account), "icons");
+    const auto file = platform::pathByAppending(icons, exchange::utf8FromText(name) + ".png");
+    const platform::Image image = platform::imageWithContentsOfFile(file);
+    if (name.size() >= pictureNameLength)
+        return circularImage(image, rect);
+    // The host application writes a glyph before it names it in the feed: it is relied on to be there.
+    platform::require(!image.isNull());
+    return tintedImage(image);
+}
+
+// The picture within the oval of the rectangle's size; the rectangle's origin does not count.
+platform::Image TodayWidgetLogic::circularImage(const platform::Image& image, const QRectF& rect) {
+    if (image.size().isEmpty())
+        return {};
+    const QRectF drawing = exchange::circularDrawingRect(image.size(), rect.size());
+    return platform::ovalPicture(image, drawing, rect.size(), platform::screenRatio());
+}
+
+platform::Image TodayWidgetLogic::tintedImage(const platform::Image& image) {
+    return image.tinted(Qt::white);
+}

@@ -1,5 +1,6 @@
 #include "platform/images/Image.h"
 
+#include "platform/images/Averaging.h"
 #include "platform/images/ImageSource.h"
 
 #include <QGuiApplication>
@@ -7,6 +8,7 @@
 #include <QTransform>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <utility>
 
@@ -39,7 +41,7 @@ public:
             return pixels_;
         const QSize wanted = wholePixels(devicePixels);
         if (shrunk_.size() != wanted)
-            shrunk_ = pixels_.scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+            shrunk_ = averaged(pixels_, wanted);
         return shrunk_;
     }
 
@@ -71,6 +73,17 @@ void drawUnscaled(QPainter& painter, const QPointF& devicePosition, const QImage
     painter.setRenderHint(QPainter::SmoothPixmapTransform, smooth);
 }
 
+// One premultiplied pixel atop another: source times the other's alpha plus the other times the source's
+// transparency, divided by 255 and rounded once, so that no channel grows beyond the alpha.
+QRgb atop(QRgb source, QRgb below) {
+    const unsigned alpha = below >> 24, rest = 255 - (source >> 24);
+    const auto channel = [&](unsigned shift) {
+        const unsigned product = ((source >> shift) & 0xff) * alpha + ((below >> shift) & 0xff) * rest + 128;
+        return ((product + (product >> 8)) >> 8) << shift;
+    };
+    return alpha << 24 | channel(16) | channel(8) | channel(0);
+}
+
 } // namespace
 
 QSize wholePixels(const QSizeF& size) {
@@ -78,27 +91,22 @@ QSize wholePixels(const QSizeF& size) {
 }
 
 void tintPixels(QImage& pixels, QRgb color) {
-    const auto divided = [](unsigned product) { // by 255, rounded
-        return (product + 128 + ((product + 128) >> 8)) >> 8;
-    };
     const QRgb source = qPremultiply(color);
-    const unsigned red = static_cast<unsigned>(qRed(source)), green = static_cast<unsigned>(qGreen(source)),
-                   blue = static_cast<unsigned>(qBlue(source));
-    const unsigned rest = 255 - static_cast<unsigned>(qAlpha(source));
+    std::array<QRgb, 256> opaque{}; // the result of an opaque colour, by the pixel's alpha
+    for (unsigned alpha = 0; alpha < 256; ++alpha)
+        opaque[alpha] = atop(source, alpha << 24);
+    const bool isOpaque = qAlpha(color) == 255;
     for (int y = 0; y < pixels.height(); ++y) {
         auto* line = reinterpret_cast<QRgb*>(pixels.scanLine(y));
-        for (int x = 0; x < pixels.width(); ++x) {
-            const QRgb old = line[x];
-            const unsigned alpha = old >> 24;
-            line[x] = alpha << 24 | divided(red * alpha + rest * ((old >> 16) & 0xff)) << 16 |
-                      divided(green * alpha + rest * ((old >> 8) & 0xff)) << 8 |
-                      divided(blue * alpha + rest * (old & 0xff));
-        }
+        for (int x = 0; x < pixels.width(); ++x)
+            line[x] = isOpaque ? opaque[line[x] >> 24] : atop(source, line[x]);
     }
 }
 
-Image::Image(QImage pixels)
-    : Image(pixels, QSizeF(pixels.size()) / pixels.devicePixelRatio()) {}
+Image::Image(QImage pixels) {
+    const QSizeF size = QSizeF(pixels.size()) / pixels.devicePixelRatio();
+    *this = Image(std::move(pixels), size);
+}
 
 Image::Image(QImage pixels, QSizeF size) {
     if (!pixels.isNull())

@@ -1,6 +1,7 @@
 #include "platform/images/OvalPicture.h"
 
-#include <QBrush>
+#include "platform/images/Averaging.h"
+
 #include <QPainter>
 
 #include <algorithm>
@@ -38,9 +39,7 @@ QImage clearPixels(const QSizeF& size) {
 void drawShrunk(QPainter& painter, const QRectF& drawing, const QImage& picture) {
     const QSize size(std::max(1, qRound(drawing.width())), std::max(1, qRound(drawing.height())));
     const QPoint position(qRound(drawing.x()), qRound(drawing.y()));
-    const QImage shrunk = size == picture.size()
-                              ? picture
-                              : picture.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    const QImage shrunk = size == picture.size() ? picture : averaged(picture, size);
     painter.drawImage(QRectF(position, QSizeF(size)), shrunk, QRectF(shrunk.rect()));
 }
 
@@ -78,13 +77,15 @@ Image ovalPicture(const Image& picture, const QRectF& drawing, const QSizeF& siz
         drawGrown(composing, target, source, QRectF(canvas.rect()));
     composing.end();
 
-    // A clip would leave a ragged edge; an oval filled with the picture has a smooth one.
+    // A clip would leave a ragged edge; an oval that the picture is painted into has a smooth one.
     QImage oval = clearPixels(pixelSize);
     QPainter cutting(&oval);
     cutting.setRenderHint(QPainter::Antialiasing);
     cutting.setPen(Qt::NoPen);
-    cutting.setBrush(QBrush(canvas));
+    cutting.setBrush(Qt::white);
     cutting.drawEllipse(QRectF(QPointF(0, 0), pixelSize));
+    cutting.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    cutting.drawImage(0, 0, canvas);
     cutting.end();
     oval.setDevicePixelRatio(ratio);
     return Image(std::move(oval), size);

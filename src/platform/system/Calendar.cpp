@@ -6,7 +6,10 @@
 #include <unicode/calendar.h>
 #include <unicode/timezone.h>
 
+#include <cmath>
+#include <iterator>
 #include <memory>
+#include <utility>
 
 namespace platform {
 
@@ -39,6 +42,13 @@ std::int32_t lengthOfMonth(const icu::Calendar& calendar) {
     return U_SUCCESS(status) ? next - first : 0;
 }
 
+// Some calendars lose their way hundreds of thousands of years from here, without an error. A day more than
+// was asked for leaves room for any change of the clocks.
+bool isNear(double moved, double milliseconds, std::int32_t days) {
+    constexpr double millisecondsOfDay = 86'400'000;
+    return std::abs(moved - milliseconds) <= (days + 1) * millisecondsOfDay;
+}
+
 } // namespace
 
 std::optional<double> Calendar::dateByAddingDaysWrapping(double date, std::int64_t days) {
@@ -53,7 +63,7 @@ std::optional<double> Calendar::dateByAddingDaysWrapping(double date, std::int64
     UErrorCode status = U_ZERO_ERROR;
     calendar->roll(UCAL_DAY_OF_MONTH, static_cast<std::int32_t>(days % length), status);
     const double end = calendar->getTime(status);
-    if (U_FAILURE(status))
+    if (U_FAILURE(status) || !isNear(end, *start, length))
         return std::nullopt;
     return date + (end - *start) / 1000.0; // the difference, so that what is below a millisecond stays
 }
@@ -74,7 +84,7 @@ std::optional<double> Calendar::startOfDay(double date) {
     for (std::size_t i = 0; i < std::size(fields); ++i)
         calendar->set(fields[i], values[i]);
     const double start = calendar->getTime(status);
-    if (U_FAILURE(status))
+    if (U_FAILURE(status) || !isNear(start, *moment, 1))
         return std::nullopt;
     return start / 1000.0;
 }

@@ -1,6 +1,5 @@
 #include "platform/system/EventLoopMainQueue.h"
 
-#include <QAbstractAnimation>
 #include <QCoreApplication>
 #include <QTimer>
 
@@ -12,44 +11,24 @@ namespace platform {
 
 namespace {
 
+constexpr auto frame = std::chrono::milliseconds(16);
+
 MainQueue::Duration now() {
     return std::chrono::steady_clock::now().time_since_epoch();
 }
 
+// A child of the application, and gone with it.
+QTimer* makeTimer() {
+    auto* timer = new QTimer(QCoreApplication::instance());
+    timer->setTimerType(Qt::PreciseTimer);
+    return timer;
+}
+
 } // namespace
 
-// An animation without an end that hands on the pace of Qt's animation clock; the queue itself knows the
-// time.
-class EventLoopMainQueue::Pulse final : public QAbstractAnimation {
-public:
-    Pulse(EventLoopMainQueue* queue, QObject* parent)
-        : QAbstractAnimation(parent)
-        , queue_(queue) {}
-
-    int duration() const override { return -1; }
-
-    void run() {
-        if (state() == Running)
-            return;
-        isStarting_ = true; // start() ticks at once
-        start();
-        isStarting_ = false;
-    }
-
-protected:
-    void updateCurrentTime(int) override {
-        if (!isStarting_)
-            queue_->pulse();
-    }
-
-private:
-    EventLoopMainQueue* queue_;
-    bool isStarting_ = false;
-};
-
 EventLoopMainQueue::~EventLoopMainQueue() {
-    delete timer_.data();
-    delete pulse_.data();
+    delete workTimer_.data();
+    delete frameTimer_.data();
 }
 
 void EventLoopMainQueue::after(Duration delay, Work work) {
@@ -59,28 +38,31 @@ void EventLoopMainQueue::after(Duration delay, Work work) {
 
 std::unique_ptr<MainQueue::Ticking> EventLoopMainQueue::animate(Duration duration, Tick tick) {
     auto animation = animations_.start(now(), duration, std::move(tick));
-    if (!pulse_)
-        pulse_ = new Pulse(this, QCoreApplication::instance());
-    pulse_->run();
+    if (!frameTimer_) {
+        frameTimer_ = makeTimer();
+        frameTimer_->setInterval(frame);
+        QObject::connect(frameTimer_, &QTimer::timeout, frameTimer_, [this] { tickFrame(); });
+    }
+    if (!frameTimer_->isActive())
+        frameTimer_->start();
     return animation;
 }
 
 bool EventLoopMainQueue::isTicking() const {
-    return (timer_ && timer_->isActive()) || (pulse_ && pulse_->state() == QAbstractAnimation::Running);
+    return (workTimer_ && workTimer_->isActive()) || (frameTimer_ && frameTimer_->isActive());
 }
 
 void EventLoopMainQueue::arm() {
     if (work_.isEmpty())
         return;
-    if (!timer_) {
-        timer_ = new QTimer(QCoreApplication::instance());
-        timer_->setTimerType(Qt::PreciseTimer);
-        timer_->setSingleShot(true);
-        QObject::connect(timer_, &QTimer::timeout, timer_, [this] { runDue(); });
+    if (!workTimer_) {
+        workTimer_ = makeTimer();
+        workTimer_->setSingleShot(true);
+        QObject::connect(workTimer_, &QTimer::timeout, workTimer_, [this] { runDue(); });
     }
     constexpr auto longest = std::chrono::milliseconds(std::numeric_limits<int>::max());
     const Duration wait = std::max(work_.firstDue() - now(), Duration::zero());
-    timer_->start(std::min(std::chrono::ceil<std::chrono::milliseconds>(wait), longest));
+    workTimer_->start(std::min(std::chrono::ceil<std::chrono::milliseconds>(wait), longest));
 }
 
 // One piece of work at a time, the timer set for the next before it runs: work that runs an event loop of its
@@ -98,10 +80,10 @@ void EventLoopMainQueue::runDue() {
         work();
 }
 
-void EventLoopMainQueue::pulse() {
+void EventLoopMainQueue::tickFrame() {
     animations_.tickAll(now());
-    if (animations_.isEmpty() && pulse_)
-        pulse_->stop();
+    if (animations_.isEmpty() && frameTimer_)
+        frameTimer_->stop();
 }
 
 } // namespace platform

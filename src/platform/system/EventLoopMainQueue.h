@@ -28,16 +28,14 @@ public:
     [[nodiscard]] bool isTicking() const;
 
 private:
-    class Pulse;
-
     void arm();
     void runDue();
-    void pulse();
+    void tickFrame();
 
     DeferredWork work_;
     RunningAnimations animations_;
-    QPointer<QTimer> timer_;
-    QPointer<Pulse> pulse_;
+    QPointer<QTimer> workTimer_;
+    QPointer<QTimer> frameTimer_;
 };
 
 } // namespace platform

@@ -1,0 +1,41 @@
+#include "exchange/SharedFiles.h"
+
+#include "platform/plist/Reader.h"
+#include "platform/plist/Writer.h"
+#include "platform/storage/Files.h"
+
+#include <utility>
+
+namespace exchange {
+
+namespace plist = platform::plist;
+
+std::string feedFile(const std::string& container) {
+    return platform::pathByAppending(container, "notifications.xml");
+}
+
+std::string accountFolder(const std::string& container, const std::string& accountKey) {
+    return platform::pathByAppending(container, accountKey);
+}
+
+std::string actionLogFile(const std::string& accountFolder) {
+    return platform::pathByAppending(accountFolder, "actions.xml");
+}
+
+std::optional<plist::Array> arrayFromFile(const std::string& path) {
+    const std::optional<std::string> bytes = platform::readFile(path);
+    if (!bytes)
+        return std::nullopt;
+    const plist::ReadResult result = plist::read(*bytes);
+    const auto* root = std::get_if<plist::Value>(&result);
+    if (!root || !root->array())
+        return std::nullopt;
+    return *root->array();
+}
+
+bool writeArray(const std::string& path, plist::Array array) {
+    const std::optional<std::string> bytes = plist::writeXml(plist::Value(std::move(array)));
+    return bytes && !platform::replaceFile(path, *bytes);
+}
+
+} // namespace exchange

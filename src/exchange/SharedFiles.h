@@ -1,0 +1,29 @@
+#pragma once
+
+#include "platform/plist/Value.h"
+
+#include <optional>
+#include <string>
+
+// Where the files of a container lie, and how an array is read from one and written to one.
+namespace exchange {
+
+// The feed, one for all accounts: CONTAINER/notifications.xml.
+[[nodiscard]] std::string feedFile(const std::string& container);
+
+// The folder of an account. The key is one component as it stands: it is not checked for separators or dots,
+// and an empty one names the container itself.
+[[nodiscard]] std::string accountFolder(const std::string& container, const std::string& accountKey);
+
+// The action log in an account's folder.
+[[nodiscard]] std::string actionLogFile(const std::string& accountFolder);
+
+// The array that a property-list file holds. None where the file is absent or unreadable, is no property
+// list, or has another root.
+[[nodiscard]] std::optional<platform::plist::Array> arrayFromFile(const std::string& path);
+
+// Replaces a file by an array in the XML form, whole or not at all. False, and the old file stands, where it
+// cannot be written or holds what the XML form has no place for (a null or a set).
+bool writeArray(const std::string& path, platform::plist::Array array);
+
+} // namespace exchange

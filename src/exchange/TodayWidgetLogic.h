@@ -62,6 +62,7 @@ private:
     static platform::Image circularImage(const platform::Image& image, const QRectF& rect);
     static platform::Image tintedImage(const platform::Image& image);
     static void saveActionType(std::int64_t type, const TodayTransaction& item, std::int64_t parameter);
+    static void openHost(const char* request, const TodayTransaction* transaction);
 
     friend class TodayWidgetLogicTestAccess;
 };

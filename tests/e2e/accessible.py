@@ -1,0 +1,62 @@
+#!/usr/bin/env python3
+"""An accessibility client, as a screen reader is one. Prints JSON.
+
+accessible.py tree                     what every program on the accessibility bus tells, as nested objects
+accessible.py act ROLE NAME ACTION     does an action of the one accessible with that role and name
+"""
+
+import json
+import sys
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi  # noqa: E402
+
+
+def _children(node):
+    found = (node.get_child_at_index(i) for i in range(node.get_child_count()))
+    return [child for child in found if child is not None]
+
+
+def _actions(node):
+    return [node.get_action_name(i) for i in range(node.get_n_actions())] if node.get_action_iface() else []
+
+
+def _told(node):
+    told = {"role": node.get_role_name(), "name": node.get_name(), "description": node.get_description(),
+            "states": sorted(state.value_nick for state in node.get_state_set().get_states()),
+            "actions": _actions(node)}
+    if node.get_component_iface():
+        place = node.get_extents(Atspi.CoordType.SCREEN)
+        told["place"] = [place.x, place.y, place.width, place.height]
+    return told | {"children": [_told(child) for child in _children(node)]}
+
+
+def _matching(node, role, name):
+    if node.get_role_name() == role and node.get_name() == name:
+        yield node
+    for child in _children(node):
+        yield from _matching(child, role, name)
+
+
+def tree():
+    return [_told(child) for child in _children(Atspi.get_desktop(0))]
+
+
+def act(role, name, action):
+    found = list(_matching(Atspi.get_desktop(0), role, name))
+    if len(found) != 1:
+        sys.exit(f"{len(found)} accessibles are a {role} with the name {name!r}")
+    actions = _actions(found[0])
+    if action not in actions:
+        sys.exit(f"no action {action!r} among {actions}")
+    return found[0].do_action(actions.index(action))
+
+
+def main(command, *words):
+    print(json.dumps({"tree": tree, "act": act}[command](*words), ensure_ascii=False))
+
+
+if __name__ == "__main__":
+    main(*sys.argv[1:])

@@ -1,0 +1,378 @@
+"""A desktop of its own for each end-to-end test: an X server without a screen, a window manager and, where asked
+for, a compositor and an accessibility bus; real clients look at it, click and type.
+
+    class Panel(harness.DesktopTest):
+        def test_closes_on_escape(self):
+            program = self.desktop.run([os.environ["KORVEL_TODAY"]])
+            program.window().press("Escape")
+            self.assertEqual(program.end_status(), 0)
+
+Nothing waits for a time: wait_for() looks until a condition holds and fails at its deadline. Everything that a
+desktop starts ends with it, also when the test fails or is killed.
+"""
+
+import ctypes
+import dataclasses
+import json
+import os
+import pathlib
+import re
+import select
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+
+DEADLINE = 20.0  # seconds, for anything that a test waits for; far more than a loaded machine needs
+LOOK_EVERY = 0.02  # seconds between two looks at a condition
+
+_PR_SET_PDEATHSIG = 1
+_PR_SET_CHILD_SUBREAPER = 36
+_libc = ctypes.CDLL(None, use_errno=True)
+
+
+class Unmet(AssertionError):
+    """A condition that did not come to hold before its deadline."""
+
+
+def wait_for(condition, what, deadline=DEADLINE):
+    """The first true value of condition(), looked at again and again."""
+    end = time.monotonic() + deadline
+    while True:
+        value = condition()
+        if value:
+            return value
+        if time.monotonic() > end:
+            raise Unmet(f"not within {deadline:g} s: {what}")
+        select.select([], [], [], LOOK_EVERY)
+
+
+def _output(command, env):
+    """What a command prints, or none where it fails (a window that is gone, say)."""
+    done = subprocess.run(command, env=env, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                          stderr=subprocess.DEVNULL, timeout=DEADLINE)
+    return done.stdout if done.returncode == 0 else None
+
+
+def _children():
+    """The processes that are this one's children now, the adopted ones too."""
+    me = str(os.getpid())
+    for stat in pathlib.Path("/proc").glob("[0-9]*/stat"):
+        try:
+            fields = stat.read_text().rpartition(")")[2].split()
+        except OSError:
+            continue
+        if fields[1] == me and fields[0] != "Z":
+            yield int(stat.parent.name)
+
+
+@dataclasses.dataclass(frozen=True)
+class Geometry:
+    """A window's place and size on the screen, in pixels, without what a window manager puts around it."""
+    x: int
+    y: int
+    width: int
+    height: int
+
+
+class Picture:
+    """Pixels of the screen: picture[x, y] is (red, green, blue)."""
+
+    def __init__(self, width, height, data):
+        assert len(data) == width * height * 3
+        self.width, self.height, self._data = width, height, data
+
+    def __getitem__(self, at):
+        x, y = at
+        assert 0 <= x < self.width and 0 <= y < self.height
+        start = (y * self.width + x) * 3
+        return tuple(self._data[start:start + 3])
+
+
+class Window:
+    """A window as other clients see it."""
+
+    def __init__(self, desktop, ident):
+        self.desktop, self.ident = desktop, ident
+
+    def _text(self, *command):
+        return (_output(command, self.desktop.env) or b"").decode(errors="replace")
+
+    def shown(self):
+        return "IsViewable" in self._text("xwininfo", "-id", self.ident)
+
+    def geometry(self):
+        """Where it is, or none where it is gone."""
+        text = self._text("xwininfo", "-id", self.ident)
+        keys = ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height")
+        found = [re.search(rf"{key}: +(-?\d+)", text) for key in keys]
+        return Geometry(*(int(match[1]) for match in found)) if all(found) else None
+
+    def wait_for_size(self, width, height, deadline=DEADLINE):
+        """Waits until it has this size (none: any); a window may still be on its way there."""
+        def sized():
+            seen.append(self.geometry())
+            here = seen[-1]
+            return here and width in (None, here.width) and height in (None, here.height)
+        seen = []
+        try:
+            wait_for(sized, "size", deadline)
+        except Unmet:
+            raise Unmet(f"window is not {width} x {height} but {seen[-1]}") from None
+        return seen[-1]
+
+    def property(self, name):
+        """The text of one of its properties, as xprop prints it."""
+        return self._text("xprop", "-id", self.ident, name).strip()
+
+    def picture(self):
+        """What the screen shows where the window is."""
+        here = self.geometry()
+        data = _output(("import", "-window", "root", "-crop", f"{here.width}x{here.height}+{here.x}+{here.y}",
+                        "+repage", "-depth", "8", "rgb:-"), self.desktop.env)
+        return Picture(here.width, here.height, data)
+
+    def move_pointer(self, x, y):
+        """Puts the pointer x, y pixels from the window's upper left corner."""
+        here = self.geometry()
+        self.desktop.xdotool("mousemove", "--sync", here.x + x, here.y + y)
+
+    def click(self, x, y, button=1, times=1):
+        self.move_pointer(x, y)
+        self.desktop.xdotool("click", "--repeat", times, "--delay", 30, button)
+
+    def hold(self, x, y, button=1):
+        self.move_pointer(x, y)
+        self.desktop.xdotool("mousedown", button)
+
+    def let_go(self, x, y, button=1):
+        self.move_pointer(x, y)
+        self.desktop.xdotool("mouseup", button)
+
+    def press(self, key):
+        """Gives the window the keyboard, then presses a key, named as X names it."""
+        self.desktop.xdotool("windowfocus", "--sync", self.ident)
+        self.desktop.xdotool("key", key)
+
+
+class Program:
+    """A program that runs on a desktop."""
+
+    def __init__(self, desktop, command, env):
+        self.desktop = desktop
+        folder = pathlib.Path(tempfile.mkdtemp(dir=desktop.folder))
+        self._out, self._err = folder / "out", folder / "err"
+        with self._out.open("wb") as out, self._err.open("wb") as err:
+            self.process = desktop.start(command, env, stdout=out, stderr=err)
+
+    @property
+    def out(self):
+        return self._out.read_text(encoding="utf-8", errors="replace")
+
+    @property
+    def err(self):
+        return self._err.read_text(encoding="utf-8", errors="replace")
+
+    def running(self):
+        return self.process.poll() is None
+
+    def windows(self):
+        """Its windows that can be seen now."""
+        found = _output(("xdotool", "search", "--onlyvisible", "--pid", str(self.process.pid)), self.desktop.env)
+        return [Window(self.desktop, ident) for ident in (found or b"").decode().split()]
+
+    def window(self):
+        """Its one window, once it is there."""
+        def found():
+            if not self.running():
+                raise AssertionError(f"ended with {self.process.returncode} before it showed a window: {self.err}")
+            return self.windows()
+        windows = wait_for(found, f"a window of {self.process.args[0]}")
+        if len(windows) != 1:
+            raise AssertionError(f"{len(windows)} windows where there should be one")
+        return windows[0]
+
+    def end_status(self):
+        """The exit status, once it has ended by itself; negative for a signal."""
+        wait_for(lambda: not self.running(), f"the end of {self.process.args[0]}")
+        return self.process.returncode
+
+
+class Desktop:
+    """The X server and what belongs to it. `env` is the environment of whatever runs on it."""
+
+    def __init__(self, width=1280, height=800, compositor=False, accessibility=False, env=()):
+        _libc.prctl(_PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0)
+        self._processes = []
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="korvel-desktop-"))
+        try:
+            self.env = self._environment() | dict(env)
+            self._start_screen(width, height)
+            self._start_window_manager()
+            if compositor:
+                self._start_compositor()
+            if accessibility:
+                self._start_accessibility()
+        except BaseException:
+            self.end()
+            raise
+
+    def _environment(self):
+        """Nothing of the user's own desktop but the search path and what the sanitizers are told."""
+        kept = {name: value for name, value in os.environ.items()
+                if name == "PATH" or name.startswith(("KORVEL_", "ASAN_", "UBSAN_", "LSAN_"))}
+        folders = {"HOME": "home", "XDG_RUNTIME_DIR": "run", "XDG_DATA_HOME": "home/data",
+                   "XDG_CONFIG_HOME": "home/config", "XDG_CACHE_HOME": "home/cache", "TMPDIR": "tmp"}
+        for name, folder in folders.items():
+            (self.folder / folder).mkdir(mode=0o700, parents=True)
+            kept[name] = str(self.folder / folder)
+        return kept | {"LANG": "C.UTF-8", "TZ": "UTC", "QT_QPA_PLATFORM": "xcb", "NO_AT_BRIDGE": "1"}
+
+    def start(self, command, env=None, **streams):
+        """Starts a process of this desktop in a group of its own; it dies with the test in any case."""
+        def die_with_parent():
+            _libc.prctl(_PR_SET_PDEATHSIG, signal.SIGKILL, 0, 0, 0)
+        process = subprocess.Popen(
+            [str(word) for word in command], env=self.env | dict(env or {}), cwd=self.folder,
+            stdin=subprocess.DEVNULL, start_new_session=True, preexec_fn=die_with_parent,
+            **({"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL} | streams))
+        self._processes.append(process)
+        return process
+
+    def _start_screen(self, width, height):
+        ours, its = os.pipe()
+        log = self.folder / "Xvfb.log"
+        try:
+            with log.open("wb") as err:
+                process = self.start(
+                    ("Xvfb", "-displayfd", its, "-screen", "0", f"{width}x{height}x24", "-dpi", "96", "-noreset",
+                     "-nolisten", "tcp"), pass_fds=(its,), stderr=err)
+        finally:
+            os.close(its)
+        number = self._line_from(ours)
+        if not number:
+            process.wait(DEADLINE)
+            raise AssertionError(f"Xvfb does not start: {log.read_text(errors='replace')}")
+        self.env["DISPLAY"] = f":{number}"
+
+    def _start_window_manager(self):
+        # While it starts it may lose a window that asks to be shown; so wait until it answers a request, which it
+        # does from its event loop only: to have one desktop where its own settings say four.
+        def answers():
+            _output(("xdotool", "set_num_desktops", "1"), self.env)
+            return _output(("xdotool", "get_num_desktops"), self.env) == b"1\n"
+        self.start(("openbox", "--sm-disable"))
+        wait_for(answers, "a window manager")
+
+    def _start_compositor(self):
+        self.start(("xcompmgr",))
+        wait_for(self.composited, "a compositor")
+
+    def _start_accessibility(self):
+        ours, its = os.pipe()
+        try:
+            self.start(("dbus-daemon", "--session", "--nofork", "--nopidfile", f"--print-address={its}"),
+                       pass_fds=(its,))
+        finally:
+            os.close(its)
+        self.env["DBUS_SESSION_BUS_ADDRESS"] = self._line_from(ours)
+        self.env["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
+        del self.env["NO_AT_BRIDGE"]
+        self.start(("/usr/libexec/at-spi-bus-launcher", "--launch-immediately"))
+        wait_for(lambda: _output(("gdbus", "call", "--session", "--dest", "org.a11y.Bus", "--object-path",
+                                  "/org/a11y/bus", "--method", "org.a11y.Bus.GetAddress"), self.env),
+                 "the accessibility bus")
+
+    @staticmethod
+    def _line_from(pipe):
+        """The first line that a started process writes to a pipe, or "" where it ends without one."""
+        with open(pipe, "rb", buffering=0) as stream:
+            line = b""
+            while not line.endswith(b"\n"):
+                if not select.select([stream], [], [], DEADLINE)[0]:
+                    raise Unmet("a started process says nothing")
+                if not (some := stream.read(1024)):
+                    break
+                line += some
+            return line.decode().strip()
+
+    def composited(self):
+        """Whether a compositor owns the screen, asked as toolkits ask it."""
+        x11 = ctypes.CDLL("libX11.so.6")
+        x11.XOpenDisplay.restype = ctypes.c_void_p
+        x11.XInternAtom.restype = x11.XGetSelectionOwner.restype = ctypes.c_ulong
+        display = ctypes.c_void_p(x11.XOpenDisplay(self.env["DISPLAY"].encode()))
+        if not display:
+            return False
+        atom = ctypes.c_ulong(x11.XInternAtom(display, b"_NET_WM_CM_S0", False))
+        owner = x11.XGetSelectionOwner(display, atom)
+        x11.XCloseDisplay(display)
+        return owner != 0
+
+    def xdotool(self, *words):
+        subprocess.run(["xdotool", *map(str, words)], env=self.env, stdin=subprocess.DEVNULL,
+                       stdout=subprocess.DEVNULL, timeout=DEADLINE, check=True)
+
+    def run(self, command, env=None):
+        """Starts a program on this desktop."""
+        return Program(self, command, env)
+
+    def accessible(self, *words):
+        """Asks the accessibility client (see accessible.py) and gives its answer."""
+        done = subprocess.run([sys.executable, "-B", pathlib.Path(__file__).with_name("accessible.py"), *words],
+                              env=self.env, stdin=subprocess.DEVNULL, capture_output=True, text=True,
+                              timeout=2 * DEADLINE)
+        if done.returncode != 0:
+            raise AssertionError(f"accessible.py {' '.join(words)}: {done.stderr}")
+        return json.loads(done.stdout)
+
+    def save_picture(self, path):
+        """Writes the whole screen to a PNG file."""
+        subprocess.run(["import", "-window", "root", path], env=self.env, stdin=subprocess.DEVNULL,
+                       timeout=DEADLINE, check=True)
+
+    def end(self):
+        """Ends everything that runs here, the last started first, then what those left behind."""
+        for process in reversed(self._processes):
+            for ask in (signal.SIGTERM, signal.SIGKILL):
+                if process.poll() is not None:
+                    break
+                os.killpg(process.pid, ask)
+                try:
+                    process.wait(DEADLINE / 4)
+                except subprocess.TimeoutExpired:
+                    continue
+        self._processes.clear()
+        for child in _children():
+            os.kill(child, signal.SIGKILL)
+            os.waitpid(child, 0)
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+
+class DesktopTest(unittest.TestCase):
+    """A test with a desktop. A class says what its desktops are like in `desktop_options`; when a test fails, what
+    its screen showed stays as a picture in KORVEL_FAILURES."""
+
+    desktop_options = {}
+
+    def run(self, result=None):
+        self._result = result if result is not None else self.defaultTestResult()
+        return super().run(self._result)
+
+    def setUp(self):
+        faults = self._faults()
+        self.desktop = Desktop(**self.desktop_options)
+        self.addCleanup(self.desktop.end)
+        self.addCleanup(self._keep_picture_of_failure, faults)
+
+    def _faults(self):
+        return len(self._result.failures) + len(self._result.errors)
+
+    def _keep_picture_of_failure(self, faults_before):
+        folder = os.environ.get("KORVEL_FAILURES")
+        if folder and self._faults() > faults_before:
+            pathlib.Path(folder).mkdir(parents=True, exist_ok=True)
+            self.desktop.save_picture(pathlib.Path(folder, self.id() + ".png"))

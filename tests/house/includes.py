@@ -27,7 +27,7 @@ ROOMS = {
     "platform/storage": _room("platform/plist platform/system", "posix QtCore"),
     "platform/images": _room(foreign="posix QtCore QtGui QtSvg"),
     "platform/views": _room("platform/system platform/images", _WIDGETS),
-    "platform/extension": _room(foreign="QtCore QtGui"),
+    "platform/extension": _room("platform/system platform/views", _WIDGETS),
     "model": _room("platform/system", "QtCore"),
     "exchange": _room("model " + _GROUND, "QtCore QtGui"),
     "resources": _room("platform/images platform/views", _WIDGETS),
@@ -36,8 +36,8 @@ ROOMS = {
     "controller": _room("views/rows views/controls exchange model resources platform/views platform/extension "
                         + _GROUND, _WIDGETS),
     "center": _room("controller exchange model resources platform/views platform/extension " + _GROUND,
-                    "posix QtNetwork QtDBus QtSvg " + _WIDGETS),
-    "ctl": _room("exchange model platform/extension " + _GROUND, "posix QtCore QtGui"),
+                    "posix xcb " + _WIDGETS),
+    "ctl": _room("exchange model " + _GROUND, "posix QtCore QtGui"),
 }
 
 # The only operations that a room may name of a class of another room.
@@ -86,11 +86,13 @@ class QtHeaders:
 
 
 def kind_of(path, qt):
-    """What a foreign header belongs to: std, icu, a Qt module or posix."""
+    """What a foreign header belongs to: std, icu, xcb, a Qt module or posix."""
     if path in STD_HEADERS:
         return "std"
     if path.startswith("unicode/"):
         return "icu"
+    if path.startswith("xcb/"):
+        return "xcb"
     return qt.module(path) or "posix"
 
 

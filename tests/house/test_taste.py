@@ -123,7 +123,7 @@ class MadeUpTree(unittest.TestCase):
         self.write("run", sound + "if true; then\n", 0o755)
         self.assert_one_fault(taste.scripts, "run: ", "syntax error")
         self.write("run", "#!/bin/sh\ntrue\n", 0o755)
-        self.assert_one_fault(taste.scripts, "run: no 'set -euo pipefail'")
+        self.assert_one_fault(taste.scripts, "run: no 'set -eu'")
         self.write("run", sound, 0o644)
         self.assert_one_fault(taste.scripts, "run: cannot be executed")
 

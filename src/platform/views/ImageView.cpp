@@ -1,0 +1,31 @@
+#include "platform/views/ImageView.h"
+
+#include <QPainter>
+
+#include <cmath>
+
+namespace platform {
+
+ImageView::ImageView(QWidget* parent)
+    : View(parent) {}
+
+void ImageView::setImage(const Image& image) {
+    image_ = image;
+    update();
+}
+
+void ImageView::paintEvent(QPaintEvent*) {
+    if (image_.isNull())
+        return;
+    QSizeF size = image_.size();
+    if (size.width() > width() || size.height() > height())
+        size.scale(QSizeF(this->size()), Qt::KeepAspectRatio);
+    QRectF place({}, size);
+    place.moveCenter(QRectF(rect()).center());
+    // Whole points keep the art crisp.
+    place.moveTo(std::floor(place.x()), std::floor(place.y()));
+    QPainter painter(this);
+    image_.draw(painter, place);
+}
+
+} // namespace platform

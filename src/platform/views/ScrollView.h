@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/views/View.h"
+
+#include <QPointer>
+
+namespace platform {
+
+// Shows one view, the document, through a window of its own size. A document that is taller scrolls with the
+// wheel and the arrow and page keys; a thin bar says where it stands. Nothing bounces.
+class ScrollView final : public View {
+    Q_OBJECT
+
+public:
+    explicit ScrollView(QWidget* parent = nullptr);
+
+    void setDocumentView(View* document);
+    [[nodiscard]] View* documentView() const { return document_; }
+    // The height of the document in points; its width is the scroll view's.
+    void setDocumentHeight(double height);
+
+    [[nodiscard]] double offset() const { return offset_; }
+    void scrollTo(double offset);
+    // Scrolls just as far as it takes to show a rectangle of the document.
+    void scrollToVisible(const QRectF& rect);
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    class Bar;
+
+    [[nodiscard]] double largestOffset() const;
+    void layoutDocument();
+
+    QPointer<View> document_;
+    Bar* bar_;
+    double documentHeight_ = 0;
+    double offset_ = 0;
+};
+
+} // namespace platform

@@ -1,0 +1,271 @@
+#include "platform/views/TableView.h"
+
+#include "platform/system/Fatal.h"
+#include "platform/system/MainQueue.h"
+
+#include <QEasingCurve>
+#include <QPainter>
+#include <QStyle>
+
+#include <algorithm>
+
+namespace platform {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto rowAnimationDuration = 200ms;
+
+void takeOut(const std::shared_ptr<View>& view) {
+    if (!view)
+        return;
+    view->setAlphaValue(1);
+    view->removeFromSuperview();
+}
+
+} // namespace
+
+// The change of rows that is being shown: where each moved row came from.
+struct TableView::Animation {
+    std::vector<double> startY;
+    std::unique_ptr<MainQueue::Ticking> ticking;
+};
+
+TableView::TableView(QWidget* parent)
+    : View(parent) {}
+
+TableView::~TableView() {
+    for (const Row& row : rows_)
+        takeOut(row.view);
+    for (const Row& row : leaving_)
+        takeOut(row.view);
+}
+
+void TableView::setBackgroundColor(const QColor& color) {
+    backgroundColor_ = color;
+    update();
+}
+
+void TableView::setSeparator(const QColor& color, double indent) {
+    separatorColor_ = color;
+    separatorIndent_ = indent;
+    update();
+}
+
+void TableView::registerNib(Nib nib, const QString& identifier) {
+    nibs_.insert(identifier, std::move(nib));
+}
+
+std::shared_ptr<View> TableView::makeViewWithIdentifier(const QString& identifier) const {
+    const auto nib = nibs_.find(identifier);
+    if (nib == nibs_.end())
+        return nullptr;
+    const auto objects = (*nib)();
+    return objects.empty() ? nullptr : objects.front();
+}
+
+void TableView::reloadData() {
+    endAnimation();
+    std::vector<Row> old = std::exchange(rows_, {});
+    const std::int64_t count = dataSource_ ? dataSource_->numberOfRowsInTableView(*this) : 0;
+    require(count >= 0);
+    rows_.resize(static_cast<std::size_t>(count));
+    for (std::size_t i = 0; delegate_ && i < rows_.size(); ++i)
+        rows_[i].height = delegate_->tableViewHeightOfRow(*this, static_cast<std::int64_t>(i));
+    calculateRestingPlaces();
+    for (Row& row : rows_)
+        row.y = row.restY;
+    tile();
+    // Views that came back keep their place in the tree.
+    for (const Row& row : old) {
+        const auto isBack = [&](const Row& now) { return now.view == row.view; };
+        if (row.view && std::none_of(rows_.begin(), rows_.end(), isBack))
+            takeOut(row.view);
+    }
+    update();
+}
+
+void TableView::beginUpdates() {
+    if (updateDepth_++ == 0)
+        endAnimation();
+}
+
+void TableView::endUpdates() {
+    require(updateDepth_ > 0);
+    if (--updateDepth_ == 0)
+        startAnimation();
+}
+
+void TableView::removeRow(std::int64_t row, RowAnimation animation) {
+    require(row >= 0 && row < numberOfRows());
+    beginUpdates();
+    Row leaving = std::move(rows_[static_cast<std::size_t>(row)]);
+    rows_.erase(rows_.begin() + row);
+    if (animation == RowAnimation::None)
+        takeOut(leaving.view);
+    else if (leaving.view)
+        leaving_.push_back(std::move(leaving));
+    endUpdates();
+}
+
+void TableView::insertRow(std::int64_t row, RowAnimation animation) {
+    require(row >= 0 && row <= numberOfRows());
+    beginUpdates();
+    Row arriving;
+    arriving.arrival = animation;
+    if (delegate_)
+        arriving.height = delegate_->tableViewHeightOfRow(*this, row);
+    rows_.insert(rows_.begin() + row, std::move(arriving));
+    endUpdates();
+}
+
+std::shared_ptr<View> TableView::viewAtRow(std::int64_t row) const {
+    require(row >= 0 && row < numberOfRows());
+    return rows_[static_cast<std::size_t>(row)].view;
+}
+
+void TableView::calculateRestingPlaces() {
+    double y = 0;
+    for (Row& row : rows_) {
+        row.restY = y;
+        y += row.height;
+    }
+}
+
+// Asking for a row's view may change what is in sight, so the work is not entered twice.
+void TableView::tile() {
+    if (tiling_ || !delegate_)
+        return;
+    tiling_ = true;
+    const QRect exposed = exposedRect();
+    for (std::size_t i = 0; i < rows_.size(); ++i) {
+        Row& row = rows_[i];
+        const bool isInSight = row.y < exposed.bottom() + 1 && row.y + row.height > exposed.top();
+        if (isInSight)
+            showRow(static_cast<std::int64_t>(i));
+        else if (row.view)
+            takeOut(std::exchange(row.view, nullptr));
+    }
+    tiling_ = false;
+}
+
+void TableView::showRow(std::int64_t number) {
+    const auto index = static_cast<std::size_t>(number);
+    if (!rows_[index].view) {
+        auto view = delegate_->tableViewViewForTableColumnRow(*this, 0, number);
+        if (!view || index >= rows_.size())
+            return;
+        rows_[index].view = std::move(view);
+    }
+    Row& row = rows_[index];
+    place(row);
+    if (row.view->superview() != this)
+        addSubview(*row.view);
+}
+
+void TableView::place(const Row& row) const {
+    if (row.view)
+        row.view->setFrame(QRectF(0, row.y, width(), row.height));
+}
+
+void TableView::startAnimation() {
+    calculateRestingPlaces();
+    for (Row& row : rows_)
+        if (!row.view)
+            row.y = row.arrival == RowAnimation::SlideDown ? row.restY - row.height : row.restY;
+    tile();
+    animation_ = std::make_unique<Animation>();
+    for (Row& row : rows_) {
+        animation_->startY.push_back(row.y);
+        if (row.view && row.arrival != RowAnimation::None) {
+            row.view->lower();
+            row.view->setAlphaValue(0);
+        }
+    }
+    applyProgress(0);
+    animation_->ticking = MainQueue::current().animate(rowAnimationDuration,
+                                                       [this](double progress) { applyProgress(progress); });
+}
+
+void TableView::applyProgress(double progress) {
+    if (!animation_)
+        return;
+    const double eased = QEasingCurve(QEasingCurve::InOutSine).valueForProgress(progress);
+    for (const Row& row : leaving_)
+        row.view->setAlphaValue(1 - eased);
+    for (std::size_t i = 0; i < rows_.size(); ++i) {
+        Row& row = rows_[i];
+        const double start = animation_->startY[i];
+        row.y = start + (row.restY - start) * eased;
+        place(row);
+        if (row.view && row.arrival != RowAnimation::None)
+            row.view->setAlphaValue(eased);
+    }
+    update();
+    if (progress >= 1)
+        endAnimation();
+}
+
+void TableView::endAnimation() {
+    if (!animation_)
+        return;
+    animation_.reset();
+    for (const Row& row : std::exchange(leaving_, {}))
+        takeOut(row.view);
+    for (Row& row : rows_) {
+        row.y = row.restY;
+        if (row.view && row.arrival != RowAnimation::None)
+            row.view->setAlphaValue(1);
+        row.arrival = RowAnimation::None;
+        place(row);
+    }
+    tile();
+}
+
+// A row is asked only about points that lie in it: a row may take every point for its own.
+View* TableView::hitTest(QPointF point) {
+    if (!takesPoint(point))
+        return nullptr;
+    const QPointF inside = point - QPointF(pos());
+    for (const Row& row : rows_)
+        if (row.view && inside.y() >= row.y && inside.y() < row.y + row.height)
+            if (View* hit = row.view->hitTest(inside))
+                return hit;
+    return this;
+}
+
+void TableView::exposedRectChanged() {
+    tile();
+}
+
+AccessibleTraits TableView::accessibleTraits() const {
+    AccessibleTraits traits;
+    traits.role = QAccessible::List;
+    traits.name = accessibleName();
+    return traits;
+}
+
+void TableView::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    if (backgroundColor_.alpha() > 0)
+        painter.fillRect(rect(), backgroundColor_);
+    if (separatorColor_.alpha() == 0)
+        return;
+    // One device pixel, whatever the scale.
+    const double hairline = 1.0 / devicePixelRatioF();
+    for (std::size_t i = 1; i < rows_.size(); ++i) {
+        const QRectF line(separatorIndent_, rows_[i].y - hairline, width() - separatorIndent_, hairline);
+        const double x = layoutDirection() == Qt::RightToLeft ? 0 : line.x();
+        painter.fillRect(QRectF(x, line.y(), line.width(), line.height()), separatorColor_);
+    }
+}
+
+void TableView::resizeEvent(QResizeEvent* event) {
+    View::resizeEvent(event);
+    for (const Row& row : rows_)
+        place(row);
+    tile();
+}
+
+} // namespace platform

@@ -1,0 +1,142 @@
+#pragma once
+
+#include <QAccessible>
+#include <QPointF>
+#include <QPointer>
+#include <QRectF>
+#include <QStringList>
+#include <QWidget>
+
+#include <memory>
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace platform {
+
+// A mouse event on its way through the views.
+struct MouseEvent {
+    QPointF globalPosition; // points of the whole desktop
+};
+
+// What assistive programs are told of a view. Without a role of its own a view is a mere group.
+struct AccessibleTraits {
+    QAccessible::Role role = QAccessible::Grouping;
+    QString name;
+    QString description;
+    std::optional<bool> isExpanded; // for views that open and close
+    QStringList actions;            // names as QAccessibleActionInterface gives them
+};
+
+// A rectangle of the screen that paints itself and takes part in a tree of views. The tree is Qt's tree of
+// widgets; what a view adds is the platform's way with frames, hiding, alpha and presses: hitTest of the root
+// view alone decides who gets a press, and an event that a view does not handle climbs its superviews.
+//
+// A frame is a rectangle of the superview with the origin at its top left, in points, which may be fractions;
+// the widget covers the whole points that the frame touches. A frame set with setFrame is physical. One set
+// with setLogicalFrame counts x from the leading edge and is placed for the direction of reading.
+class View : public QWidget, public std::enable_shared_from_this<View> {
+    Q_OBJECT
+
+public:
+    explicit View(QWidget* parent = nullptr);
+
+    // --- the tree
+
+    [[nodiscard]] View* superview() const;
+    [[nodiscard]] std::vector<View*> subviews() const; // from the back to the front
+
+    // Puts a view in front of the subviews and shows it, unless it is hidden. It is not owned.
+    void addSubview(View& view);
+    void removeFromSuperview();
+
+    // --- geometry
+
+    // As it was set; the widget's own geometry where Qt has resized the view since (a window, an interface
+    // file).
+    [[nodiscard]] QRectF frame() const;
+    [[nodiscard]] QRectF bounds() const { return {QPointF(), frame().size()}; }
+    void setFrame(const QRectF& frame);
+    void setLogicalFrame(const QRectF& frame);
+    [[nodiscard]] Qt::LayoutDirection userInterfaceLayoutDirection() const { return layoutDirection(); }
+
+    // A view that fills its superview takes its bounds for a frame whenever they change.
+    void setFillsSuperview(bool fills) { fillsSuperview_ = fills; }
+
+    // Gives the subviews their frames; called whenever the view's own size is set or changes.
+    virtual void layoutViews();
+
+    // The part of the view, in its own coordinates, that no ancestor cuts off.
+    [[nodiscard]] QRect exposedRect() const;
+
+    // --- what shows
+
+    // The view's own flag, whatever its window does.
+    void setHidden(bool hidden);
+    [[nodiscard]] bool isHidden() const { return hidden_; }
+
+    // 1 is opaque. The view fades as a whole, its subviews with it.
+    void setAlphaValue(double alpha);
+    [[nodiscard]] double alphaValue() const { return alpha_; }
+
+    // Cuts the view down to a rectangle of its own, for the eye, the mouse, the keyboard and assistive
+    // programs alike; an empty one leaves nothing of it, none lifts the cut.
+    void setClip(std::optional<QRectF> clip);
+
+    // --- events
+
+    // The view that a point of the superview hits: the frontmost subview that has one there, else this view;
+    // none where the view is hidden or the point lies outside. A view of alpha 0 is hit.
+    [[nodiscard]] virtual View* hitTest(QPointF point);
+
+    virtual void mouseDown(const MouseEvent& event);
+    virtual void mouseDragged(const MouseEvent& event);
+    virtual void mouseUp(const MouseEvent& event);
+
+    // Called once, when the view and its outlets have come out of an interface file.
+    virtual void awakeFromNib() {}
+
+    // What assistive programs are told of this view.
+    [[nodiscard]] virtual AccessibleTraits accessibleTraits() const { return {}; }
+    // An assistive program asks for one of the actions that the traits name.
+    virtual void performAccessibleAction(const QString& action) { Q_UNUSED(action) }
+
+    // Called when an ancestor has scrolled or changed its size, so that exposedRect may differ.
+    virtual void exposedRectChanged() {}
+
+protected:
+    // Whether a point of the superview lies in what there is of the view.
+    [[nodiscard]] bool takesPoint(QPointF point) const;
+
+    bool event(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    [[nodiscard]] View* rootView();
+    [[nodiscard]] bool routeMouse(QEvent& event);
+    void press(const MouseEvent& event, bool isSecondOfDoubleClick);
+    void applyVisibility();
+    void place(const QRectF& frame, const QRect& geometry);
+
+    QRectF frame_;
+    std::optional<QRectF> clip_;
+    double alpha_ = 1;
+    bool hidden_ = false;
+    bool fillsSuperview_ = false;
+};
+
+// Makes a view that its references own: a Qt parent never deletes it, and the last reference takes it out of
+// its superview and deletes it when the event loop comes round, so that a handler that is running on it may
+// still end.
+template <class T, class... Arguments>
+[[nodiscard]] std::shared_ptr<T> makeView(Arguments&&... arguments) {
+    return std::shared_ptr<T>(new T(std::forward<Arguments>(arguments)...), [](View* view) {
+        view->removeFromSuperview();
+        view->deleteLater();
+    });
+}
+
+// Tells a view and all views below it that their exposed rectangles may differ.
+void notifyExposedRectChanged(QWidget& top);
+
+} // namespace platform

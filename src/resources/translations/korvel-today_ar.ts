@@ -1,0 +1,63 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="ar">
+<context>
+    <name></name>
+    <message id="TodayViewEmtyText">
+        <source></source>
+        <translation>لا شيء مستحق</translation>
+    </message>
+    <message id="ShowAllTitle">
+        <source></source>
+        <translation>عرض الكل…</translation>
+    </message>
+    <message id="ResheduleTomorrow">
+        <source></source>
+        <translation>غدًا</translation>
+    </message>
+    <message id="Reshedule3Days">
+        <source></source>
+        <translation>بعد 3 أيام</translation>
+    </message>
+    <message id="ResheduleNextWeek">
+        <source></source>
+        <translation>الأسبوع القادم</translation>
+    </message>
+    <message id="DeleteFutureEnteres">
+        <source></source>
+        <translation>هذا القيد وكل القيود القادمة</translation>
+    </message>
+    <message id="DeleteCurrentPlanButtonTitle">
+        <source></source>
+        <translation>هذا القيد فقط</translation>
+    </message>
+    <message id="CancelButtonTitle">
+        <source></source>
+        <translation>إلغاء</translation>
+    </message>
+    <message id="PaidButtonHelp">
+        <source></source>
+        <translation>وضع علامة مدفوع</translation>
+    </message>
+    <message id="LaterButtonHelp">
+        <source></source>
+        <translation>تأجيل</translation>
+    </message>
+    <message id="InfoButtonHelp">
+        <source></source>
+        <translation>فتح</translation>
+    </message>
+    <message id="DeleteButtonHelp">
+        <source></source>
+        <translation>حذف</translation>
+    </message>
+    <message id="AddButtonHelp">
+        <source></source>
+        <translation>إضافة معاملة</translation>
+    </message>
+    <message id="OverdueDescription">
+        <source></source>
+        <translation>متأخر</translation>
+    </message>
+</context>
+</TS>

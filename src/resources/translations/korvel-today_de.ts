@@ -1,0 +1,63 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de">
+<context>
+    <name></name>
+    <message id="TodayViewEmtyText">
+        <source></source>
+        <translation>Nichts fällig</translation>
+    </message>
+    <message id="ShowAllTitle">
+        <source></source>
+        <translation>Alle anzeigen …</translation>
+    </message>
+    <message id="ResheduleTomorrow">
+        <source></source>
+        <translation>Morgen</translation>
+    </message>
+    <message id="Reshedule3Days">
+        <source></source>
+        <translation>In 3 Tagen</translation>
+    </message>
+    <message id="ResheduleNextWeek">
+        <source></source>
+        <translation>Nächste Woche</translation>
+    </message>
+    <message id="DeleteFutureEnteres">
+        <source></source>
+        <translation>Diesen und alle künftigen Einträge</translation>
+    </message>
+    <message id="DeleteCurrentPlanButtonTitle">
+        <source></source>
+        <translation>Nur diesen Eintrag</translation>
+    </message>
+    <message id="CancelButtonTitle">
+        <source></source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message id="PaidButtonHelp">
+        <source></source>
+        <translation>Als bezahlt markieren</translation>
+    </message>
+    <message id="LaterButtonHelp">
+        <source></source>
+        <translation>Verschieben</translation>
+    </message>
+    <message id="InfoButtonHelp">
+        <source></source>
+        <translation>Öffnen</translation>
+    </message>
+    <message id="DeleteButtonHelp">
+        <source></source>
+        <translation>Löschen</translation>
+    </message>
+    <message id="AddButtonHelp">
+        <source></source>
+        <translation>Buchung hinzufügen</translation>
+    </message>
+    <message id="OverdueDescription">
+        <source></source>
+        <translation>überfällig</translation>
+    </message>
+</context>
+</TS>

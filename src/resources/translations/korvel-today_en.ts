@@ -1,0 +1,63 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en">
+<context>
+    <name></name>
+    <message id="TodayViewEmtyText">
+        <source></source>
+        <translation>Nothing due</translation>
+    </message>
+    <message id="ShowAllTitle">
+        <source></source>
+        <translation>Show all…</translation>
+    </message>
+    <message id="ResheduleTomorrow">
+        <source></source>
+        <translation>Tomorrow</translation>
+    </message>
+    <message id="Reshedule3Days">
+        <source></source>
+        <translation>In 3 days</translation>
+    </message>
+    <message id="ResheduleNextWeek">
+        <source></source>
+        <translation>Next week</translation>
+    </message>
+    <message id="DeleteFutureEnteres">
+        <source></source>
+        <translation>This and all future entries</translation>
+    </message>
+    <message id="DeleteCurrentPlanButtonTitle">
+        <source></source>
+        <translation>This entry only</translation>
+    </message>
+    <message id="CancelButtonTitle">
+        <source></source>
+        <translation>Cancel</translation>
+    </message>
+    <message id="PaidButtonHelp">
+        <source></source>
+        <translation>Mark as paid</translation>
+    </message>
+    <message id="LaterButtonHelp">
+        <source></source>
+        <translation>Postpone</translation>
+    </message>
+    <message id="InfoButtonHelp">
+        <source></source>
+        <translation>Open</translation>
+    </message>
+    <message id="DeleteButtonHelp">
+        <source></source>
+        <translation>Delete</translation>
+    </message>
+    <message id="AddButtonHelp">
+        <source></source>
+        <translation>Add a transaction</translation>
+    </message>
+    <message id="OverdueDescription">
+        <source></source>
+        <translation>overdue</translation>
+    </message>
+</context>
+</TS>

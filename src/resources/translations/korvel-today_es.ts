@@ -1,0 +1,63 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="es">
+<context>
+    <name></name>
+    <message id="TodayViewEmtyText">
+        <source></source>
+        <translation>Nada pendiente</translation>
+    </message>
+    <message id="ShowAllTitle">
+        <source></source>
+        <translation>Mostrar todo…</translation>
+    </message>
+    <message id="ResheduleTomorrow">
+        <source></source>
+        <translation>Mañana</translation>
+    </message>
+    <message id="Reshedule3Days">
+        <source></source>
+        <translation>En 3 días</translation>
+    </message>
+    <message id="ResheduleNextWeek">
+        <source></source>
+        <translation>La próxima semana</translation>
+    </message>
+    <message id="DeleteFutureEnteres">
+        <source></source>
+        <translation>Esta entrada y las siguientes</translation>
+    </message>
+    <message id="DeleteCurrentPlanButtonTitle">
+        <source></source>
+        <translation>Solo esta entrada</translation>
+    </message>
+    <message id="CancelButtonTitle">
+        <source></source>
+        <translation>Cancelar</translation>
+    </message>
+    <message id="PaidButtonHelp">
+        <source></source>
+        <translation>Marcar como pagado</translation>
+    </message>
+    <message id="LaterButtonHelp">
+        <source></source>
+        <translation>Aplazar</translation>
+    </message>
+    <message id="InfoButtonHelp">
+        <source></source>
+        <translation>Abrir</translation>
+    </message>
+    <message id="DeleteButtonHelp">
+        <source></source>
+        <translation>Eliminar</translation>
+    </message>
+    <message id="AddButtonHelp">
+        <source></source>
+        <translation>Añadir una transacción</translation>
+    </message>
+    <message id="OverdueDescription">
+        <source></source>
+        <translation>vencido</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,63 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="fa">
+<context>
+    <name></name>
+    <message id="TodayViewEmtyText">
+        <source></source>
+        <translation>موردی سررسید نشده</translation>
+    </message>
+    <message id="ShowAllTitle">
+        <source></source>
+        <translation>نمایش همه…</translation>
+    </message>
+    <message id="ResheduleTomorrow">
+        <source></source>
+        <translation>فردا</translation>
+    </message>
+    <message id="Reshedule3Days">
+        <source></source>
+        <translation>۳ روز دیگر</translation>
+    </message>
+    <message id="ResheduleNextWeek">
+        <source></source>
+        <translation>هفتهٔ آینده</translation>
+    </message>
+    <message id="DeleteFutureEnteres">
+        <source></source>
+        <translation>این مورد و همهٔ موارد بعدی</translation>
+    </message>
+    <message id="DeleteCurrentPlanButtonTitle">
+        <source></source>
+        <translation>فقط این مورد</translation>
+    </message>
+    <message id="CancelButtonTitle">
+        <source></source>
+        <translation>لغو</translation>
+    </message>
+    <message id="PaidButtonHelp">
+        <source></source>
+        <translation>علامت‌گذاری به‌عنوان پرداخت‌شده</translation>
+    </message>
+    <message id="LaterButtonHelp">
+        <source></source>
+        <translation>به تعویق انداختن</translation>
+    </message>
+    <message id="InfoButtonHelp">
+        <source></source>
+        <translation>باز کردن</translation>
+    </message>
+    <message id="DeleteButtonHelp">
+        <source></source>
+        <translation>حذف</translation>
+    </message>
+    <message id="AddButtonHelp">
+        <source></source>
+        <translation>افزودن تراکنش</translation>
+    </message>
+    <message id="OverdueDescription">
+        <source></source>
+        <translation>سررسید گذشته</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,63 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="fr">
+<context>
+    <name></name>
+    <message id="TodayViewEmtyText">
+        <source></source>
+        <translation>Rien à échéance</translation>
+    </message>
+    <message id="ShowAllTitle">
+        <source></source>
+        <translation>Tout afficher…</translation>
+    </message>
+    <message id="ResheduleTomorrow">
+        <source></source>
+        <translation>Demain</translation>
+    </message>
+    <message id="Reshedule3Days">
+        <source></source>
+        <translation>Dans 3 jours</translation>
+    </message>
+    <message id="ResheduleNextWeek">
+        <source></source>
+        <translation>La semaine prochaine</translation>
+    </message>
+    <message id="DeleteFutureEnteres">
+        <source></source>
+        <translation>Cette échéance et les suivantes</translation>
+    </message>
+    <message id="DeleteCurrentPlanButtonTitle">
+        <source></source>
+        <translation>Cette échéance seulement</translation>
+    </message>
+    <message id="CancelButtonTitle">
+        <source></source>
+        <translation>Annuler</translation>
+    </message>
+    <message id="PaidButtonHelp">
+        <source></source>
+        <translation>Marquer comme payée</translation>
+    </message>
+    <message id="LaterButtonHelp">
+        <source></source>
+        <translation>Reporter</translation>
+    </message>
+    <message id="InfoButtonHelp">
+        <source></source>
+        <translation>Ouvrir</translation>
+    </message>
+    <message id="DeleteButtonHelp">
+        <source></source>
+        <translation>Supprimer</translation>
+    </message>
+    <message id="AddButtonHelp">
+        <source></source>
+        <translation>Ajouter une opération</translation>
+    </message>
+    <message id="OverdueDescription">
+        <source></source>
+        <translation>en retard</translation>
+    </message>
+</context>
+</TS>

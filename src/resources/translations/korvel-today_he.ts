@@ -1,0 +1,63 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="he">
+<context>
+    <name></name>
+    <message id="TodayViewEmtyText">
+        <source></source>
+        <translation>אין תשלומים קרובים</translation>
+    </message>
+    <message id="ShowAllTitle">
+        <source></source>
+        <translation>הצג הכול…</translation>
+    </message>
+    <message id="ResheduleTomorrow">
+        <source></source>
+        <translation>מחר</translation>
+    </message>
+    <message id="Reshedule3Days">
+        <source></source>
+        <translation>בעוד 3 ימים</translation>
+    </message>
+    <message id="ResheduleNextWeek">
+        <source></source>
+        <translation>בשבוע הבא</translation>
+    </message>
+    <message id="DeleteFutureEnteres">
+        <source></source>
+        <translation>רשומה זו וכל הבאות</translation>
+    </message>
+    <message id="DeleteCurrentPlanButtonTitle">
+        <source></source>
+        <translation>רשומה זו בלבד</translation>
+    </message>
+    <message id="CancelButtonTitle">
+        <source></source>
+        <translation>ביטול</translation>
+    </message>
+    <message id="PaidButtonHelp">
+        <source></source>
+        <translation>סמן כשולם</translation>
+    </message>
+    <message id="LaterButtonHelp">
+        <source></source>
+        <translation>דחה</translation>
+    </message>
+    <message id="InfoButtonHelp">
+        <source></source>
+        <translation>פתח</translation>
+    </message>
+    <message id="DeleteButtonHelp">
+        <source></source>
+        <translation>מחק</translation>
+    </message>
+    <message id="AddButtonHelp">
+        <source></source>
+        <translation>הוסף תנועה</translation>
+    </message>
+    <message id="OverdueDescription">
+        <source></source>
+        <translation>באיחור</translation>
+    </message>
+</context>
+</TS>

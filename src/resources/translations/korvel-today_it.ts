@@ -1,0 +1,63 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="it">
+<context>
+    <name></name>
+    <message id="TodayViewEmtyText">
+        <source></source>
+        <translation>Nulla in scadenza</translation>
+    </message>
+    <message id="ShowAllTitle">
+        <source></source>
+        <translation>Mostra tutto…</translation>
+    </message>
+    <message id="ResheduleTomorrow">
+        <source></source>
+        <translation>Domani</translation>
+    </message>
+    <message id="Reshedule3Days">
+        <source></source>
+        <translation>Tra 3 giorni</translation>
+    </message>
+    <message id="ResheduleNextWeek">
+        <source></source>
+        <translation>La prossima settimana</translation>
+    </message>
+    <message id="DeleteFutureEnteres">
+        <source></source>
+        <translation>Questa voce e le successive</translation>
+    </message>
+    <message id="DeleteCurrentPlanButtonTitle">
+        <source></source>
+        <translation>Solo questa voce</translation>
+    </message>
+    <message id="CancelButtonTitle">
+        <source></source>
+        <translation>Annulla</translation>
+    </message>
+    <message id="PaidButtonHelp">
+        <source></source>
+        <translation>Segna come pagato</translation>
+    </message>
+    <message id="LaterButtonHelp">
+        <source></source>
+        <translation>Rimanda</translation>
+    </message>
+    <message id="InfoButtonHelp">
+        <source></source>
+        <translation>Apri</translation>
+    </message>
+    <message id="DeleteButtonHelp">
+        <source></source>
+        <translation>Elimina</translation>
+    </message>
+    <message id="AddButtonHelp">
+        <source></source>
+        <translation>Aggiungi un movimento</translation>
+    </message>
+    <message id="OverdueDescription">
+        <source></source>
+        <translation>scaduto</translation>
+    </message>
+</context>
+</TS>

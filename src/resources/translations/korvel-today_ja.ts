@@ -1,0 +1,63 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="ja">
+<context>
+    <name></name>
+    <message id="TodayViewEmtyText">
+        <source></source>
+        <translation>予定はありません</translation>
+    </message>
+    <message id="ShowAllTitle">
+        <source></source>
+        <translation>すべて表示…</translation>
+    </message>
+    <message id="ResheduleTomorrow">
+        <source></source>
+        <translation>明日</translation>
+    </message>
+    <message id="Reshedule3Days">
+        <source></source>
+        <translation>3日後</translation>
+    </message>
+    <message id="ResheduleNextWeek">
+        <source></source>
+        <translation>来週</translation>
+    </message>
+    <message id="DeleteFutureEnteres">
+        <source></source>
+        <translation>この予定と今後すべて</translation>
+    </message>
+    <message id="DeleteCurrentPlanButtonTitle">
+        <source></source>
+        <translation>この予定のみ</translation>
+    </message>
+    <message id="CancelButtonTitle">
+        <source></source>
+        <translation>キャンセル</translation>
+    </message>
+    <message id="PaidButtonHelp">
+        <source></source>
+        <translation>支払い済みにする</translation>
+    </message>
+    <message id="LaterButtonHelp">
+        <source></source>
+        <translation>延期</translation>
+    </message>
+    <message id="InfoButtonHelp">
+        <source></source>
+        <translation>開く</translation>
+    </message>
+    <message id="DeleteButtonHelp">
+        <source></source>
+        <translation>削除</translation>
+    </message>
+    <message id="AddButtonHelp">
+        <source></source>
+        <translation>取引を追加</translation>
+    </message>
+    <message id="OverdueDescription">
+        <source></source>
+        <translation>期限超過</translation>
+    </message>
+</context>
+</TS>

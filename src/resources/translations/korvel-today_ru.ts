@@ -1,0 +1,63 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="ru">
+<context>
+    <name></name>
+    <message id="TodayViewEmtyText">
+        <source></source>
+        <translation>Нет предстоящих платежей</translation>
+    </message>
+    <message id="ShowAllTitle">
+        <source></source>
+        <translation>Показать все…</translation>
+    </message>
+    <message id="ResheduleTomorrow">
+        <source></source>
+        <translation>Завтра</translation>
+    </message>
+    <message id="Reshedule3Days">
+        <source></source>
+        <translation>Через 3 дня</translation>
+    </message>
+    <message id="ResheduleNextWeek">
+        <source></source>
+        <translation>На следующей неделе</translation>
+    </message>
+    <message id="DeleteFutureEnteres">
+        <source></source>
+        <translation>Эту и все будущие записи</translation>
+    </message>
+    <message id="DeleteCurrentPlanButtonTitle">
+        <source></source>
+        <translation>Только эту запись</translation>
+    </message>
+    <message id="CancelButtonTitle">
+        <source></source>
+        <translation>Отмена</translation>
+    </message>
+    <message id="PaidButtonHelp">
+        <source></source>
+        <translation>Отметить как оплаченное</translation>
+    </message>
+    <message id="LaterButtonHelp">
+        <source></source>
+        <translation>Отложить</translation>
+    </message>
+    <message id="InfoButtonHelp">
+        <source></source>
+        <translation>Открыть</translation>
+    </message>
+    <message id="DeleteButtonHelp">
+        <source></source>
+        <translation>Удалить</translation>
+    </message>
+    <message id="AddButtonHelp">
+        <source></source>
+        <translation>Добавить операцию</translation>
+    </message>
+    <message id="OverdueDescription">
+        <source></source>
+        <translation>просрочено</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,8 @@
+#pragma once
+
+namespace controls {
+
+// Makes "TodayActionSheetView" known to platform::InterfaceFile. Calling it again changes nothing.
+void registerInterfaceFiles();
+
+} // namespace controls

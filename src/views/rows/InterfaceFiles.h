@@ -1,0 +1,9 @@
+#pragma once
+
+namespace rows {
+
+// Makes "TodayTableCellView" and "TodayAddTableCellView" known to platform::InterfaceFile. Calling it again
+// changes nothing.
+void registerInterfaceFiles();
+
+} // namespace rows

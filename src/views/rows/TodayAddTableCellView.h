@@ -1,0 +1,49 @@
+#pragma once
+
+#include "platform/views/Button.h"
+#include "platform/views/Label.h"
+#include "platform/views/Outlet.h"
+#include "platform/views/View.h"
+
+#include <memory>
+
+// Hears from the last row.
+class TodayAddTableViewCellDelegate {
+public:
+    virtual ~TodayAddTableViewCellDelegate() = default;
+    virtual void todayAddTableViewCellClickAddButton() = 0;
+    // The mouse was released after a press anywhere else on the row.
+    virtual void todayAddTableViewCellClickContentCell() = 0;
+};
+
+// The last row: a button that adds a transaction, and a caption over a view that takes every other click.
+class TodayAddTableCellView final : public platform::View {
+    Q_OBJECT
+
+public:
+    explicit TodayAddTableCellView(QWidget* parent = nullptr);
+
+    std::shared_ptr<TodayAddTableViewCellDelegate> delegate;
+
+    // Connected by the interface file.
+    platform::Outlet<platform::Button> addButton;
+    platform::Outlet<platform::Label> titleLabel;
+    platform::Outlet<platform::View> clickView;
+
+    void awakeFromNib() override;
+    void addButtonClick();
+
+    void mouseDown(const platform::MouseEvent& event) override;
+    void mouseUp(const platform::MouseEvent& event) override;
+    [[nodiscard]] platform::View* hitTest(QPointF point) override;
+
+    void layoutViews() override;
+    [[nodiscard]] platform::AccessibleTraits accessibleTraits() const override;
+    void performAccessibleAction(const QString& action) override;
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    void reportContentClick();
+};

@@ -1,0 +1,183 @@
+#include "views/rows/TodayTableCellView.h"
+
+#include "exchange/TodayWidgetLogic.h"
+#include "platform/images/BundleImages.h"
+#include "platform/system/DateText.h"
+#include "platform/system/Fatal.h"
+#include "platform/views/Fonts.h"
+
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr double badgeCornerRadius = 4;
+constexpr double titleSize = 15;
+constexpr double dateSize = 12;
+constexpr double amountSize = 16;
+constexpr double narrowestAmount = 50;
+constexpr double widestAmount = 140;
+constexpr double amountLabelExtra = 2;
+constexpr double badgeExtra = 24;
+constexpr double titleSpaceExtra = 12 + 18 + 1;
+
+constexpr QColor focusColor(255, 255, 255, 90);
+
+// A label or image view in its column: the interface file's frame with another left edge and width.
+QRectF inColumn(const platform::View& view, double x, double width) {
+    const QRectF frame = view.frame();
+    return {x, frame.y(), width, frame.height()};
+}
+
+} // namespace
+
+TodayTableCellView::TodayTableCellView(QWidget* parent)
+    : View(parent) {
+    setFocusPolicy(Qt::TabFocus);
+}
+
+void TodayTableCellView::awakeFromNib() {
+    View::awakeFromNib();
+    sumBackgroundView->setMasksToBounds(true);
+    sumBackgroundView->setCornerRadius(badgeCornerRadius);
+    rightButtonsPanel->generateButtons();
+    // The panel's reference to its row does not own it: the row owns the panel.
+    rightButtonsPanel->delegate = std::shared_ptr<TodayButtonsPanelDelegate>(std::shared_ptr<void>(), this);
+    titleLabel->setLineBreakMode(platform::Label::LineBreakMode::TruncatingTail);
+    layoutViews();
+}
+
+void TodayTableCellView::configureForItem(const TodayTransactionPtr& newItem, double maxSum) {
+    laysOutLater_ = true;
+    if (!std::isnan(maxSum))
+        configureAmountColumn(newItem->amount, maxSum);
+    item = newItem;
+    titleLabel->setHidden(false);
+    subtitleLabel->setHidden(false);
+    transactionImageView->setImage(
+        TodayWidgetLogic::imageByName(item->imageName, transactionImageView->frame()));
+    transactionImageView->setAlphaValue(1);
+    titleLabel->setLabelFont(platform::systemFont(titleSize));
+    titleLabel->setStringValue(item->name);
+    titleLabel->setTextColor(mainColor);
+    configureDate();
+    sumLabel->setStringValue(item->amount);
+    configureBadge();
+    configureDueState();
+    sumLabel->setTextColor(sumTextColor);
+    laysOutLater_ = false;
+    layoutViews();
+}
+
+void TodayTableCellView::configureAmountColumn(const QString& amount, double maxSum) {
+    const double w = std::max(narrowestAmount, std::min(widestAmount, maxSum));
+    // Compared with w although w + 2 is what it is then given, on purpose: the constants are written on every
+    // call but where an interface file happens to hold w itself.
+    if (sumWidthLayoutConstraint->constant() != w) {
+        sumWidthLayoutConstraint->setConstant(w + amountLabelExtra);
+        sumBackgroundWidthLayoutConstraint->setConstant(w + badgeExtra);
+        titleRightSpaceLayoutConstraint->setConstant(w + titleSpaceExtra);
+    }
+    const QFont font = platform::boldSystemFont(amountSize);
+    const double width = platform::textWidth(amount, font);
+    sumLabel->setLabelFont(w < width ? platform::boldSystemFont(amountSize * w / width) : font);
+}
+
+void TodayTableCellView::configureDate() {
+    subtitleLabel->setStringValue(dateText(*item));
+    subtitleLabel->setLabelFont(platform::systemFont(dateSize));
+    subtitleLabel->sizeToFit();
+    subtitleWidthLayoutConstraint->setConstant(subtitleLabel->bounds().width());
+}
+
+void TodayTableCellView::configureBadge() {
+    if (item->isIncome == item->isExpense)
+        sumBackgroundBox->setFillColor(sumBackgroundDefaultColor);
+    else
+        sumBackgroundBox->setFillColor(item->isIncome ? sumBackgroundIncomeColor : sumBackgroundExpenseColor);
+}
+
+void TodayTableCellView::configureDueState() {
+    const bool isOverdue = item->isOverdue();
+    const QColor color = isOverdue ? overdueColor : mainColor;
+    const platform::Image glyph = platform::imageNamed(isOverdue ? QStringLiteral("transactionOverdue")
+                                                                 : QStringLiteral("transactionPlanned"));
+    platform::require(!glyph.isNull());
+    transactionTypeImageView->setImage(templateImageWithTintColor(glyph, color));
+    subtitleLabel->setTextColor(color);
+}
+
+QString TodayTableCellView::dateText(const TodayTransaction& item) {
+    return platform::mediumDateText(item.date);
+}
+
+platform::Image TodayTableCellView::templateImageWithTintColor(const platform::Image& image,
+                                                               const QColor& tint) {
+    return image.tinted(tint);
+}
+
+// The content keeps its leading edge and gives up its trailing side to the buttons. What stands in it is
+// measured by the whole row, so that nothing but the cut moves during a slide.
+void TodayTableCellView::layoutViews() {
+    if (laysOutLater_)
+        return;
+    const double right = bounds().width();
+    const double height = bounds().height();
+    const double slide = cellContentViewRightSpaceConstraint->constant();
+    cellContentView->setLogicalFrame(QRectF(0, 0, std::max(0.0, right + slide), height));
+
+    const double panelWidth = widthConstraint->constant();
+    rightButtonsPanel->setLogicalFrame(QRectF(right - panelWidth, 0, panelWidth, height));
+    // Only the strip that the content has left shows, since the content is translucent.
+    const double strip = std::clamp(-slide, 0.0, panelWidth);
+    const bool mirrored = userInterfaceLayoutDirection() == Qt::RightToLeft;
+    rightButtonsPanel->setClip(QRectF(mirrored ? 0 : panelWidth - strip, 0, strip, height));
+
+    layoutContent(right);
+}
+
+void TodayTableCellView::layoutContent(double rowWidth) {
+    const auto place = [](platform::View& view, double x, double width) {
+        view.setLogicalFrame(inColumn(view, x, width));
+    };
+    place(*transactionImageView, transactionImageView->frame().x(), transactionImageView->frame().width());
+    place(*transactionTypeImageView, transactionTypeImageView->frame().x(),
+          transactionTypeImageView->frame().width());
+    const double titleX = titleLabel->frame().x();
+    place(*titleLabel, titleX,
+          std::max(0.0, rowWidth - titleRightSpaceLayoutConstraint->constant() - titleX));
+    place(*subtitleLabel, subtitleLabel->frame().x(), subtitleWidthLayoutConstraint->constant());
+
+    const double badgeWidth = sumBackgroundWidthLayoutConstraint->constant();
+    const double sumWidth = sumWidthLayoutConstraint->constant();
+    const double badgeX = rowWidth - badgeWidth;
+    place(*sumBackgroundView, badgeX, badgeWidth);
+    sumBackgroundBox->setFrame(sumBackgroundView->bounds());
+    place(*sumLabel, badgeX + (badgeWidth - sumWidth) / 2, sumWidth);
+}
+
+platform::AccessibleTraits TodayTableCellView::accessibleTraits() const {
+    platform::AccessibleTraits traits;
+    traits.role = QAccessible::ListItem;
+    if (item) {
+        traits.name = item->name + QStringLiteral(", ") + item->amount;
+        traits.description = dateText(*item);
+        if (item->isOverdue())
+            traits.description += QStringLiteral(", ") + qtTrId("OverdueDescription");
+    }
+    traits.isExpanded = isExpandedState_;
+    traits.actions = {QAccessibleActionInterface::toggleAction(), QAccessibleActionInterface::pressAction()};
+    return traits;
+}
+
+void TodayTableCellView::paintEvent(QPaintEvent*) {
+    if (!hasFocus())
+        return;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(focusColor, 1));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 1.5, -0.5, -2.5), badgeCornerRadius,
+                            badgeCornerRadius);
+}

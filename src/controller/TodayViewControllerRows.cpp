@@ -1,0 +1,81 @@
+// The table's rows and the widget's height.
+#include "controller/TodayViewController.h"
+
+#include "platform/system/Fatal.h"
+#include "platform/views/Fonts.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace {
+
+constexpr double amountSize = 16;
+constexpr double narrowestAmount = 50;
+constexpr double widestAmount = 105;
+
+} // namespace
+
+std::int64_t TodayViewController::shownCount() const {
+    return trCount.shownOutOf(static_cast<std::int64_t>(transactionsArray.size()));
+}
+
+std::int64_t TodayViewController::numberOfRowsInTableView(platform::TableView&) {
+    return shownCount() + 1;
+}
+
+std::shared_ptr<platform::View>
+TodayViewController::tableViewViewForTableColumnRow(platform::TableView& table, std::int64_t,
+                                                    std::int64_t row) {
+    if (row < shownCount()) {
+        platform::require(row >= 0 && row < static_cast<std::int64_t>(cellArray.size()));
+        return cellArray[static_cast<std::size_t>(row)];
+    }
+    const auto addRow = std::dynamic_pointer_cast<TodayAddTableCellView>(
+        table.makeViewWithIdentifier(tableViewAddReuseIdentifier));
+    platform::require(addRow != nullptr);
+    addRow->titleLabel->setStringValue(lastRowTitle());
+    addRow->delegate = sharedSelf();
+    return addRow;
+}
+
+// With None the text of the empty list is not shown, on purpose.
+QString TodayViewController::lastRowTitle() const {
+    const auto count = static_cast<std::int64_t>(transactionsArray.size());
+    if (trCount.isNone())
+        return {};
+    if (trCount.isCustom()) {
+        // From 1 to the limit, both included, there is nothing to say; a limit that cannot end that range is
+        // fatal.
+        const std::int64_t limit = trCount.value();
+        platform::require(limit >= 1 && limit < std::numeric_limits<std::int64_t>::max());
+        if (count > limit)
+            return qtTrId("ShowAllTitle");
+    }
+    return count == 0 ? qtTrId("TodayViewEmtyText") : QString();
+}
+
+double TodayViewController::tableViewHeightOfRow(platform::TableView&, std::int64_t) {
+    return cellHeight;
+}
+
+void TodayViewController::calcMaxWidth() {
+    const QFont font = platform::boldSystemFont(amountSize);
+    maxSumLength = narrowestAmount;
+    for (const TodayTransactionPtr& transaction : transactionsArray)
+        maxSumLength = std::max(maxSumLength, platform::textWidth(transaction->amount, font));
+    maxSumLength = std::min(maxSumLength, widestAmount);
+}
+
+void TodayViewController::calcIndexes() {
+    for (std::size_t i = 0; i < transactionsArray.size(); ++i)
+        transactionsArray[i]->index = static_cast<std::int64_t>(i);
+}
+
+void TodayViewController::configureWidgetHeight() {
+    double height = cellHeight * static_cast<double>(shownCount() + 1);
+    if (mainTableView->isHidden()) {
+        platform::require(actionSheet != nullptr);
+        height = std::max(actionSheet->contentHeight(), height);
+    }
+    setPreferredContentSize(QSizeF(preferredContentSize().width(), height));
+}

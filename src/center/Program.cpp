@@ -1,0 +1,67 @@
+#include "center/Program.h"
+
+#include "center/Language.h"
+#include "center/Options.h"
+#include "center/Panel.h"
+#include "center/Snapshot.h"
+#include "platform/storage/GroupContainers.h"
+#include "platform/system/MainQueue.h"
+#include "platform/views/Accessibility.h"
+
+#include <QApplication>
+
+#include <chrono>
+#include <cstdio>
+
+namespace center {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr int defaultContentWidth = 320;
+
+// A panel that has closed lets the program end only when no chosen answer is pending.
+void quitWhenIdle() {
+    if (platform::MainQueue::current().isIdle())
+        QApplication::quit();
+    else
+        QTimer::singleShot(20ms, qApp, [] { quitWhenIdle(); });
+}
+
+int showPanel() {
+    QApplication::setQuitOnLastWindowClosed(false);
+    platform::installViewAccessibility();
+    Panel panel(backdropOfDesktop(), defaultContentWidth);
+    panel.setClosed([] { quitWhenIdle(); });
+    panel.open();
+    return QApplication::exec();
+}
+
+} // namespace
+
+int run(int argc, char** argv) {
+    const auto parsed = parseOptions({argv + 1, argv + argc});
+    if (const auto* fault = std::get_if<UsageError>(&parsed)) {
+        std::fprintf(stderr, "korvel-today: %s\n", qUtf8Printable(fault->message));
+        return 2;
+    }
+    const auto& options = std::get<Options>(parsed);
+    if (options.showsHelp || options.showsVersion) {
+        std::fputs(qUtf8Printable(options.showsHelp ? helpText() : versionText()), stdout);
+        return 0;
+    }
+    if (!options.containers.empty())
+        platform::GroupContainers::setFolder(options.containers);
+    if (options.snapshot)
+        prepareSnapshot(*options.snapshot);
+    // The toolkit's own options are not this program's.
+    int count = 1;
+    QApplication application(count, argv);
+    installLanguage();
+    if (options.snapshot)
+        return writeSnapshot(*options.snapshot) ? 0 : 1;
+    return showPanel();
+}
+
+} // namespace center

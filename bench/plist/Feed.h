@@ -1,0 +1,47 @@
+#pragma once
+
+#include <array>
+#include <deque>
+#include <string>
+#include <string_view>
+
+// What every candidate reads a feed into, and how it does so.
+struct FeedRecord {
+    double date = 0;
+    std::string name;
+    std::string image;
+    std::string amount;
+    bool income = false;
+    bool expense = false;
+    std::string planpk;
+    bool single = false;
+
+    bool operator==(const FeedRecord&) const = default;
+};
+
+using Feed = std::deque<FeedRecord>; // grows without moving what it holds
+
+// The bytes may be changed while they are read.
+Feed readOurs(std::string& bytes);
+Feed readOursAsTree(std::string& bytes);
+Feed readPugixml(std::string& bytes);
+Feed readLibplistXml(std::string& bytes);
+Feed readLibplistBinary(std::string& bytes);
+Feed readQt(std::string& bytes);
+
+// A list as a candidate holds it in memory, to be written as XML.
+class Writable {
+public:
+    virtual ~Writable() = default;
+    // Replaces the file whole.
+    virtual void write(const std::string& path) = 0;
+};
+Writable* ourWritable(const std::string& bytes);
+Writable* pugixmlWritable(const std::string& bytes);
+// The bytes as they are: what writing costs beside making them.
+Writable* copyWritable(const std::string& bytes);
+// Our rewriter, which reads the list besides and moves every tenth record.
+Writable* ourRewriter(const std::string& bytes);
+
+// A temporary file beside the target, then renamed over it.
+void replaceFile(const std::string& path, std::string_view bytes);

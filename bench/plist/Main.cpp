@@ -1,0 +1,167 @@
+#include "Feed.h"
+#include "Measure.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <string>
+
+// plist_bench FEEDS FOLDER [ROUNDS] prints the table; plist_bench --once NAME FILE runs one reader once, for
+// callgrind.
+
+namespace {
+
+using Read = Feed (*)(std::string&);
+
+struct Reader {
+    const char* name;
+    Read read;
+    bool isBinary;
+};
+
+constexpr Reader readers[] = {{"ours", readOurs, false},
+                              {"ours, tree", readOursAsTree, false},
+                              {"pugixml", readPugixml, false},
+                              {"libplist", readLibplistXml, false},
+                              {"Qt stream", readQt, false},
+                              {"ours", readOurs, true},
+                              {"ours, tree", readOursAsTree, true},
+                              {"libplist", readLibplistBinary, true}};
+
+std::string contents(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    if (!file) {
+        std::fprintf(stderr, "%s: cannot be read\n", path.c_str());
+        std::exit(1);
+    }
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+const Candidate& named(const std::vector<Candidate>& candidates, std::string_view name) {
+    for (const Candidate& candidate : candidates)
+        if (candidate.name == name)
+            return candidate;
+    std::abort();
+}
+
+void heading() {
+    std::printf("%-22s %-12s %12s  %s\n", "what", "by", "µs", "of it, and the bar");
+}
+
+void row(const char* what, const Candidate& candidate) {
+    std::printf("%-22s %-12s %12.1f", what, candidate.name.c_str(), candidate.nanoseconds / 1000);
+}
+
+void bar(const char* what, const Candidate& ours, const Candidate& peer, double bar) {
+    const double ratio = ours.nanoseconds / peer.nanoseconds;
+    std::printf("%-22s %-12s %12s  %.3f of %s, bar %.2f: %s\n", what, ours.name.c_str(), "", ratio,
+                peer.name.c_str(), bar, ratio <= bar ? "held" : "MISSED");
+}
+
+void end() {
+    std::printf("\n");
+}
+
+std::vector<Candidate> readOf(const std::string& bytes, bool isBinary, int rounds) {
+    std::vector<Candidate> candidates;
+    std::string copy;
+    std::string expectedBytes = bytes;
+    const Feed expected = readOurs(expectedBytes);
+    for (const Reader& reader : readers) {
+        if (reader.isBinary != isBinary)
+            continue;
+        copy = bytes;
+        if (reader.read(copy) != expected) {
+            std::fprintf(stderr, "%s reads other records\n", reader.name);
+            std::exit(1);
+        }
+        candidates.push_back({reader.name, [&] { copy = bytes; }, [&, read = reader.read] { read(copy); }});
+    }
+    measure(candidates, rounds, bytes.size() > 1'000'000 ? 0.1 : 0.05);
+    return candidates;
+}
+
+void readRows(const std::filesystem::path& feeds, const std::string& name, bool isBinary, int rounds) {
+    const std::string bytes = contents(feeds / (name + ".plist"));
+    const std::vector<Candidate> candidates = readOf(bytes, isBinary, rounds);
+    const std::string what = "read " + name;
+    for (const Candidate& candidate : candidates) {
+        row(what.c_str(), candidate);
+        end();
+    }
+    if (!isBinary)
+        bar(what.c_str(), named(candidates, "ours"), named(candidates, "pugixml"), 0.5);
+    bar(what.c_str(), named(candidates, "ours"), named(candidates, "libplist"), 0.1);
+}
+
+void writeRows(const std::filesystem::path& feeds, const std::string& folder, const std::string& name,
+               int rounds) {
+    const std::string bytes = contents(feeds / (name + ".plist"));
+    const std::string path = folder + "/plist-bench.plist";
+    const std::unique_ptr<Writable> ours(ourWritable(bytes));
+    const std::unique_ptr<Writable> rewriter(ourRewriter(bytes));
+    const std::unique_ptr<Writable> pugixml(pugixmlWritable(bytes));
+    const std::unique_ptr<Writable> copy(copyWritable(bytes));
+    std::vector<Candidate> candidates;
+    const auto nothing = [] {};
+    candidates.push_back({"ours", nothing, [&] { ours->write(path); }});
+    candidates.push_back({"ours, rewrite", nothing, [&] { rewriter->write(path); }});
+    candidates.push_back({"pugixml", nothing, [&] { pugixml->write(path); }});
+    candidates.push_back({"copy", nothing, [&] { copy->write(path); }});
+    measure(candidates, rounds, bytes.size() > 1'000'000 ? 0.1 : 0.05);
+    std::filesystem::remove(path);
+    const std::string what = "write " + name;
+    for (const Candidate& candidate : candidates) {
+        row(what.c_str(), candidate);
+        end();
+    }
+    bar(what.c_str(), candidates[0], candidates[2], 0.33);
+    bar(what.c_str(), candidates[0], candidates[3], 1.5);
+}
+
+void heapRow(const std::filesystem::path& feeds, const std::string& name) {
+    std::string bytes = contents(feeds / (name + ".plist"));
+    const std::size_t before = heapInUse();
+    resetHeapPeak();
+    const Feed feed = readOurs(bytes);
+    const double results = static_cast<double>(heapInUse() - before);
+    const double beyond = static_cast<double>(heapPeak() - before) - results;
+    std::printf("heap %-17s %-12s %9.3f MB  beyond input and %.1f MB of records, bar 8 MB: %s\n",
+                name.c_str(), "ours", beyond / 1e6, results / 1e6, beyond <= 8e6 ? "held" : "MISSED");
+}
+
+int runOnce(std::string_view name, const char* path) {
+    std::string bytes = contents(path);
+    const bool isBinary = bytes.starts_with("bplist");
+    for (const Reader& reader : readers)
+        if (reader.name == name && reader.isBinary == isBinary)
+            return reader.read(bytes).empty() ? 1 : 0;
+    return 2;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc == 4 && std::string_view(argv[1]) == "--once")
+        return runOnce(argv[2], argv[3]);
+    if (argc < 3) {
+        std::fprintf(stderr, "usage: plist_bench FEEDS FOLDER [ROUNDS]\n");
+        return 2;
+    }
+    const std::filesystem::path feeds = argv[1];
+    const int rounds = argc > 3 ? std::atoi(argv[3]) : 8;
+    heading();
+    for (const char* const order : {"sorted", "mixed"})
+        for (const char* const count : {"10", "1000", "100000"})
+            readRows(feeds, std::string(order) + '-' + count, false, rounds);
+    for (const char* const count : {"10", "1000", "100000"})
+        readRows(feeds, std::string("binary-") + count, true, rounds);
+    for (const char* const count : {"10", "1000", "100000"})
+        writeRows(feeds, argv[2], std::string("sorted-") + count, rounds);
+    heapRow(feeds, "sorted-100000");
+    heapRow(feeds, "mixed-100000");
+    return 0;
+}

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <vector>
+
+struct Candidate {
+    std::string name;
+    std::function<void()> prepare; // not measured
+    std::function<void()> run;
+    double nanoseconds = 0; // the least of all rounds
+};
+
+// Runs the candidates in turn, round after round, so that a busy machine is busy for all of them.
+void measure(std::vector<Candidate>& candidates, int rounds, double secondsEach);
+
+// The heap as operator new sees it: bytes in use, and the most since the peak was last reset.
+std::size_t heapInUse();
+std::size_t heapPeak();
+void resetHeapPeak();

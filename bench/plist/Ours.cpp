@@ -1,0 +1,117 @@
+#include "Feed.h"
+
+#include "platform/plist/Reader.h"
+#include "platform/plist/RecordReader.h"
+#include "platform/plist/Writer.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+using namespace platform::plist;
+
+namespace {
+
+constexpr std::array<std::string_view, 8> keys = {"date",   "name",    "image",  "amount",
+                                                  "income", "expense", "planpk", "single"};
+
+std::string textOf(const Dictionary& record, std::string_view key) {
+    return *record.find(key)->string();
+}
+
+class Values final : public Writable {
+public:
+    explicit Values(const std::string& bytes)
+        : value_(std::get<Value>(read(bytes))) {}
+    void write(const std::string& path) override { replaceFile(path, *writeXml(value_)); }
+
+private:
+    Value value_;
+};
+
+class Bytes final : public Writable {
+public:
+    explicit Bytes(std::string bytes)
+        : bytes_(std::move(bytes)) {}
+    void write(const std::string& path) override { replaceFile(path, bytes_); }
+
+private:
+    std::string bytes_;
+};
+
+class Rewriter final : public Writable {
+public:
+    explicit Rewriter(std::string bytes)
+        : bytes_(std::move(bytes)) {}
+    void write(const std::string& path) override {
+        int count = 0;
+        const RewrittenRecords rewritten = rewriteRecords(bytes_, keys, [&](const Record& record) {
+            return ++count % 10 == 0 ? RecordEdit::replace(0, *record.number(0) + 86400) : RecordEdit::keep();
+        });
+        replaceFile(path, *rewritten.xml);
+    }
+
+private:
+    std::string bytes_;
+};
+
+} // namespace
+
+Feed readOurs(std::string& bytes) {
+    Feed feed;
+    const RecordsOutcome outcome = visitRecords(bytes, keys, [&](const Record& record) {
+        FeedRecord& made = feed.emplace_back();
+        made.date = *record.number(0);
+        made.name = *record.string(1);
+        made.image = *record.string(2);
+        made.amount = *record.string(3);
+        made.income = *record.truth(4);
+        made.expense = *record.truth(5);
+        made.planpk = *record.string(6);
+        made.single = *record.truth(7);
+        return true;
+    });
+    if (outcome != RecordsOutcome::Complete)
+        std::abort();
+    return feed;
+}
+
+Feed readOursAsTree(std::string& bytes) {
+    Feed feed;
+    const ReadResult result = read(bytes);
+    for (const Value& element : *std::get<Value>(result).array()) {
+        const Dictionary& record = *element.dictionary();
+        feed.push_back({*numberOf(*record.find("date")), textOf(record, "name"), textOf(record, "image"),
+                        textOf(record, "amount"), *truthOf(*record.find("income")),
+                        *truthOf(*record.find("expense")), textOf(record, "planpk"),
+                        *truthOf(*record.find("single"))});
+    }
+    return feed;
+}
+
+Writable* ourWritable(const std::string& bytes) {
+    return new Values(bytes);
+}
+Writable* copyWritable(const std::string& bytes) {
+    return new Bytes(bytes);
+}
+Writable* ourRewriter(const std::string& bytes) {
+    return new Rewriter(bytes);
+}
+
+void replaceFile(const std::string& path, std::string_view bytes) {
+    const std::string temporary = path + ".new";
+    const int file = open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(file, bytes.data(), bytes.size());
+        if (written <= 0)
+            std::abort();
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    fsync(file);
+    close(file);
+    if (std::rename(temporary.c_str(), path.c_str()) != 0)
+        std::abort();
+}

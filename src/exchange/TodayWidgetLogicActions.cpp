@@ -2,9 +2,9 @@
 
 #include "exchange/FeedRewriter.h"
 #include "exchange/SharedFiles.h"
+#include "exchange/SharedSettings.h"
 #include "exchange/Text.h"
 #include "platform/storage/Files.h"
-#include "platform/storage/SharedDefaults.h"
 #include "platform/system/Fatal.h"
 #include "platform/system/Workspace.h"
 
@@ -88,7 +88,7 @@ void TodayWidgetLogic::saveActionType(std::int64_t type, const TodayTransaction&
 // Leaves the request in the shared settings, which the URL cannot carry, and opens the host application even
 // where there are none.
 void TodayWidgetLogic::openHost(const char* request, const TodayTransaction* transaction) {
-    auto defaults = platform::SharedDefaults::open(getGroupContainerID());
+    auto defaults = exchange::openSharedSettings();
     if (defaults) {
         if (transaction) {
             defaults->setString("edit_transaction_plan_pk",

@@ -1,13 +1,10 @@
 #include "exchange/TodayWidgetLogic.h"
 
 #include "exchange/GroupIdentifiers.h"
+#include "exchange/SharedSettings.h"
 #include "platform/storage/GroupContainers.h"
-#include "platform/storage/SharedDefaults.h"
 
 namespace {
-
-// The folder of those accounts that the host application has given no key.
-constexpr const char* accountWithoutKey = "-";
 
 // How many rows the list has unless it is hidden. Of "show_transactions_count" only the sign counts, on
 // purpose.
@@ -24,11 +21,7 @@ std::optional<std::string> TodayWidgetLogic::containerFolder() {
 }
 
 std::string TodayWidgetLogic::accountPk() {
-    auto defaults = platform::SharedDefaults::open(getGroupContainerID());
-    if (!defaults)
-        return accountWithoutKey;
-    defaults->synchronize();
-    return defaults->stringForKey("account_pk").value_or(accountWithoutKey);
+    return exchange::accountKey();
 }
 
 QString TodayWidgetLogic::getUrlScheme() {
@@ -36,7 +29,7 @@ QString TodayWidgetLogic::getUrlScheme() {
 }
 
 TodayTransactionsCount TodayWidgetLogic::getTransactionsCountToShow() {
-    const auto defaults = platform::SharedDefaults::open(getGroupContainerID());
+    const auto defaults = exchange::openSharedSettings();
     if (!defaults || defaults->integerForKey("show_transactions_count") < 0)
         return TodayTransactionsCount::None();
     return TodayTransactionsCount::Custom(shownCount);

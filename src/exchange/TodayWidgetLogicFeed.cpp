@@ -1,7 +1,7 @@
 #include "exchange/TodayWidgetLogic.h"
 
 #include "exchange/FeedReader.h"
-#include "platform/storage/SharedDefaults.h"
+#include "exchange/SharedSettings.h"
 #include "platform/system/Fatal.h"
 
 #include <utility>
@@ -10,9 +10,7 @@ std::vector<TodayTransactionPtr> TodayWidgetLogic::getTodayTransactionsArray() {
     const std::optional<std::string> container = containerFolder();
     if (!container)
         return {};
-    const auto defaults = platform::SharedDefaults::open(getGroupContainerID());
-    const std::int64_t dayCount = defaults ? defaults->integerForKey("notification_days_count") : 0;
-    exchange::FeedReading reading = exchange::readFeed(*container, dayCount);
+    exchange::FeedReading reading = exchange::readFeed(*container, exchange::notificationDayCount());
     if (std::holds_alternative<exchange::FeedFault>(reading))
         platform::fatal();
     return std::get<std::vector<TodayTransactionPtr>>(std::move(reading));

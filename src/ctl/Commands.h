@@ -1,0 +1,20 @@
+#pragma once
+
+#include "ctl/Options.h"
+#include "ctl/Report.h"
+
+// The commands of the companion. Each is given the whole command line (words[0] is its name) and gives the
+// exit status.
+namespace ctl {
+
+// list [--json]: every transaction that the feed's reader yields, whatever the shown count, and that count.
+[[nodiscard]] int list(const Options& options, Streams& streams);
+
+// publish FILE.json: an array of objects with the feed's keys becomes the feed; "-" is standard input. The
+// container is made where it is missing.
+[[nodiscard]] int publish(const Options& options, Streams& streams);
+
+// settings get KEY [--json], settings set KEY VALUE.
+[[nodiscard]] int settings(const Options& options, Streams& streams);
+
+} // namespace ctl

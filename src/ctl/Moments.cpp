@@ -1,0 +1,104 @@
+#include "ctl/Moments.h"
+
+#include "platform/system/Clock.h"
+#include "platform/system/Region.h"
+
+#include <QDateTime>
+#include <QTimeZone>
+
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+
+namespace ctl {
+
+namespace {
+
+// Within these seconds (years 1 to 9999) a moment is written as a date.
+constexpr double firstMoment = -62135596800;
+constexpr double lastMoment = 253402300799;
+
+QTimeZone zone() {
+    const QTimeZone named(QByteArray::fromStdString(platform::Region::current().timeZone));
+    return named.isValid() ? named : QTimeZone::utc();
+}
+
+std::int64_t offsetAt(const QTimeZone& timeZone, std::int64_t seconds) {
+    return timeZone.offsetFromUtc(QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC));
+}
+
+// The offset in force a day before decides, unless the clocks have changed since and the new one fits.
+std::int64_t momentOfWallTime(QDate date, QTime time) {
+    constexpr std::int64_t day = 86400;
+    const QTimeZone timeZone = zone();
+    const std::int64_t wall = QDateTime(date, time, Qt::UTC).toSecsSinceEpoch();
+    const std::int64_t before = wall - offsetAt(timeZone, wall - day);
+    const std::int64_t after = wall - offsetAt(timeZone, wall + day);
+    const bool fitsBefore = before + offsetAt(timeZone, before) == wall;
+    const bool fitsAfter = after + offsetAt(timeZone, after) == wall;
+    return fitsAfter && !fitsBefore ? after : before;
+}
+
+template <class Number>
+bool isNumber(std::string_view text, Number& number) {
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
+    return result.ec == std::errc() && result.ptr == text.data() + text.size();
+}
+
+std::int64_t wallSecondsOf(double moment) {
+    const auto seconds = static_cast<std::int64_t>(std::floor(moment));
+    return seconds + offsetAt(zone(), seconds);
+}
+
+// "today", "today+3", "today-2".
+QDate relativeDay(std::string_view text) {
+    constexpr std::string_view today = "today";
+    text.remove_prefix(today.size());
+    std::int64_t days = 0;
+    if (text.starts_with('+') && text.size() > 1 && text[1] != '-')
+        text.remove_prefix(1);
+    else if (!text.empty() && !text.starts_with('-'))
+        return {};
+    if (!text.empty() && !isNumber(text, days))
+        return {};
+    const std::int64_t now = wallSecondsOf(platform::Clock::current().now());
+    return QDateTime::fromSecsSinceEpoch(now, Qt::UTC).date().addDays(days);
+}
+
+QDate dayOf(std::string_view text) {
+    if (text.starts_with("today"))
+        return relativeDay(text);
+    return QDate::fromString(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())),
+                             QStringLiteral("yyyy-MM-dd"));
+}
+
+QTime timeOf(std::string_view text) {
+    const QString time = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+    return QTime::fromString(time, time.size() > 5 ? QStringLiteral("HH:mm:ss") : QStringLiteral("HH:mm"));
+}
+
+} // namespace
+
+std::optional<double> momentOfText(std::string_view text) {
+    double number = 0;
+    if (isNumber(text, number))
+        return number;
+    const std::size_t space = text.find(' ');
+    const QDate day = dayOf(text.substr(0, space));
+    const QTime time = space == std::string_view::npos ? QTime(0, 0) : timeOf(text.substr(space + 1));
+    if (!day.isValid() || !time.isValid() || day.year() < 1 || day.year() > 9999)
+        return std::nullopt;
+    return static_cast<double>(momentOfWallTime(day, time));
+}
+
+std::string textOfMoment(double moment) {
+    if (!(moment >= firstMoment && moment <= lastMoment)) {
+        char text[32];
+        return {text, std::to_chars(text, text + sizeof text, moment).ptr};
+    }
+    return QDateTime::fromSecsSinceEpoch(wallSecondsOf(moment), Qt::UTC)
+        .toString(QStringLiteral("yyyy-MM-dd HH:mm"))
+        .toStdString();
+}
+
+} // namespace ctl

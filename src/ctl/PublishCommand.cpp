@@ -1,0 +1,111 @@
+#include "ctl/Commands.h"
+#include "ctl/Host.h"
+#include "ctl/JsonReader.h"
+#include "ctl/Moments.h"
+#include "exchange/FeedReader.h"
+#include "exchange/SharedFiles.h"
+#include "platform/plist/Reader.h"
+#include "platform/plist/Writer.h"
+#include "platform/storage/Files.h"
+
+#include <istream>
+#include <iterator>
+#include <limits>
+#include <optional>
+
+namespace ctl {
+
+namespace plist = platform::plist;
+
+namespace {
+
+std::optional<std::string> readInput(const std::string& file, Streams& streams, std::string& error) {
+    if (file == "-")
+        return std::string(std::istreambuf_iterator<char>(streams.in), {});
+    std::error_code code;
+    std::optional<std::string> bytes = platform::readFile(file, &code);
+    if (!bytes)
+        error = code.message();
+    return bytes;
+}
+
+std::string recordName(std::size_t index) {
+    return "record " + std::to_string(index + 1);
+}
+
+// Turns the texts that stand for dates to the numbers that the feed holds, and checks all that the widget
+// looks at. A sentence where something is wrong.
+std::string prepare(plist::Array& records) {
+    for (std::size_t index = 0; index < records.size(); ++index) {
+        const plist::Dictionary* object = records[index].dictionary();
+        const plist::Value* date = object ? object->find(exchange::feed::date) : nullptr;
+        if (!date || !date->string())
+            continue;
+        const std::optional<double> moment = momentOfText(*date->string());
+        if (!moment)
+            return recordName(index) + ": \"date\" is no date: " + *date->string();
+        plist::Dictionary record = *object;
+        record.set(std::string(exchange::feed::date), plist::Value(*moment));
+        records[index] = plist::Value(std::move(record));
+    }
+    constexpr double noLimit = std::numeric_limits<double>::infinity();
+    const exchange::FeedReading reading = exchange::transactionsOfRecords(records, noLimit);
+    const auto* fault = std::get_if<exchange::FeedFault>(&reading);
+    return fault ? exchange::describe(*fault) : std::string();
+}
+
+// The first value that has no XML form, in words.
+std::string unwritable(const plist::Array& records) {
+    for (std::size_t index = 0; index < records.size(); ++index)
+        for (const auto& [key, value] : records[index].dictionary()->entries())
+            if (!plist::writeXml(value))
+                return recordName(index) + ": \"" + key + "\" holds a null, which a property list cannot";
+    return "a property list cannot hold it";
+}
+
+bool isReadable(const std::string& bytes) {
+    return std::holds_alternative<plist::Value>(plist::read(bytes));
+}
+
+int writeFeed(const std::string& bytes, Streams& streams) {
+    const std::string container = containerPath();
+    if (const std::error_code error = platform::makeFolders(container))
+        return failed(streams, container, error.message());
+    const std::string feed = exchange::feedFile(container);
+    if (const std::error_code error = platform::replaceFile(feed, bytes))
+        return failed(streams, feed, error.message());
+    return Done;
+}
+
+} // namespace
+
+int publish(const Options& options, Streams& streams) {
+    if (options.words.size() != 2)
+        return misused(streams, "publish takes one file");
+    const std::string& file = options.words[1];
+    const std::string place = file == "-" ? "standard input" : file;
+    std::string error;
+    const std::optional<std::string> text = readInput(file, streams, error);
+    if (!text)
+        return failed(streams, place, error);
+
+    const auto json = readJson(*text);
+    if (const auto* fault = std::get_if<JsonError>(&json)) {
+        const std::string where = std::to_string(fault->line) + ":" + std::to_string(fault->column);
+        return failed(streams, place + ":" + where, fault->message);
+    }
+    const plist::Array* array = std::get<plist::Value>(json).array();
+    if (!array)
+        return failed(streams, place, "it is no array");
+    plist::Array records = *array;
+    if (const std::string fault = prepare(records); !fault.empty())
+        return failed(streams, place, fault);
+    const std::optional<std::string> bytes = plist::writeXml(plist::Value(records));
+    if (!bytes)
+        return failed(streams, place, unwritable(records));
+    if (!isReadable(*bytes))
+        return failed(streams, place, "a text holds a character that a property list cannot");
+    return writeFeed(*bytes, streams);
+}
+
+} // namespace ctl

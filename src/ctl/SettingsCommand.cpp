@@ -1,0 +1,95 @@
+#include "ctl/Commands.h"
+#include "ctl/Host.h"
+#include "ctl/Json.h"
+#include "exchange/SharedSettings.h"
+#include "exchange/Text.h"
+
+#include <charconv>
+#include <ostream>
+
+namespace ctl {
+
+namespace {
+
+using platform::SharedDefaults;
+
+constexpr const char* cannotOpen = "the shared settings are no dictionary";
+
+enum class SettingType { Text, Integer, Real };
+
+// The known keys have fixed types; any other key is text.
+SettingType typeOf(const std::string& key) {
+    if (key == "show_transactions_count" || key == "notification_days_count")
+        return SettingType::Integer;
+    return key == "edit_transaction_date" ? SettingType::Real : SettingType::Text;
+}
+
+template <class Number>
+bool isNumber(const std::string& text, Number& number) {
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
+    return result.ec == std::errc() && result.ptr == text.data() + text.size();
+}
+
+bool isText(const std::string& bytes) {
+    const QString text = exchange::textFromUtf8(bytes);
+    return text.isValidUtf16() && exchange::utf8FromText(text) == bytes;
+}
+
+// A sentence where the value is none for that key.
+std::string assign(SharedDefaults& defaults, const std::string& key, const std::string& value) {
+    std::int64_t integer = 0;
+    double real = 0;
+    switch (typeOf(key)) {
+    case SettingType::Integer:
+        if (!isNumber(value, integer))
+            return key + " takes an integer";
+        defaults.setInteger(key, integer);
+        return {};
+    case SettingType::Real:
+        if (!isNumber(value, real))
+            return key + " takes a number";
+        defaults.setDouble(key, real);
+        return {};
+    case SettingType::Text:
+        break;
+    }
+    if (!isText(key) || !isText(value))
+        return "a setting's key and value are UTF-8";
+    defaults.setString(key, value);
+    return {};
+}
+
+int set(SharedDefaults& defaults, const std::string& key, const std::string& value, Streams& streams) {
+    if (const std::string fault = assign(defaults, key, value); !fault.empty())
+        return misused(streams, fault);
+    if (!hasContainer())
+        return failed(streams, containerPath(), "there is no container");
+    if (!defaults.synchronize())
+        return failed(streams, containerPath(), "the shared settings cannot be written");
+    return Done;
+}
+
+int get(const SharedDefaults& defaults, const std::string& key, const Options& options, Streams& streams) {
+    const platform::plist::Value* value = defaults.valueForKey(key);
+    if (!value)
+        return failed(streams, containerPath(), "there is no setting " + key);
+    const std::optional<std::string> text = defaults.stringForKey(key);
+    streams.out << (options.json || !text ? jsonValue(*value) : *text) << '\n';
+    return Done;
+}
+
+} // namespace
+
+int settings(const Options& options, Streams& streams) {
+    const auto& words = options.words;
+    const bool gets = words.size() == 3 && words[1] == "get";
+    const bool sets = words.size() == 4 && words[1] == "set";
+    if (!gets && !sets)
+        return misused(streams, "settings takes get KEY or set KEY VALUE");
+    auto defaults = exchange::openSharedSettings();
+    if (!defaults)
+        return failed(streams, containerPath(), cannotOpen);
+    return gets ? get(*defaults, words[2], options, streams) : set(*defaults, words[2], words[3], streams);
+}
+
+} // namespace ctl

@@ -1,0 +1,124 @@
+#include "ctl/Json.h"
+#include "ctl/JsonReader.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace ctl {
+namespace {
+
+namespace plist = platform::plist;
+
+plist::Value valueOf(std::string_view json) {
+    const auto result = readJson(json);
+    if (const auto* error = std::get_if<JsonError>(&result))
+        ADD_FAILURE() << error->line << ":" << error->column << ": " << error->message;
+    const auto* value = std::get_if<plist::Value>(&result);
+    return value ? *value : plist::Value();
+}
+
+TEST(JsonReaderTest, tellsIntegersFromReals) {
+    EXPECT_EQ(valueOf("1"), plist::Value(std::int64_t(1)));
+    EXPECT_EQ(valueOf("-0"), plist::Value(std::int64_t(0)));
+    EXPECT_EQ(valueOf("1.0"), plist::Value(1.0));
+    EXPECT_EQ(valueOf("-0.0"), plist::Value(-0.0));
+    EXPECT_EQ(valueOf("1e2"), plist::Value(100.0));
+    EXPECT_EQ(valueOf("2.5E-1"), plist::Value(0.25));
+}
+
+TEST(JsonReaderTest, keepsEveryDigitOfAnInteger) {
+    EXPECT_EQ(valueOf("9007199254740993"), plist::Value(std::int64_t(9007199254740993)));
+    EXPECT_EQ(valueOf("-9223372036854775808"), plist::Value(std::numeric_limits<std::int64_t>::min()));
+    EXPECT_EQ(valueOf("18446744073709551615"), plist::Value(plist::Integer{~std::uint64_t(0), true}));
+}
+
+TEST(JsonReaderTest, readsTextsWithTheirEscapes) {
+    EXPECT_EQ(valueOf(R"("a\"\\\/\b\f\n\r\t\u20ac\uD83C\uDFE0")"), plist::Value("a\"\\/\b\f\n\r\t€🏠"));
+    EXPECT_EQ(valueOf("\"\xEF\xBB\xBFž\\ufeff\""), plist::Value("\xEF\xBB\xBFž\xEF\xBB\xBF"));
+    EXPECT_EQ(valueOf(R"("a\u0000b")"), plist::Value(std::string("a\0b", 3)));
+}
+
+TEST(JsonReaderTest, readsContainersInTheirOrder) {
+    const plist::Value value = valueOf(" { \"b\" : [ true , false , null , [ ] ] , \"a\" : { } } ");
+    ASSERT_TRUE(value.dictionary());
+    ASSERT_EQ(value.dictionary()->size(), 2u);
+    EXPECT_EQ(value.dictionary()->entries()[0].first, "b");
+    EXPECT_EQ(value.dictionary()->entries()[0].second,
+              plist::Value(plist::Array{plist::Value(true), plist::Value(false), plist::Value(),
+                                        plist::Value(plist::Array())}));
+    EXPECT_EQ(value.dictionary()->entries()[1].second, plist::Value(plist::Dictionary()));
+}
+
+struct Fault {
+    const char* name;
+    std::string json;
+    std::size_t line;
+    std::size_t column;
+    const char* message;
+};
+
+class JsonFaultTable : public testing::TestWithParam<Fault> {};
+
+TEST_P(JsonFaultTable, isNamedWithItsPlace) {
+    const auto result = readJson(GetParam().json);
+    const auto* error = std::get_if<JsonError>(&result);
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->message, GetParam().message);
+    EXPECT_EQ(error->line, GetParam().line);
+    EXPECT_EQ(error->column, GetParam().column);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Faults, JsonFaultTable,
+    testing::Values(Fault{"Nothing", "", 1, 1, "no value stands here"},
+                    Fault{"Word", "[\n tru]", 2, 2, "no value stands here"},
+                    Fault{"LeadingZero", "[01]", 1, 3, "a comma or ] is missing"},
+                    Fault{"PlusSign", "+1", 1, 1, "no value stands here"},
+                    Fault{"MinusAlone", "-", 1, 2, "no value stands here"},
+                    Fault{"PointWithoutDigit", "1.", 1, 3, "a digit is missing"},
+                    Fault{"ExponentWithoutDigit", "1e+", 1, 4, "a digit is missing"},
+                    Fault{"IntegerTooLarge", "18446744073709551616", 1, 21, "the number is out of range"},
+                    Fault{"IntegerTooSmall", "-9223372036854775809", 1, 21, "the number is out of range"},
+                    Fault{"RealTooLarge", "1e999", 1, 6, "the number is out of range"},
+                    Fault{"TrailingComma", "[1,]", 1, 4, "no value stands here"},
+                    Fault{"ArrayNotClosed", "[1\n", 2, 1, "a comma or ] is missing"},
+                    Fault{"ObjectNotClosed", "{\"a\":1", 1, 7, "a comma or } is missing"},
+                    Fault{"KeyWithoutQuotes", "{a:1}", 1, 2, "a key in quotes is missing"},
+                    Fault{"ColonMissing", "{\"a\" 1}", 1, 6, "a colon is missing"},
+                    Fault{"KeyTwice", "{\"a\":1,\"a\":2}", 1, 11, "the key stands twice"},
+                    Fault{"TextNotClosed", "\"ab", 1, 2, "the text does not end"},
+                    Fault{"LineBreakInText", "\"a\nb\"", 1, 2, "a control character stands in a text"},
+                    Fault{"UnknownEscape", R"("\x")", 1, 3, "the escape is none of JSON's"},
+                    Fault{"ShortEscape", R"("\u12")", 1, 3, "the escape is none of JSON's"},
+                    Fault{"SignInEscape", R"("\u+123")", 1, 3, "the escape is none of JSON's"},
+                    Fault{"LoneSurrogate", R"("\uD83C")", 1, 8, "a surrogate stands alone"},
+                    Fault{"NotUtf8", "\"\xFF\"", 1, 2, "the text is not UTF-8"},
+                    Fault{"SomethingFollows", "[] x", 1, 4, "something follows the value"},
+                    Fault{"TooDeep", std::string(100000, '['), 1, 502, "the nesting is too deep"}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(JsonTest, writesNumbersWithTheFewestDigitsThatReadBack) {
+    EXPECT_EQ(jsonNumber(0.1), "0.1");
+    EXPECT_EQ(jsonNumber(1773165600), "1773165600");
+    EXPECT_EQ(jsonNumber(1773146700.1234567), "1773146700.1234567");
+    EXPECT_EQ(jsonNumber(5e-324), "5e-324");
+    EXPECT_EQ(jsonNumber(std::numeric_limits<double>::quiet_NaN()), "\"nan\"");
+    EXPECT_EQ(jsonNumber(std::numeric_limits<double>::infinity()), "\"inf\"");
+    EXPECT_EQ(jsonNumber(-std::numeric_limits<double>::infinity()), "\"-inf\"");
+}
+
+TEST(JsonTest, escapesWhatCannotStandInAText) {
+    EXPECT_EQ(jsonText(QStringLiteral("a\"\\\n\x1b\x7f€")), "\"a\\\"\\\\\\u000a\\u001b\\u007f€\"");
+    EXPECT_EQ(jsonText(QString::fromUtf8("🏠")), "\"🏠\"");
+    EXPECT_EQ(jsonText(QString(QChar(0xD83C)) + u'x'), "\"\\ud83cx\"");
+}
+
+TEST(JsonTest, writesValuesThatReadBack) {
+    const char* json = R"({"b": [1, 2.5, true, 18446744073709551615, -7], "a": {"c": "x\"y", "d": []}})";
+    EXPECT_EQ(jsonValue(valueOf(json)), json);
+    EXPECT_EQ(jsonValue(plist::Value(plist::Data{"\x01"})), R"({"data":"01"})");
+}
+
+} // namespace
+} // namespace ctl

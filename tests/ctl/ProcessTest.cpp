@@ -1,0 +1,63 @@
+#include "ctl/CtlTest.h"
+
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+
+// The built program itself.
+namespace ctl {
+namespace {
+
+class ProcessTest : public CtlTest {
+protected:
+    // Runs a line of the shell in which $CTL is the program; the exit status.
+    int shell(const std::string& line) {
+        const std::string errors = scratch + "/errors";
+        const std::string whole = "CTL='" KORVEL_TODAYCTL "'; export KORVEL_GROUP_CONTAINERS='" + scratch +
+                                  "'; exec 2>'" + errors + "'; " + line;
+        FILE* const pipe = popen(whole.c_str(), "r");
+        out.clear();
+        char buffer[4096];
+        for (std::size_t count; (count = fread(buffer, 1, sizeof buffer, pipe)) > 0;)
+            out.append(buffer, count);
+        const int status = pclose(pipe);
+        std::stringstream text;
+        text << std::ifstream(errors).rdbuf();
+        err = text.str();
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+};
+
+TEST_F(ProcessTest, publishesAndLists) {
+    EXPECT_EQ(
+        shell("echo '[{\"date\": \"2020-01-01\", \"name\": \"Rent\", \"image\": \"i\", \"amount\": \"5\", "
+              "\"income\": 0, \"expense\": 1, \"planpk\": \"p\", \"single\": true}]' | \"$CTL\" publish -"),
+        0)
+        << err;
+    EXPECT_EQ(shell("TZ=UTC \"$CTL\" list"), 0) << err;
+    EXPECT_EQ(out, "2020-01-01 00:00  !  5  Rent\n1 of 1 shown\n");
+}
+
+TEST_F(ProcessTest, exitsWithItsThreeStatuses) {
+    EXPECT_EQ(shell("\"$CTL\" --version"), 0);
+    EXPECT_EQ(shell("\"$CTL\" publish /nowhere/none.json"), 1);
+    EXPECT_EQ(err, "korvel-todayctl: /nowhere/none.json: No such file or directory\n");
+    EXPECT_EQ(shell("\"$CTL\" nothing"), 2);
+}
+
+TEST_F(ProcessTest, noticesThatItsOutputIsLost) {
+    EXPECT_EQ(shell("\"$CTL\" list > /dev/full"), 1);
+    EXPECT_EQ(err, "korvel-todayctl: standard output: it cannot be written\n");
+}
+
+TEST_F(ProcessTest, isLinkedWithoutWidgets) {
+    EXPECT_EQ(shell("ldd \"$CTL\""), 0);
+    EXPECT_NE(out.find("libQt6Core"), std::string::npos) << out;
+    EXPECT_EQ(out.find("libQt6Widgets"), std::string::npos) << out;
+    EXPECT_EQ(out.find("libQt6Gui"), std::string::npos) << out;
+}
+
+} // namespace
+} // namespace ctl

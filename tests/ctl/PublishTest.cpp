@@ -1,0 +1,110 @@
+#include "ctl/CtlTest.h"
+
+#include <filesystem>
+#include <fstream>
+
+namespace ctl {
+namespace {
+
+using namespace exchange;
+
+const std::string rest = R"("name": "Rent", "image": "house", "amount": "$ 900", "income": false, )"
+                         R"("expense": true, "planpk": "p", "single": false)";
+
+std::string objectDated(const std::string& date) {
+    return "{\"date\": " + date + ", " + rest + "}";
+}
+
+class PublishTest : public CtlTest {
+protected:
+    void expectRefused(const std::string& json, const std::string& sentence) {
+        write("notifications.xml", "the feed before");
+        EXPECT_EQ(run({"publish", "-"}, json), 1) << json;
+        EXPECT_EQ(err, "korvel-todayctl: standard input" + sentence + "\n");
+        EXPECT_EQ(feed(), "the feed before");
+    }
+};
+
+TEST_F(PublishTest, writesTheFeedWithKindsAndDigitsKept) {
+    const std::string json =
+        "[{\"date\": 1773165600.125, \"further\": [18446744073709551615, 1.0, {\"a\": true}], " + rest + "}]";
+    EXPECT_EQ(run({"publish", "-"}, json), 0) << err;
+    EXPECT_EQ(feed(),
+              arrayFile("\t<dict>\n"
+                        "\t\t<key>amount</key>\n\t\t<string>$ 900</string>\n"
+                        "\t\t<key>date</key>\n\t\t<real>1773165600.125</real>\n"
+                        "\t\t<key>expense</key>\n\t\t<true/>\n"
+                        "\t\t<key>further</key>\n\t\t<array>\n"
+                        "\t\t\t<integer>18446744073709551615</integer>\n\t\t\t<real>1</real>\n"
+                        "\t\t\t<dict>\n\t\t\t\t<key>a</key>\n\t\t\t\t<true/>\n\t\t\t</dict>\n\t\t</array>\n"
+                        "\t\t<key>image</key>\n\t\t<string>house</string>\n"
+                        "\t\t<key>income</key>\n\t\t<false/>\n"
+                        "\t\t<key>name</key>\n\t\t<string>Rent</string>\n"
+                        "\t\t<key>planpk</key>\n\t\t<string>p</string>\n"
+                        "\t\t<key>single</key>\n\t\t<false/>\n"
+                        "\t</dict>\n"));
+}
+
+TEST_F(PublishTest, takesDatesAsTextsInTheLocalTimeZone) {
+    region.reset();
+    const platform::RegionOverride here(platform::Region{"de_DE", "Europe/Berlin"});
+    EXPECT_EQ(run({"publish", "-"}, "[" + objectDated("\"today+3 18:00\"") + "]"), 0) << err;
+    EXPECT_NE(feed().find("<real>1773421200</real>"), std::string::npos) << feed(); // 2026-03-13 17:00 UTC
+}
+
+TEST_F(PublishTest, keepsAWholeNumberAnInteger) {
+    EXPECT_EQ(run({"publish", "-"}, "[" + objectDated("1773165600") + "]"), 0);
+    EXPECT_NE(feed().find("<integer>1773165600</integer>"), std::string::npos) << feed();
+}
+
+TEST_F(PublishTest, makesTheContainerAndReadsAFile) {
+    removeContainer();
+    const std::string file = scratch + "/feed.json";
+    std::ofstream(file) << "[]";
+    EXPECT_EQ(run({"publish", file}), 0) << err;
+    EXPECT_EQ(feed(), arrayFile(""));
+}
+
+TEST_F(PublishTest, isReadByList) {
+    EXPECT_EQ(run({"publish", "-"}, "[" + objectDated("\"today\"") + "," + objectDated("\"today-1\"") + "]"),
+              0);
+    EXPECT_EQ(run({"list"}), 0);
+    EXPECT_EQ(out, "2026-03-09 00:00  !  $ 900  Rent\n2026-03-10 00:00  !  $ 900  Rent\n2 of 2 shown\n");
+}
+
+TEST_F(PublishTest, refusesWhatTheWidgetWouldEndOver) {
+    expectRefused("[{}]", ": record 1: \"date\" is missing");
+    expectRefused("[" + objectDated("1") + ", 5]", ": record 2 is not a dictionary");
+    expectRefused("[{\"date\": 4e9}]", ": record 1: \"name\" is missing");
+    expectRefused("[{\"date\": true, \"name\": 1}]", ": record 1: \"name\" is not a string");
+    expectRefused("[" + objectDated("[]") + "]", ": record 1: \"date\" is not a number");
+}
+
+TEST_F(PublishTest, refusesWhatIsNoDate) {
+    expectRefused("[" + objectDated("\"tomorrow\"") + "]", ": record 1: \"date\" is no date: tomorrow");
+}
+
+TEST_F(PublishTest, refusesWhatAFeedCannotHold) {
+    expectRefused("[{\"date\": 1, \"note\": [null], " + rest + "}]",
+                  ": record 1: \"note\" holds a null, which a property list cannot");
+    expectRefused("{}", ": it is no array");
+}
+
+TEST_F(PublishTest, namesThePlaceOfAFaultInTheJson) {
+    expectRefused("[\n  {\"date\" 1}]", ":2:11: a colon is missing");
+}
+
+TEST_F(PublishTest, saysThatAFileCannotBeRead) {
+    EXPECT_EQ(run({"publish", scratch + "/none.json"}), 1);
+    EXPECT_EQ(err, "korvel-todayctl: " + scratch + "/none.json: No such file or directory\n");
+}
+
+TEST_F(PublishTest, saysThatTheContainerCannotBeMade) {
+    removeContainer();
+    std::ofstream(container) << "a file";
+    EXPECT_EQ(run({"publish", "-"}, "[]"), 1);
+    EXPECT_EQ(err, "korvel-todayctl: " + container + ": Not a directory\n");
+}
+
+} // namespace
+} // namespace ctl

@@ -1,0 +1,68 @@
+#include "ctl/CtlTest.h"
+
+#include <filesystem>
+
+namespace ctl {
+namespace {
+
+namespace plist = platform::plist;
+
+class SettingsTest : public CtlTest {};
+
+TEST_F(SettingsTest, setsTheKnownKeysInTheirTypes) {
+    for (const char* key : {"show_transactions_count", "notification_days_count"}) {
+        EXPECT_EQ(run({"settings", "set", key, "-3"}), 0) << err;
+        EXPECT_EQ(*settings().find(key), plist::Value(std::int64_t(-3)));
+    }
+    EXPECT_EQ(run({"settings", "set", "edit_transaction_date", "1773165600.5"}), 0);
+    EXPECT_EQ(*settings().find("edit_transaction_date"), plist::Value(1773165600.5));
+    for (const char* key : {"account_pk", "url_string", "edit_transaction_plan_pk", "anything"}) {
+        EXPECT_EQ(run({"settings", "set", key, "7"}), 0);
+        EXPECT_EQ(*settings().find(key), plist::Value("7"));
+    }
+}
+
+TEST_F(SettingsTest, keepsTheOtherKeys) {
+    setSettings({{"ratio", plist::Value(0.1)}});
+    EXPECT_EQ(run({"settings", "set", "account_pk", ""}), 0);
+    EXPECT_EQ(*settings().find("ratio"), plist::Value(0.1));
+    EXPECT_EQ(*settings().find("account_pk"), plist::Value(""));
+}
+
+TEST_F(SettingsTest, getsWhatIsSet) {
+    setSettings({{"text", plist::Value("a \"b\"")},
+                 {"number", plist::Value(std::int64_t(12))},
+                 {"truth", plist::Value(true)},
+                 {"list", plist::Value(plist::Array{plist::Value(1.5)})}});
+    EXPECT_EQ(run({"settings", "get", "text"}), 0);
+    EXPECT_EQ(out, "a \"b\"\n");
+    EXPECT_EQ(run({"settings", "get", "text", "--json"}), 0);
+    EXPECT_EQ(out, "\"a \\\"b\\\"\"\n");
+    EXPECT_EQ(run({"settings", "get", "number"}), 0);
+    EXPECT_EQ(out, "12\n");
+    EXPECT_EQ(run({"settings", "get", "truth", "--json"}), 0);
+    EXPECT_EQ(out, "true\n");
+    EXPECT_EQ(run({"settings", "get", "list"}), 0);
+    EXPECT_EQ(out, "[1.5]\n");
+}
+
+TEST_F(SettingsTest, saysThatAKeyIsAbsent) {
+    EXPECT_EQ(run({"settings", "get", "none"}), 1);
+    EXPECT_EQ(err, "korvel-todayctl: " + container + ": there is no setting none\n");
+}
+
+TEST_F(SettingsTest, doesNotOverwriteWhatIsNoDictionary) {
+    breakSettings();
+    EXPECT_EQ(run({"settings", "set", "account_pk", "a"}), 1);
+    EXPECT_EQ(err, "korvel-todayctl: " + container + ": the shared settings are no dictionary\n");
+}
+
+TEST_F(SettingsTest, makesNoContainer) {
+    removeContainer();
+    EXPECT_EQ(run({"settings", "set", "account_pk", "a"}), 1);
+    EXPECT_EQ(err, "korvel-todayctl: " + container + ": there is no container\n");
+    EXPECT_FALSE(std::filesystem::exists(container));
+}
+
+} // namespace
+} // namespace ctl

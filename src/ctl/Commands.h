@@ -14,6 +14,14 @@ namespace ctl {
 // container is made where it is missing.
 [[nodiscard]] int publish(const Options& options, Streams& streams);
 
+// act PLANPK DATE paid | later DAYS | delete | delete-future | info: what the row and the sheet do, through
+// the same code, to a transaction of the widget's own list. A repeating plan's delete is the sheet's second
+// choice and delete-future its first.
+[[nodiscard]] int act(const Options& options, Streams& streams);
+
+// consume [--json]: prints the account's action log and then empties it, as the host application does.
+[[nodiscard]] int consume(const Options& options, Streams& streams);
+
 // settings get KEY [--json], settings set KEY VALUE.
 [[nodiscard]] int settings(const Options& options, Streams& streams);
 

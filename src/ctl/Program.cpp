@@ -15,13 +15,16 @@ constexpr std::string_view usage =
     R"(korvel-todayctl [--containers DIR] COMMAND
 
   list [--json]            the planned transactions of the feed, and how many the widget shows
+  act PLANPK DATE ACTION   do to one of them what the widget's buttons do; ACTION is one of
+                           paid, later DAYS, delete, delete-future, info
+  consume [--json]         print the action log, then empty it
   publish FILE.json        make an array of objects the feed (- is standard input)
   settings get KEY         print a shared setting
   settings set KEY VALUE   change one
   --version                print the version and the group identifier
   --help                   print this
 
-Dates in FILE.json are seconds since 1970-01-01 00:00 UTC or texts: "today+3 18:00", "2026-03-10 18:00".
+Dates are seconds since 1970-01-01 00:00 UTC or texts: "today+3 18:00", "2026-03-10 18:00".
 Exit status: 0 done, 1 the thing asked for failed, 2 wrong usage.
 )";
 
@@ -31,9 +34,7 @@ struct Command {
 };
 
 constexpr Command commands[] = {
-    {"list", list},
-    {"publish", publish},
-    {"settings", settings},
+    {"act", act}, {"consume", consume}, {"list", list}, {"publish", publish}, {"settings", settings},
 };
 
 int perform(const Options& options, Streams& streams) {

@@ -49,15 +49,18 @@ TEST_P(MisuseTest, isSaidOnOneLineOfStandardError) {
 
 using Words = std::vector<std::string>;
 
-INSTANTIATE_TEST_SUITE_P(Lines, MisuseTest,
-                         testing::Values(Words{}, Words{"lists"}, Words{"list", "x"}, Words{"--nope"},
-                                         Words{"list", "--containers"}, Words{"--containers="},
-                                         Words{"--json=1", "list"}, Words{"publish"},
-                                         Words{"publish", "a", "b"}, Words{"settings"},
-                                         Words{"settings", "get"}, Words{"settings", "put", "a", "b"},
-                                         Words{"settings", "set", "notification_days_count", "3.5"},
-                                         Words{"settings", "set", "edit_transaction_date", "soon"},
-                                         Words{"settings", "set", "name", "\xFF"}));
+INSTANTIATE_TEST_SUITE_P(
+    Lines, MisuseTest,
+    testing::Values(Words{}, Words{"lists"}, Words{"list", "x"}, Words{"--nope"},
+                    Words{"list", "--containers"}, Words{"--containers="}, Words{"--json=1", "list"},
+                    Words{"publish"}, Words{"publish", "a", "b"}, Words{"settings"}, Words{"act", "p"},
+                    Words{"act", "p", "20"}, Words{"act", "p", "20", "pay"}, Words{"act", "p", "20", "later"},
+                    Words{"act", "p", "20", "later", "x"}, Words{"act", "p", "20", "paid", "1"},
+                    Words{"act", "p", "soon", "paid"}, Words{"consume", "x"}, Words{"settings", "get"},
+                    Words{"settings", "put", "a", "b"},
+                    Words{"settings", "set", "notification_days_count", "3.5"},
+                    Words{"settings", "set", "edit_transaction_date", "soon"},
+                    Words{"settings", "set", "name", "\xFF"}));
 
 class ProgramTest : public CtlTest {};
 
@@ -69,7 +72,7 @@ TEST_F(ProgramTest, saysItsVersionAndItsGroup) {
 
 TEST_F(ProgramTest, saysHowItIsUsed) {
     EXPECT_EQ(run({"--help"}), 0);
-    for (const char* command : {"list", "publish", "settings get", "settings set"})
+    for (const char* command : {"act", "consume", "list", "publish", "settings get", "settings set"})
         EXPECT_THAT(out, HasSubstr(command));
 }
 

@@ -39,7 +39,10 @@ function(korvel_test name)
     target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
     target_compile_definitions(${name} PRIVATE
         KORVEL_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data" KORVEL_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
-    set(environment "QT_QPA_PLATFORM=offscreen" ${arg_ENVIRONMENT})
+    # The discovery of tests takes lists apart and would keep the first variable only, so that another program
+    # sets them.
+    set_target_properties(${name} PROPERTIES
+        CROSSCOMPILING_EMULATOR "/usr/bin/env;QT_QPA_PLATFORM=offscreen;${arg_ENVIRONMENT}")
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-        PROPERTIES TIMEOUT 120 ENVIRONMENT "${environment}")
+        PROPERTIES TIMEOUT 120)
 endfunction()

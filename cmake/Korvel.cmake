@@ -30,12 +30,17 @@ function(korvel_program name)
     target_link_libraries(${name} PRIVATE ${arg_LINKS} korvel_settings)
 endfunction()
 
-# korvel_test(NAME SOURCES file... [LINKS target...] [ENVIRONMENT VAR=value...]): a GoogleTest program,
-# each of its tests known to CTest by its own name. LINKS names the libraries under test.
+# korvel_test(NAME [GUI] SOURCES file... [LINKS target...] [ENVIRONMENT VAR=value...]): a GoogleTest program,
+# each of its tests known to CTest by its own name. LINKS names the libraries under test. With GUI the program
+# has one QApplication on the offscreen platform.
 function(korvel_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS;ENVIRONMENT")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "GUI" "" "SOURCES;LINKS;ENVIRONMENT")
+    set(support korvel_test_support)
+    if(arg_GUI)
+        set(support korvel_gui_test_support)
+    endif()
     add_executable(${name} ${arg_SOURCES})
-    target_link_libraries(${name} PRIVATE ${arg_LINKS} korvel_test_support korvel_settings)
+    target_link_libraries(${name} PRIVATE ${arg_LINKS} ${support} korvel_settings)
     target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
     target_compile_definitions(${name} PRIVATE
         KORVEL_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data" KORVEL_SOURCE_DIR="${PROJECT_SOURCE_DIR}")

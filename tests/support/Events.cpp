@@ -1,0 +1,62 @@
+#include "support/Events.h"
+
+#include <QApplication>
+#include <QTest>
+#include <QWheelEvent>
+#include <QWidget>
+#include <QWindow>
+
+namespace {
+
+QWindow& windowOf(QWidget& widget) {
+    return *widget.window()->windowHandle();
+}
+
+QPoint inWindow(QWidget& widget, QPoint point) {
+    return widget.mapTo(widget.window(), point);
+}
+
+void sendWheel(QWidget& widget, QPoint pixels, QPoint angle) {
+    const QPointF middle = QRectF(widget.rect()).center();
+    QWheelEvent event(middle, widget.mapToGlobal(middle), pixels, angle, Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&widget, &event);
+}
+
+} // namespace
+
+void support::press(QWidget& widget, QPoint point, Qt::MouseButton button) {
+    QTest::mousePress(&windowOf(widget), button, {}, inWindow(widget, point));
+}
+
+void support::drag(QWidget& widget, QPoint point) {
+    QTest::mouseMove(&windowOf(widget), inWindow(widget, point));
+}
+
+void support::release(QWidget& widget, QPoint point, Qt::MouseButton button) {
+    QTest::mouseRelease(&windowOf(widget), button, {}, inWindow(widget, point));
+}
+
+void support::click(QWidget& widget, QPoint point, Qt::MouseButton button) {
+    QTest::mouseClick(&windowOf(widget), button, {}, inWindow(widget, point));
+}
+
+void support::doubleClick(QWidget& widget, QPoint point) {
+    QTest::mouseDClick(&windowOf(widget), Qt::LeftButton, {}, inWindow(widget, point));
+}
+
+void support::click(QWidget& widget) {
+    click(widget, widget.rect().center());
+}
+
+void support::turnWheel(QWidget& widget, int angle) {
+    sendWheel(widget, {}, {0, angle});
+}
+
+void support::scrollPixels(QWidget& widget, int pixels) {
+    sendWheel(widget, {0, pixels}, {0, pixels});
+}
+
+void support::pressKey(QWidget& widget, Qt::Key key) {
+    QTest::keyClick(&widget, key);
+}

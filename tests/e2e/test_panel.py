@@ -99,6 +99,7 @@ class WithoutScreen(unittest.TestCase):
     def run_panel(self, *options):
         env = {name: value for name, value in os.environ.items()
                if name not in ("DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM")}
+        env["XDG_RUNTIME_DIR"] = str(self.folder)  # Qt says a line of its own where a session has none
         return subprocess.run([PANEL, "--containers", self.container.containers, *options], env=env,
                               stdin=subprocess.DEVNULL, capture_output=True, text=True, timeout=60)
 

@@ -99,7 +99,9 @@ def scripts(tree):
         checked = subprocess.run(["bash", "-n", path], capture_output=True, text=True)
         if checked.returncode != 0:
             yield f"{name}: {checked.stderr.strip()}"
-        if not re.search(r"^set -eu(o pipefail)?$", path.read_text(encoding="utf-8"), re.MULTILINE):
+        text = path.read_text(encoding="utf-8")
+        commands = [line for line in text.splitlines() if line and not line.startswith("#")]
+        if len(commands) > 1 and not re.search(r"^set -eu(o pipefail)?$", text, re.MULTILINE):
             yield f"{name}: no 'set -eu'"
         if not path.stat().st_mode & 0o100:
             yield f"{name}: cannot be executed"

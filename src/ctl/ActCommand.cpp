@@ -6,7 +6,6 @@
 #include "exchange/SharedSettings.h"
 #include "exchange/Text.h"
 #include "exchange/TodayWidgetLogic.h"
-#include "platform/plist/Writer.h"
 #include "platform/storage/Files.h"
 
 #include <algorithm>
@@ -61,16 +60,15 @@ std::size_t recordsIn(const std::string& file) {
 }
 
 // What the feed must be after a logged action, or the fault over which the widget would end.
-std::variant<plist::Array, exchange::FeedFault> expectedFeed(const TodayTransaction& transaction,
-                                                             Action action) {
-    const std::optional<plist::Array> records = exchange::arrayFromFile(exchange::feedFile(containerPath()));
-    if (!records)
+exchange::RewrittenFeed expectedFeed(const TodayTransaction& transaction, Action action) {
+    const std::optional<std::string> bytes = platform::readFile(exchange::feedFile(containerPath()));
+    if (!bytes)
         return exchange::FeedFault{exchange::FeedFault::What::Unreadable, 0, {}};
     using exchange::ActionType;
     const ActionType type = action.isPaid()    ? ActionType::Paid
                             : action.isLater() ? ActionType::Later
                                                : ActionType::Delete;
-    return exchange::rewriteRecords(*records, type, transaction, action.value());
+    return exchange::rewriteFeed(*bytes, type, transaction, action.value());
 }
 
 // The widget ignores what cannot be written; who runs a command is told.
@@ -78,7 +76,7 @@ int performLogged(const TodayTransaction& transaction, Action action, Streams& s
     const std::string feed = exchange::feedFile(containerPath());
     const std::string folder = exchange::accountFolder(containerPath(), exchange::accountKey());
     const std::string log = exchange::actionLogFile(folder);
-    auto expected = expectedFeed(transaction, action);
+    const exchange::RewrittenFeed expected = expectedFeed(transaction, action);
     if (const auto* fault = std::get_if<exchange::FeedFault>(&expected))
         return failed(streams, feed, exchange::describe(*fault));
 
@@ -86,7 +84,7 @@ int performLogged(const TodayTransaction& transaction, Action action, Streams& s
     TodayWidgetLogic::performTransactionAction(transaction, action, nullptr);
     if (recordsIn(log) != loggedBefore + 1)
         return failed(streams, log, "the action could not be logged");
-    const auto bytes = plist::writeXml(plist::Value(std::get<plist::Array>(std::move(expected))));
+    const auto& bytes = std::get<std::optional<std::string>>(expected);
     if (!bytes || platform::readFile(feed) != bytes)
         return failed(streams, feed, "the feed could not be rewritten; the action is logged");
     return Done;

@@ -8,6 +8,7 @@
 #include "platform/plist/Writer.h"
 #include "platform/storage/Files.h"
 
+#include <algorithm>
 #include <istream>
 #include <iterator>
 #include <limits>
@@ -33,34 +34,44 @@ std::string recordName(std::size_t index) {
     return "record " + std::to_string(index + 1);
 }
 
-// Turns the texts that stand for dates to the numbers that the feed holds, and checks all that the widget
-// looks at. A sentence where something is wrong.
-std::string prepare(plist::Array& records) {
+constexpr std::string_view dateKey = exchange::feedKeys[static_cast<std::size_t>(exchange::FeedKey::Date)];
+
+// Turns the texts that stand for dates to the numbers that the feed holds. A sentence where one is no date.
+std::string readDates(plist::Array& records) {
     for (std::size_t index = 0; index < records.size(); ++index) {
         const plist::Dictionary* object = records[index].dictionary();
-        const plist::Value* date = object ? object->find(exchange::feed::date) : nullptr;
+        const plist::Value* date = object ? object->find(dateKey) : nullptr;
         if (!date || !date->string())
             continue;
         const std::optional<double> moment = momentOfText(*date->string());
         if (!moment)
             return recordName(index) + ": \"date\" is no date: " + *date->string();
         plist::Dictionary record = *object;
-        record.set(std::string(exchange::feed::date), plist::Value(*moment));
+        record.set(std::string(dateKey), plist::Value(*moment));
         records[index] = plist::Value(std::move(record));
     }
+    return {};
+}
+
+// Whether the widget could read every record of a feed: the fault over which it would end.
+std::optional<exchange::FeedFault> faultIn(const std::string& bytes) {
     constexpr double noLimit = std::numeric_limits<double>::infinity();
-    const exchange::FeedReading reading = exchange::transactionsOfRecords(records, noLimit);
+    const exchange::FeedReading reading = exchange::transactionsOfFeed(bytes, noLimit);
     const auto* fault = std::get_if<exchange::FeedFault>(&reading);
-    return fault ? exchange::describe(*fault) : std::string();
+    return fault ? std::optional(*fault) : std::nullopt;
 }
 
 // The first value that has no XML form, in words.
 std::string unwritable(const plist::Array& records) {
-    for (std::size_t index = 0; index < records.size(); ++index)
-        for (const auto& [key, value] : records[index].dictionary()->entries())
-            if (!plist::writeXml(value))
-                return recordName(index) + ": \"" + key + "\" holds a null, which a property list cannot";
-    return "a property list cannot hold it";
+    const auto isUnwritable = [](const plist::Value& value) { return !plist::writeXml(value); };
+    const auto found = std::find_if(records.begin(), records.end(), isUnwritable);
+    const std::string record = recordName(static_cast<std::size_t>(found - records.begin()));
+    const plist::Dictionary* object = found->dictionary();
+    if (!object)
+        return record + " is not a dictionary";
+    const auto entry = std::find_if(object->entries().begin(), object->entries().end(),
+                                    [&](const auto& candidate) { return isUnwritable(candidate.second); });
+    return record + ": \"" + entry->first + "\" holds a null, which a property list cannot";
 }
 
 bool isReadable(const std::string& bytes) {
@@ -98,13 +109,15 @@ int publish(const Options& options, Streams& streams) {
     if (!array)
         return failed(streams, place, "it is no array");
     plist::Array records = *array;
-    if (const std::string fault = prepare(records); !fault.empty())
+    if (const std::string fault = readDates(records); !fault.empty())
         return failed(streams, place, fault);
     const std::optional<std::string> bytes = plist::writeXml(plist::Value(records));
     if (!bytes)
         return failed(streams, place, unwritable(records));
     if (!isReadable(*bytes))
         return failed(streams, place, "a text holds a character that a property list cannot");
+    if (const auto fault = faultIn(*bytes))
+        return failed(streams, place, exchange::describe(*fault));
     return writeFeed(*bytes, streams);
 }
 

@@ -2,6 +2,8 @@
 
 #include "exchange/Days.h"
 #include "exchange/SharedFiles.h"
+#include "platform/plist/RecordReader.h"
+#include "platform/storage/Files.h"
 
 #include <algorithm>
 #include <cmath>
@@ -18,14 +20,14 @@ namespace {
 // In the order of the lookups that the feed's layout fixes.
 TodayTransactionPtr transactionOfRecord(FeedRecord& record) {
     TodayTransaction::Values values;
-    values.name = record.text(feed::name);
-    values.date = record.number(feed::date);
-    values.imageName = record.text(feed::image);
-    values.amount = record.text(feed::amount);
-    values.isIncome = record.truth(feed::income);
-    values.isExpense = record.truth(feed::expense);
-    values.planPK = record.text(feed::planpk);
-    values.isSinglePlan = record.truth(feed::single);
+    values.name = record.text(FeedKey::Name);
+    values.date = record.number(FeedKey::Date);
+    values.imageName = record.text(FeedKey::Image);
+    values.amount = record.text(FeedKey::Amount);
+    values.isIncome = record.truth(FeedKey::Income);
+    values.isExpense = record.truth(FeedKey::Expense);
+    values.planPK = record.text(FeedKey::Planpk);
+    values.isSinglePlan = record.truth(FeedKey::Single);
     return std::make_shared<TodayTransaction>(std::move(values));
 }
 
@@ -44,19 +46,23 @@ std::variant<double, FeedFault> limitForDayCount(std::int64_t dayCount) {
     return *dayAfter - 1.0;
 }
 
-FeedReading transactionsOfRecords(const plist::Array& records, double limit) {
+FeedReading transactionsOfFeed(std::string_view bytes, double limit) {
     std::vector<TodayTransactionPtr> transactions;
-    for (std::size_t index = 0; index < records.size(); ++index) {
-        FeedRecord record(records[index], index);
-        const double date = record.number(feed::date);
-        TodayTransactionPtr transaction;
+    std::optional<FeedFault> fault;
+    std::size_t index = 0;
+    const auto visit = [&](const plist::Record& element) {
+        FeedRecord record(element, index++);
+        const double date = record.number(FeedKey::Date);
         if (!record.fault() && !(limit < date))
-            transaction = transactionOfRecord(record);
-        if (record.fault())
-            return *record.fault();
-        if (transaction)
-            transactions.push_back(std::move(transaction));
-    }
+            transactions.push_back(transactionOfRecord(record));
+        fault = record.fault();
+        return !fault;
+    };
+    const plist::RecordsOutcome outcome = plist::visitRecords(bytes, feedKeys, visit);
+    if (outcome == plist::RecordsOutcome::NoArray)
+        return std::vector<TodayTransactionPtr>();
+    if (fault)
+        return *fault;
     std::stable_sort(transactions.begin(), transactions.end(), isEarlier);
     return transactions;
 }
@@ -65,8 +71,10 @@ FeedReading readFeed(const std::string& container, std::int64_t dayCount) {
     const std::variant<double, FeedFault> limit = limitForDayCount(dayCount);
     if (const auto* fault = std::get_if<FeedFault>(&limit))
         return *fault;
-    const std::optional<plist::Array> records = arrayFromFile(feedFile(container));
-    return transactionsOfRecords(records.value_or(plist::Array()), std::get<double>(limit));
+    const std::optional<std::string> bytes = platform::readFile(feedFile(container));
+    if (!bytes)
+        return std::vector<TodayTransactionPtr>();
+    return transactionsOfFeed(*bytes, std::get<double>(limit));
 }
 
 } // namespace exchange

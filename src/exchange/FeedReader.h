@@ -2,10 +2,10 @@
 
 #include "exchange/FeedRecord.h"
 #include "model/TodayTransaction.h"
-#include "platform/plist/Value.h"
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -20,9 +20,10 @@ using FeedReading = std::variant<std::vector<TodayTransactionPtr>, FeedFault>;
 // on a month's last day a count of 0 gives the end of the day before the month began.
 [[nodiscard]] std::variant<double, FeedFault> limitForDayCount(std::int64_t dayCount);
 
-// The records that are due at or before the limit, by date: equal dates in file order, a NaN last. A record
-// whose date is NaN is never past the limit. Of a record past the limit nothing but its date is looked at.
-[[nodiscard]] FeedReading transactionsOfRecords(const platform::plist::Array& records, double limit);
+// The records of a feed's bytes that are due at or before the limit, by date: equal dates in file order, a
+// NaN last. A record whose date is NaN is never past the limit. Of a record past the limit nothing but its
+// date is looked at. What is no property list, or one whose root is no array, has none.
+[[nodiscard]] FeedReading transactionsOfFeed(std::string_view bytes, double limit);
 
 // The transactions of a container's feed up to the limit of a day count. No feed, an unreadable one, or one
 // whose root is no array yields none. The limit is computed before the feed is read.

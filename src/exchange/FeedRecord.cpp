@@ -43,61 +43,44 @@ std::string describe(const FeedFault& fault) {
     return sentence.append(words);
 }
 
-FeedRecord::FeedRecord(const plist::Value& element, std::size_t index)
-    : dictionary_(element.dictionary())
+FeedRecord::FeedRecord(const plist::Record& record, std::size_t index)
+    : record_(record)
     , index_(index) {
-    if (!dictionary_)
-        fail(What::NotADictionary, {});
+    if (!record_.isDictionary())
+        fault_ = FeedFault{What::NotADictionary, index_, {}};
 }
 
-double FeedRecord::number(std::string_view key) {
-    const plist::Value* value = find(key);
-    if (!value)
-        return 0;
-    const std::optional<double> number = plist::numberOf(*value);
+double FeedRecord::number(FeedKey key) {
+    const auto number = fault_ ? std::nullopt : record_.number(static_cast<std::size_t>(key));
     if (!number)
         fail(What::NotANumber, key);
     return number.value_or(0);
 }
 
-std::string_view FeedRecord::string(std::string_view key) {
-    const plist::Value* value = find(key);
-    if (!value)
-        return {};
-    const std::string* string = value->string();
-    if (!string) {
+std::string_view FeedRecord::string(FeedKey key) {
+    const auto string = fault_ ? std::nullopt : record_.string(static_cast<std::size_t>(key));
+    if (!string)
         fail(What::NotAString, key);
-        return {};
-    }
-    return *string;
+    return string.value_or(std::string_view());
 }
 
-QString FeedRecord::text(std::string_view key) {
+QString FeedRecord::text(FeedKey key) {
     return textFromUtf8(string(key));
 }
 
-bool FeedRecord::truth(std::string_view key) {
-    const plist::Value* value = find(key);
-    if (!value)
-        return false;
-    const std::optional<bool> truth = plist::truthOf(*value);
+bool FeedRecord::truth(FeedKey key) {
+    const auto truth = fault_ ? std::nullopt : record_.truth(static_cast<std::size_t>(key));
     if (!truth)
         fail(What::NotATruthValue, key);
     return truth.value_or(false);
 }
 
-const plist::Value* FeedRecord::find(std::string_view key) {
-    if (!dictionary_)
-        return nullptr;
-    const plist::Value* value = dictionary_->find(key);
-    if (!value)
-        fail(What::Missing, key);
-    return value;
-}
-
-void FeedRecord::fail(What what, std::string_view key) {
-    if (!fault_)
-        fault_ = FeedFault{what, index_, key};
+// A key that is absent is told from one whose value is of another kind.
+void FeedRecord::fail(What what, FeedKey key) {
+    if (fault_)
+        return;
+    const auto place = static_cast<std::size_t>(key);
+    fault_ = FeedFault{record_.has(place) ? what : What::Missing, index_, feedKeys[place]};
 }
 
 } // namespace exchange

@@ -1,9 +1,10 @@
 #pragma once
 
-#include "platform/plist/Value.h"
+#include "platform/plist/RecordReader.h"
 
 #include <QString>
 
+#include <array>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -11,17 +12,19 @@
 
 namespace exchange {
 
-// The keys of a feed record.
-namespace feed {
-inline constexpr std::string_view date = "date";       // number, seconds since 1970-01-01 00:00 UTC
-inline constexpr std::string_view name = "name";       // string
-inline constexpr std::string_view image = "image";     // string
-inline constexpr std::string_view amount = "amount";   // string
-inline constexpr std::string_view income = "income";   // boolean or number
-inline constexpr std::string_view expense = "expense"; // boolean or number
-inline constexpr std::string_view planpk = "planpk";   // string
-inline constexpr std::string_view single = "single";   // boolean or number
-} // namespace feed
+// The keys of a feed record, by their places in feedKeys.
+enum class FeedKey : std::size_t {
+    Date,    // number, seconds since 1970-01-01 00:00 UTC
+    Name,    // string
+    Image,   // string
+    Amount,  // string
+    Income,  // boolean or number
+    Expense, // boolean or number
+    Planpk,  // string
+    Single   // boolean or number
+};
+inline constexpr std::array<std::string_view, 8> feedKeys = {"date",   "name",    "image",  "amount",
+                                                             "income", "expense", "planpk", "single"};
 
 // Why a feed cannot be used. The widget ends over it; the companion names it.
 struct FeedFault {
@@ -38,7 +41,7 @@ struct FeedFault {
 
     What what = What::NotADictionary;
     std::size_t record = 0; // from 0
-    std::string_view key;   // one of the names above
+    std::string_view key;   // one of feedKeys
 
     bool operator==(const FeedFault&) const = default;
 };
@@ -46,25 +49,25 @@ struct FeedFault {
 // The fault in words, records counted from 1: `record 3: "amount" is missing`.
 [[nodiscard]] std::string describe(const FeedFault& fault);
 
-// One element of the feed's array while it is looked at. Values are checked when they are looked up and not
+// One element of the feed's array while it is visited. Values are checked when they are looked up and not
 // before, so what nobody asks for may be absent or of any kind. The first lookup that fails sets the fault;
 // a lookup that fails gives an empty value.
 class FeedRecord final {
 public:
-    FeedRecord(const platform::plist::Value& element, std::size_t index);
+    // The record must have been visited with feedKeys.
+    FeedRecord(const platform::plist::Record& record, std::size_t index);
 
-    [[nodiscard]] double number(std::string_view key);
-    [[nodiscard]] std::string_view string(std::string_view key); // UTF-8, as long as the element lives
-    [[nodiscard]] QString text(std::string_view key);
-    [[nodiscard]] bool truth(std::string_view key);
+    [[nodiscard]] double number(FeedKey key);
+    [[nodiscard]] std::string_view string(FeedKey key); // UTF-8, valid as long as the visit lasts
+    [[nodiscard]] QString text(FeedKey key);
+    [[nodiscard]] bool truth(FeedKey key);
 
     [[nodiscard]] const std::optional<FeedFault>& fault() const { return fault_; }
 
 private:
-    const platform::plist::Value* find(std::string_view key);
-    void fail(FeedFault::What what, std::string_view key);
+    void fail(FeedFault::What what, FeedKey key);
 
-    const platform::plist::Dictionary* dictionary_;
+    const platform::plist::Record& record_;
     std::size_t index_;
     std::optional<FeedFault> fault_;
 };

@@ -2,10 +2,7 @@
 
 #include "exchange/Days.h"
 #include "exchange/Text.h"
-
-#include <optional>
-#include <string>
-#include <utility>
+#include "platform/plist/RecordReader.h"
 
 namespace exchange {
 
@@ -13,41 +10,67 @@ namespace plist = platform::plist;
 
 namespace {
 
-std::optional<plist::Value> movedRecord(const plist::Value& record, std::int64_t days) {
-    const std::optional<double> date = startOfDayFromToday(days);
-    if (!date)
-        return std::nullopt;
-    plist::Dictionary moved = *record.dictionary();
-    moved.set(std::string(feed::date), plist::Value(*date));
-    return plist::Value(std::move(moved));
-}
+using plist::RecordEdit;
+
+// What becomes of each record, one after the other, until the first fault.
+class Rewriter final {
+public:
+    Rewriter(ActionType type, const TodayTransaction& item, std::int64_t parameter)
+        : type_(type)
+        , planKey_(utf8FromText(item.planPrimaryKey))
+        , itemDate_(item.date)
+        , parameter_(parameter) {}
+
+    RecordEdit edit(const plist::Record& element) {
+        FeedRecord record(element, index_++);
+        const bool isSamePlan = record.string(FeedKey::Planpk) == planKey_;
+        const double date = isSamePlan ? record.number(FeedKey::Date) : 0;
+        fault_ = record.fault();
+        if (fault_)
+            return RecordEdit::stop();
+        if (!isSamePlan)
+            return RecordEdit::keep();
+        return date == itemDate_ ? actedOn() : sibling(date);
+    }
+
+    [[nodiscard]] const std::optional<FeedFault>& fault() const { return fault_; }
+
+private:
+    RecordEdit actedOn() {
+        if (type_ != ActionType::Later)
+            return RecordEdit::drop();
+        const std::optional<double> date = startOfDayFromToday(parameter_);
+        if (date)
+            return RecordEdit::replace(static_cast<std::size_t>(FeedKey::Date), *date);
+        fault_ = FeedFault{FeedFault::What::NoDate, 0, {}};
+        return RecordEdit::stop();
+    }
+
+    [[nodiscard]] RecordEdit sibling(double date) const {
+        const bool dropsLater = type_ == ActionType::Delete && parameter_ == 1;
+        return !dropsLater || date < itemDate_ ? RecordEdit::keep() : RecordEdit::drop();
+    }
+
+    ActionType type_;
+    std::string planKey_;
+    double itemDate_;
+    std::int64_t parameter_;
+    std::size_t index_ = 0;
+    std::optional<FeedFault> fault_;
+};
 
 } // namespace
 
-std::variant<plist::Array, FeedFault> rewriteRecords(const plist::Array& records, ActionType type,
-                                                     const TodayTransaction& item, std::int64_t parameter) {
-    const std::string planKey = utf8FromText(item.planPrimaryKey);
-    const bool dropsLater = type == ActionType::Delete && parameter == 1;
-    plist::Array kept;
-    kept.reserve(records.size());
-    for (std::size_t index = 0; index < records.size(); ++index) {
-        FeedRecord record(records[index], index);
-        const bool isSamePlan = record.string(feed::planpk) == planKey;
-        const double date = isSamePlan && !record.fault() ? record.number(feed::date) : 0;
-        if (record.fault())
-            return *record.fault();
-        if (isSamePlan && date == item.date) {
-            if (type != ActionType::Later)
-                continue;
-            std::optional<plist::Value> moved = movedRecord(records[index], parameter);
-            if (!moved)
-                return FeedFault{FeedFault::What::NoDate, 0, {}};
-            kept.push_back(std::move(*moved));
-        } else if (!isSamePlan || !dropsLater || date < item.date) {
-            kept.push_back(records[index]);
-        }
-    }
-    return kept;
+RewrittenFeed rewriteFeed(std::string_view bytes, ActionType type, const TodayTransaction& item,
+                          std::int64_t parameter) {
+    Rewriter rewriter(type, item, parameter);
+    plist::RewrittenRecords rewritten = plist::rewriteRecords(
+        bytes, feedKeys, [&](const plist::Record& element) { return rewriter.edit(element); });
+    if (rewritten.outcome == plist::RecordsOutcome::NoArray)
+        return FeedFault{FeedFault::What::Unreadable, 0, {}};
+    if (rewriter.fault())
+        return *rewriter.fault();
+    return std::move(rewritten.xml);
 }
 
 } // namespace exchange

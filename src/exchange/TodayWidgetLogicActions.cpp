@@ -36,15 +36,18 @@ void appendToLog(const std::string& accountFolder, plist::Value record) {
     exchange::writeArray(log, std::move(records));
 }
 
+// Fatal where the feed cannot be read or breaks its layout; a failure to write it is soft.
 void rewriteFeed(const std::string& feed, ActionType type, const TodayTransaction& item,
                  std::int64_t parameter) {
-    const std::optional<plist::Array> records = exchange::arrayFromFile(feed);
-    if (!records)
+    const std::optional<std::string> bytes = platform::readFile(feed);
+    if (!bytes)
         platform::fatal();
-    auto rewritten = exchange::rewriteRecords(*records, type, item, parameter);
-    if (std::holds_alternative<exchange::FeedFault>(rewritten))
+    const exchange::RewrittenFeed rewritten = exchange::rewriteFeed(*bytes, type, item, parameter);
+    const auto* xml = std::get_if<std::optional<std::string>>(&rewritten);
+    if (!xml)
         platform::fatal();
-    exchange::writeArray(feed, std::get<plist::Array>(std::move(rewritten)));
+    if (*xml)
+        static_cast<void>(platform::replaceFile(feed, **xml));
 }
 
 } // namespace

@@ -87,6 +87,7 @@ TEST_F(PublishTest, refusesWhatIsNoDate) {
 TEST_F(PublishTest, refusesWhatAFeedCannotHold) {
     expectRefused("[{\"date\": 1, \"note\": [null], " + rest + "}]",
                   ": record 1: \"note\" holds a null, which a property list cannot");
+    expectRefused("[" + objectDated("1") + ", null]", ": record 2 is not a dictionary");
     expectRefused("{}", ": it is no array");
 }
 

@@ -1,6 +1,7 @@
 #include "exchange/ExchangeTest.h"
 #include "exchange/FeedReader.h"
 #include "exchange/TodayWidgetLogic.h"
+#include "platform/plist/Writer.h"
 
 #include <csignal>
 #include <limits>
@@ -46,7 +47,8 @@ TEST_P(FeedDeathTest, endsTheProcess) {
 
 TEST_P(FeedDeathTest, isNamedByTheReader) {
     const plist::Array records{plist::Value(recordOf("good", tenthOfMarch)), GetParam().record};
-    const FeedReading reading = transactionsOfRecords(records, tenthOfMarch);
+    const std::string bytes = plist::writeXml(plist::Value(records)).value();
+    const FeedReading reading = transactionsOfFeed(bytes, tenthOfMarch);
     ASSERT_TRUE(std::holds_alternative<FeedFault>(reading));
     EXPECT_EQ(std::get<FeedFault>(reading), GetParam().fault);
 }

@@ -1,33 +1,56 @@
 #include "exchange/FeedRecord.h"
+
 #include "exchange/ExchangeTest.h"
+#include <functional>
 
 namespace exchange {
 namespace {
 
 using What = FeedFault::What;
 
+// Visits the one record of an array.
+void visitOne(const std::string& element, const std::function<void(FeedRecord&)>& look, std::size_t index) {
+    int visits = 0;
+    const auto outcome = plist::visitRecords(arrayFile(element), feedKeys, [&](const plist::Record& record) {
+        FeedRecord feedRecord(record, index);
+        look(feedRecord);
+        return ++visits > 0;
+    });
+    EXPECT_EQ(outcome, plist::RecordsOutcome::Complete);
+    EXPECT_EQ(visits, 1);
+}
+
 TEST(FeedRecordTest, looksAtNothingThatIsNotAskedFor) {
-    const plist::Value element = with(plist::Dictionary(), "date", plist::Value(1.5));
-    FeedRecord record(element, 0);
-    EXPECT_EQ(record.number(feed::date), 1.5);
-    EXPECT_FALSE(record.fault());
+    visitOne(
+        "<dict><key>date</key><real>1.5</real><key>name</key><true/></dict>",
+        [](FeedRecord& record) {
+            EXPECT_EQ(record.number(FeedKey::Date), 1.5);
+            EXPECT_FALSE(record.fault());
+        },
+        0);
 }
 
 TEST(FeedRecordTest, keepsTheFirstFault) {
-    const plist::Value element = with(plist::Dictionary(), "date", plist::Value("soon"));
-    FeedRecord record(element, 4);
-    EXPECT_EQ(record.number(feed::date), 0);
-    EXPECT_TRUE(record.text(feed::name).isEmpty());
-    EXPECT_EQ(record.fault(), (FeedFault{What::NotANumber, 4, "date"}));
+    visitOne(
+        "<dict><key>date</key><string>soon</string></dict>",
+        [](FeedRecord& record) {
+            EXPECT_EQ(record.number(FeedKey::Date), 0);
+            EXPECT_TRUE(record.text(FeedKey::Name).isEmpty());
+            EXPECT_EQ(record.fault(), (FeedFault{What::NotANumber, 4, "date"}));
+        },
+        4);
 }
 
 TEST(FeedRecordTest, givesEmptyValuesWhereThereIsNoDictionary) {
-    const plist::Value element(std::int64_t(1));
-    FeedRecord record(element, 2);
-    EXPECT_EQ(record.number(feed::date), 0);
-    EXPECT_FALSE(record.truth(feed::single));
-    EXPECT_EQ(record.string(feed::planpk), "");
-    EXPECT_EQ(record.fault(), (FeedFault{What::NotADictionary, 2, {}}));
+    visitOne(
+        "<integer>1</integer>",
+        [](FeedRecord& record) {
+            EXPECT_EQ(record.number(FeedKey::Date), 0);
+            EXPECT_FALSE(record.truth(FeedKey::Single));
+            EXPECT_EQ(record.string(FeedKey::Planpk), "");
+            EXPECT_EQ(record.fault(), (FeedFault{What::NotADictionary, 2, {}}));
+        },
+        2);
 }
 
 struct Words {

@@ -10,8 +10,8 @@
 namespace platform {
 
 // The bytes of a regular file, read (never mapped: a host may truncate it under us). None where it is absent,
-// forbidden, no regular file (a folder, a fifo: opening one must not hang) or fails on the way; `error` then
-// says why where it is given.
+// forbidden, no regular file (a folder, a fifo: opening one must not hang), longer than 1 GiB, or fails on
+// the way; `error` then says why where it is given.
 [[nodiscard]] std::optional<std::string> readFile(const std::string& path, std::error_code* error = nullptr);
 
 // Replaces or makes a file so that a reader, or a crash at any moment, finds the whole old content or the

@@ -5,12 +5,15 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <memory>
 #include <optional>
 #include <string_view>
 #include <sys/stat.h>
+#include <utility>
 
 namespace platform {
 
@@ -112,23 +115,39 @@ std::string findSystemZone() {
     return isKnownToIcu(name) ? name : utc;
 }
 
-// The walk through links, or through all zone files, is made again only when another file stands behind
-// /etc/localtime.
+// What tells one file behind /etc/localtime from another.
+struct Identity {
+    dev_t device = 0;
+    ino_t node = 0;
+    time_t changed = 0;
+    long changedNanoseconds = 0;
+    bool operator==(const Identity&) const = default;
+};
+
+Identity identityOfLocalTime() {
+    struct stat file {};
+    if (stat(localTimePath, &file) != 0)
+        return {};
+    return {file.st_dev, file.st_ino, file.st_ctim.tv_sec, file.st_ctim.tv_nsec};
+}
+
+// Whether a twentieth of a second has passed since this was last true. The clock costs no system call.
+bool isTimeToLook() {
+    static std::int64_t last = -1;
+    timespec time{};
+    clock_gettime(CLOCK_MONOTONIC_COARSE, &time);
+    const std::int64_t now = std::int64_t{time.tv_sec} * 20 + time.tv_nsec / 50'000'000;
+    return std::exchange(last, now) != now;
+}
+
+// A list of rows asks for the zone once for each; the file is looked at once for them all. The walk through
+// links, or through all zone files, is made again only when another file stands there.
 std::string systemZone() {
-    struct Identity {
-        dev_t device = 0;
-        ino_t node = 0;
-        time_t changed = 0;
-        long changedNanoseconds = 0;
-        bool operator==(const Identity&) const = default;
-    };
     static Identity known;
     static std::string zone;
-
-    struct stat file {};
-    Identity identity;
-    if (stat(localTimePath, &file) == 0)
-        identity = {file.st_dev, file.st_ino, file.st_ctim.tv_sec, file.st_ctim.tv_nsec};
+    if (!zone.empty() && !isTimeToLook())
+        return zone;
+    const Identity identity = identityOfLocalTime();
     if (zone.empty() || identity != known) {
         known = identity;
         zone = findSystemZone();

@@ -154,7 +154,7 @@ TEST(WrappingTest, wrapsAroundTheMonthThatLacksDays) {
 TEST(WrappingTest, aWholeTurnLeavesEveryDayOfEveryCalendar) {
     for (const char* calendar : calendars) {
         const RegionOverride region({localeWith(calendar), "UTC"});
-        for (double date = utc(2023, 1, 1, 12); date < utc(2026, 1, 1); date += 7 * day)
+        for (double date = utc(2023, 1, 1, 12); date < utc(2025, 1, 1); date += 29 * day)
             for (const std::int64_t days : {std::int64_t{5}, largest, smallest}) {
                 const auto moved = Calendar::dateByAddingDaysWrapping(date, days);
                 ASSERT_TRUE(moved);

@@ -99,6 +99,23 @@ std::size_t skipIntegerSpace(std::string_view text, std::size_t at) {
     return at;
 }
 
+// The usual spelling: up to 18 decimal digits, which cannot overflow, after a minus or nothing.
+std::optional<std::int64_t> plainInteger(std::string_view text) {
+    constexpr std::size_t mostDigits = 18;
+    const bool isNegative = text.starts_with('-');
+    const std::string_view digits = text.substr(isNegative ? 1 : 0);
+    if (digits.empty() || digits.size() > mostDigits)
+        return std::nullopt;
+    std::int64_t value = 0;
+    for (const char c : digits) {
+        const auto digit = static_cast<unsigned char>(c - '0');
+        if (digit > 9)
+            return std::nullopt;
+        value = value * 10 + digit;
+    }
+    return isNegative ? -value : value;
+}
+
 int hexadecimalDigit(char c) {
     if (isDigit(c))
         return c - '0';
@@ -109,7 +126,9 @@ int hexadecimalDigit(char c) {
 } // namespace
 
 std::optional<double> parseReal(std::string_view text) {
-    std::string_view number = text.substr(realSpaceLength(text));
+    std::string_view number = text;
+    if (number.empty() || !isDigit(number.front()))
+        number.remove_prefix(realSpaceLength(number));
     const bool hasPlus = number.starts_with('+');
     if (hasPlus)
         number.remove_prefix(1);
@@ -130,6 +149,8 @@ std::optional<double> parseReal(std::string_view text) {
 }
 
 IntegerText parseInteger(std::string_view text) {
+    if (const std::optional<std::int64_t> value = plainInteger(text))
+        return {{static_cast<std::uint64_t>(*value), false}};
     const auto fault = [](const char* message, std::size_t offset) {
         return IntegerText{{}, message, offset};
     };

@@ -21,12 +21,31 @@ class Record final {
 public:
     // Nothing else may be asked of an element that is no dictionary.
     [[nodiscard]] bool isDictionary() const { return isDictionary_; }
-    [[nodiscard]] bool has(std::size_t key) const;
+    [[nodiscard]] bool has(std::size_t key) const {
+        return dictionary_ ? value(key) != nullptr : slots_[key].state != State::Absent;
+    }
     // As numberOf() and truthOf(): none where the key is absent or its value of another kind.
-    [[nodiscard]] std::optional<double> number(std::size_t key) const;
-    [[nodiscard]] std::optional<bool> truth(std::size_t key) const;
+    [[nodiscard]] std::optional<double> number(std::size_t key) const {
+        if (dictionary_)
+            return value(key) ? numberOf(*value(key)) : std::nullopt;
+        const Slot& slot = slots_[key];
+        const bool isNumber = slot.state == State::Number || slot.state == State::Boolean;
+        return isNumber ? std::optional(slot.number) : std::nullopt;
+    }
+    [[nodiscard]] std::optional<bool> truth(std::size_t key) const {
+        const std::optional<double> value = number(key);
+        return value ? std::optional(*value != 0.0) : std::nullopt;
+    }
     // A view into the list, or into a buffer of the reader's.
-    [[nodiscard]] std::optional<std::string_view> string(std::size_t key) const;
+    [[nodiscard]] std::optional<std::string_view> string(std::size_t key) const {
+        if (dictionary_) {
+            const Value* const content = value(key);
+            return content && content->string() ? std::optional<std::string_view>(*content->string())
+                                                : std::nullopt;
+        }
+        const Slot& slot = slots_[key];
+        return slot.state == State::Text ? std::optional(slot.text.in(*buffer_)) : std::nullopt;
+    }
 
 private:
     friend class RecordWalk;
@@ -36,6 +55,8 @@ private:
         double number = 0; // of a boolean too
         XmlText text;
     };
+
+    [[nodiscard]] const Value* value(std::size_t key) const { return dictionary_->find(keys_[key]); }
 
     bool isDictionary_ = false;
     std::span<const Slot> slots_;

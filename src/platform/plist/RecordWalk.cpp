@@ -3,6 +3,7 @@
 #include "platform/plist/BinaryLayout.h"
 #include "platform/plist/Encoding.h"
 #include "platform/plist/Reader.h"
+#include "platform/plist/Swar.h"
 
 #include <algorithm>
 #include <bit>
@@ -13,6 +14,15 @@ namespace {
 
 using Found = XmlScanner::Found;
 
+constexpr std::string_view uidKey = "CF$UID";
+
+std::vector<std::string_view> withUidKey(std::span<const std::string_view> keys) {
+    std::vector<std::string_view> all(keys.begin(), keys.end());
+    if (std::find(all.begin(), all.end(), uidKey) == all.end())
+        all.push_back(uidKey);
+    return all;
+}
+
 bool beginsAsXml(std::string_view text) {
     const std::size_t first = text.find_first_not_of(" \t\r\n");
     return first != std::string_view::npos && text[first] == '<';
@@ -20,26 +30,40 @@ bool beginsAsXml(std::string_view text) {
 
 } // namespace
 
-WantedKeys::WantedKeys(std::span<const std::string_view> keys)
-    : keys_(keys) {
-    for (std::size_t i = 0; i < keys.size(); ++i)
-        byLength_[std::min(keys[i].size(), byLength_.size() - 1)] |= std::uint64_t{1} << i;
+// A key whose place is taken is not found by its spelling but by its text, which is only slower.
+WantedKeys::WantedKeys(std::vector<std::string_view> keys)
+    : keys_(std::move(keys)) {
+    for (std::size_t key = 0; key < keys_.size(); ++key) {
+        lengths_ |= std::uint64_t{1} << std::min<std::size_t>(keys_[key].size(), 63);
+        const std::string text = std::string(keys_[key]) + "</key>";
+        const bool isPlain = keys_[key].find_first_of("<&") == std::string_view::npos &&
+                             std::all_of(text.begin(), text.end(), [](char c) { return c > 0; });
+        if (text.size() < sizeof(std::uint64_t) || !isPlain)
+            continue;
+        const std::uint64_t first = loadWord(text.data());
+        std::uint8_t& place = places_[placeOf(first)];
+        if (place != 0)
+            continue;
+        spellings_.push_back({first, loadWord(text.data() + text.size() - sizeof first), text, key});
+        place = static_cast<std::uint8_t>(spellings_.size());
+    }
 }
 
 std::size_t WantedKeys::find(std::string_view text) const {
-    std::uint64_t candidates = byLength_[std::min(text.size(), byLength_.size() - 1)];
-    for (; candidates != 0; candidates &= candidates - 1) {
-        const auto index = static_cast<std::size_t>(std::countr_zero(candidates));
-        if (keys_[index] == text)
-            return index;
-    }
+    if ((lengths_ >> std::min<std::size_t>(text.size(), 63) & 1U) == 0)
+        return none;
+    for (std::size_t key = 0; key < keys_.size(); ++key)
+        if (keys_[key].size() == text.size() && keys_[key] == text)
+            return key;
     return none;
 }
 
 RecordWalk::RecordWalk(std::span<const std::string_view> keys, Purpose purpose)
-    : keys_(keys)
+    : wanted_(keys)
+    , keys_(withUidKey(keys))
     , purpose_(purpose)
-    , slots_(keys.size()) {}
+    , uidKey_(keys_.find(uidKey))
+    , slots_(keys_.size()) {}
 
 RecordsOutcome RecordWalk::run(std::string_view bytes, const Visit& visit) {
     visit_ = &visit;
@@ -119,33 +143,43 @@ bool RecordWalk::walkRecord(unsigned depth) {
     buffer_.clear();
     for (Record::Slot& slot : slots_)
         slot.state = Record::State::Absent;
-    // A dictionary whose one key is `CF$UID`, with a number, is no dictionary but a UID.
-    Record::Slot uid;
     bool hasOtherKeys = false;
     for (;;) {
+        std::size_t key = WantedKeys::none;
         XmlElement element;
-        Found found = scanner_.findElement(element);
-        if (found == Found::Fault)
-            return false;
+        const Found found = findKey(key);
         if (found == Found::CloseTag)
             break;
-        XmlText text;
-        if (!reader_.takeKey(element, buffer_, text) || scanner_.findElement(element) != Found::Element)
+        if (found == Found::Fault || scanner_.findElement(element) != Found::Element)
             return false;
-        const std::string_view key = text.in(buffer_);
-        const std::size_t index = keys_.find(key);
-        const bool isUidKey = key == "CF$UID";
-        hasOtherKeys = hasOtherKeys || !isUidKey;
-        Record::Slot* const slot = index != WantedKeys::none ? &slots_[index] : isUidKey ? &uid : nullptr;
-        if (!(slot ? readSlot(element, depth, *slot) : reader_.read(element, depth, nullptr)))
+        hasOtherKeys = hasOtherKeys || key != uidKey_;
+        const bool isRead = key == WantedKeys::none ? reader_.read(element, depth, nullptr)
+                                                    : readSlot(element, depth, slots_[key]);
+        if (!isRead)
             return false;
-        if (isUidKey)
-            uid.state = slot->state;
     }
     if (!scanner_.takeCloseTag(XmlTag::Dictionary))
         return false;
-    visitRecord(hasOtherKeys || uid.state != Record::State::Number);
+    // A dictionary whose one key is `CF$UID`, with a number, is no dictionary but a UID.
+    visitRecord(hasOtherKeys || slots_[uidKey_].state != Record::State::Number);
     return true;
+}
+
+// Any key, most often one that is not wanted.
+XmlScanner::Found RecordWalk::findOtherKey(bool isUsualTag, std::size_t& key) {
+    XmlElement element{XmlTag::Key, false};
+    if (isUsualTag) {
+        scanner_.passKey(0);
+    } else {
+        const Found found = scanner_.findElement(element);
+        if (found != Found::Element)
+            return found;
+    }
+    XmlText text;
+    if (!reader_.takeKey(element, buffer_, text))
+        return Found::Fault;
+    key = keys_.find(text.in(buffer_));
+    return Found::Element;
 }
 
 // A later value of the same key replaces the former.
@@ -192,7 +226,7 @@ void RecordWalk::visitRecord(bool isDictionary) {
     record.isDictionary_ = isDictionary;
     record.slots_ = slots_;
     record.buffer_ = &buffer_;
-    record.keys_ = keys_.keys();
+    record.keys_ = wanted_;
     hasStopped_ = !(*visit_)(record, nullptr);
 }
 
@@ -202,7 +236,7 @@ void RecordWalk::visitValue(const Value& value) {
     Record record;
     record.dictionary_ = value.dictionary();
     record.isDictionary_ = record.dictionary_ != nullptr;
-    record.keys_ = keys_.keys();
+    record.keys_ = wanted_;
     hasStopped_ = !(*visit_)(record, &value);
 }
 

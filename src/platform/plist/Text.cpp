@@ -1,13 +1,12 @@
 #include "platform/plist/Text.h"
 
+#include "platform/plist/Swar.h"
+
 #include <algorithm>
-#include <cstring>
 
 namespace platform::plist {
 
 namespace {
-
-constexpr std::uint64_t highBits = 0x8080808080808080U;
 
 unsigned char byteAt(std::string_view text, std::size_t offset) {
     return static_cast<unsigned char>(text[offset]);
@@ -65,20 +64,20 @@ std::int32_t unitAt(std::string_view text, std::size_t offset) {
 bool isUtf8(std::string_view bytes) {
     std::size_t at = 0;
     while (at < bytes.size()) {
-        std::uint64_t chunk = 0;
-        while (at + sizeof chunk <= bytes.size()) {
-            std::memcpy(&chunk, bytes.data() + at, sizeof chunk);
-            if ((chunk & highBits) != 0)
+        constexpr std::size_t width = sizeof highBits;
+        while (at + width <= bytes.size()) {
+            const std::uint64_t marked = loadWord(bytes.data() + at) & highBits;
+            at += marked == 0 ? width : firstMarked(marked);
+            if (marked != 0)
                 break;
-            at += sizeof chunk;
         }
-        // One character that needs a look, then whatever follows it in the same script.
+        // Characters that need a look, up to the next ASCII one that many may follow.
         while (at < bytes.size()) {
             const std::size_t length = sequenceLength(bytes, at, false);
             if (length == 0)
                 return false;
             at += length;
-            if (length == 1 && at + sizeof chunk <= bytes.size())
+            if (length == 1 && at + width <= bytes.size())
                 break;
         }
     }

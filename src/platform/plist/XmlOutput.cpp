@@ -3,6 +3,7 @@
 #include "platform/plist/Base64.h"
 #include "platform/plist/Dates.h"
 #include "platform/plist/Numbers.h"
+#include "platform/plist/Swar.h"
 
 #include <algorithm>
 #include <array>
@@ -25,18 +26,11 @@ char* putTabs(char* out, std::size_t count) {
     return out + count;
 }
 
-constexpr std::uint64_t everyByte = 0x0101010101010101U;
-constexpr std::uint64_t highBits = 0x80 * everyByte;
-
-// Whether a word may hold a byte that needs care: '<', '>', '&' or the first one of a surrogate. (An
-// approximation: a byte just above a match may be taken for one too, which costs time only.)
+// Whether a word may hold a byte that needs care: '<', '>', '&' or the first one of a surrogate.
 bool mayNeedCare(std::uint64_t word) {
-    const auto zero = [](std::uint64_t bytes) { return (bytes - everyByte) & ~bytes; };
     // '<' (0x3C) and '>' (0x3E) differ in one bit.
-    const std::uint64_t angle = zero((word | (0x02 * everyByte)) ^ (0x3E * everyByte));
-    const std::uint64_t ampersand = zero(word ^ ('&' * everyByte));
-    const std::uint64_t surrogate = zero(word ^ (0xED * everyByte));
-    return ((angle | ampersand | surrogate) & highBits) != 0;
+    return (roughlyZeroBytes((word | (0x02 * everyByte)) ^ ('>' * everyByte)) |
+            roughlyZeroBytes(word ^ ('&' * everyByte)) | roughlyZeroBytes(word ^ (0xED * everyByte))) != 0;
 }
 
 bool isSurrogate(std::string_view text, std::size_t at) {

@@ -3,64 +3,10 @@
 #include "platform/plist/Text.h"
 
 #include <algorithm>
-#include <bit>
-#include <cstring>
 
 namespace platform::plist {
 
 namespace {
-
-constexpr std::uint64_t everyByte = 0x0101010101010101U;
-constexpr std::uint64_t highBits = 0x80 * everyByte;
-
-// The high bit of every byte that is zero, exactly.
-std::uint64_t zeroBytes(std::uint64_t word) {
-    return ~(((word & ~highBits) + ~highBits) | word | ~highBits);
-}
-
-// The number of bytes, in memory order, before the first that is marked by its high bit.
-unsigned firstMarked(std::uint64_t marked) {
-    if constexpr (std::endian::native == std::endian::little)
-        return static_cast<unsigned>(std::countr_zero(marked)) / 8;
-    else
-        return static_cast<unsigned>(std::countl_zero(marked)) / 8;
-}
-
-// The bits of the bytes before that one.
-std::uint64_t bytesBefore(std::uint64_t word, unsigned count) {
-    if (count == 0)
-        return 0;
-    if constexpr (std::endian::native == std::endian::little)
-        return word & (~std::uint64_t{0} >> (64 - 8 * count));
-    else
-        return word & (~std::uint64_t{0} << (64 - 8 * count));
-}
-
-struct Run {
-    const char* end = nullptr; // at the first '<' or '&', or at the end
-    bool isAscii = true;
-};
-
-// Eight bytes at a time.
-Run runOfText(const char* at, const char* end) {
-    std::uint64_t high = 0;
-    std::uint64_t word = 0;
-    for (; end - at >= static_cast<std::ptrdiff_t>(sizeof word); at += sizeof word) {
-        std::memcpy(&word, at, sizeof word);
-        const std::uint64_t marked =
-            zeroBytes(word ^ ('<' * everyByte)) | zeroBytes(word ^ ('&' * everyByte));
-        if (marked != 0) {
-            const unsigned count = firstMarked(marked);
-            high |= bytesBefore(word, count);
-            return {at + count, (high & highBits) == 0};
-        }
-        high |= word;
-    }
-    bool isAscii = (high & highBits) == 0;
-    for (; at < end && *at != '<' && *at != '&'; ++at)
-        isAscii = isAscii && static_cast<unsigned char>(*at) < 0x80;
-    return {at, isAscii};
-}
 
 bool isSpace(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r';
@@ -101,9 +47,17 @@ Error XmlScanner::error() const {
     return {offset, lineAt(text, offset), fault_ ? fault_ : "The text ends too early"};
 }
 
-void XmlScanner::skipSpace() {
+void XmlScanner::skipOtherSpace() {
+    const char* const start = at_;
     while (at_ < end_ && isSpace(*at_))
         ++at_;
+    const auto size = static_cast<std::size_t>(at_ - start);
+    if (size == 0 || size >= sizeof indent_ || end_ - start < static_cast<std::ptrdiff_t>(sizeof indent_) ||
+        *at_ != '<')
+        return;
+    indentSize_ = size;
+    indentMask_ = bytesBefore(~std::uint64_t{0}, static_cast<unsigned>(size + 1));
+    indent_ = loadWord(start) & indentMask_;
 }
 
 // At the character after "<!--".
@@ -169,7 +123,7 @@ XmlScanner::Found XmlScanner::findRoot(XmlElement& element) {
     }
 }
 
-XmlScanner::Found XmlScanner::findElement(XmlElement& element) {
+XmlScanner::Found XmlScanner::findUnusualElement(XmlElement& element) {
     for (;;) {
         skipSpace();
         if (at_ == end_)
@@ -200,50 +154,8 @@ XmlScanner::Found XmlScanner::findElement(XmlElement& element) {
     }
 }
 
-// After the '<'. The usual spellings are told by their letters alone.
+// After the '<'. The name ends at white space or at the tag's end; everything between them is passed over.
 XmlScanner::Found XmlScanner::takeStartTag(XmlElement& element) {
-    const auto take = [&](std::string_view spelling, XmlTag tag, bool isEmpty) {
-        if (!startsWith(spelling))
-            return false;
-        at_ += spelling.size();
-        element = {tag, isEmpty};
-        return true;
-    };
-    bool isTaken = false;
-    switch (*at_) {
-    case 'k':
-        isTaken = take("key>", XmlTag::Key, false);
-        break;
-    case 's':
-        isTaken = take("string>", XmlTag::String, false);
-        break;
-    case 'd':
-        isTaken = take("dict>", XmlTag::Dictionary, false) || take("date>", XmlTag::Date, false) ||
-                  take("data>", XmlTag::Data, false);
-        break;
-    case 't':
-        isTaken = take("true/>", XmlTag::True, true);
-        break;
-    case 'f':
-        isTaken = take("false/>", XmlTag::False, true);
-        break;
-    case 'r':
-        isTaken = take("real>", XmlTag::Real, false);
-        break;
-    case 'i':
-        isTaken = take("integer>", XmlTag::Integer, false);
-        break;
-    case 'a':
-        isTaken = take("array>", XmlTag::Array, false);
-        break;
-    default:
-        break;
-    }
-    return isTaken ? Found::Element : takeUnusualStartTag(element);
-}
-
-// The name ends at white space or at the tag's end; everything between them is passed over.
-XmlScanner::Found XmlScanner::takeUnusualStartTag(XmlElement& element) {
     const char* const start = at_;
     const char* const closing = std::find(start, end_, '>');
     if (closing == end_)
@@ -262,7 +174,7 @@ XmlScanner::Found XmlScanner::takeUnusualStartTag(XmlElement& element) {
     return Found::Element;
 }
 
-bool XmlScanner::takeCloseTag(XmlTag tag) {
+bool XmlScanner::takeUnusualCloseTag(XmlTag tag) {
     const std::string_view name = tagNames[static_cast<std::size_t>(tag)].name;
     const auto left = static_cast<std::size_t>(end_ - at_);
     if (left < name.size() + 3)
@@ -285,16 +197,13 @@ std::string_view XmlScanner::takeRaw() {
     return {start, static_cast<std::size_t>(at_ - start)};
 }
 
-bool XmlScanner::takeText(std::string& buffer, XmlText& text) {
-    const char* const start = at_;
-    const Run run = runOfText(at_, end_);
-    at_ = run.end;
+bool XmlScanner::takeUnusualText(const char* start, bool isAscii, std::string& buffer, XmlText& text) {
     const bool isWhole = at_ == end_ || (*at_ == '<' && !(end_ - at_ > 1 && at_[1] == '!'));
     if (!isWhole)
         return takeDecodedText(start, buffer, text);
     text.source = {start, static_cast<std::size_t>(at_ - start)};
     text.isDecoded = false;
-    if (run.isAscii)
+    if (isAscii)
         return true;
     if (!isUtf8(text.source))
         return fail(start, "A text is not valid UTF-8");
@@ -316,7 +225,7 @@ bool XmlScanner::takeDecodedText(const char* start, std::string& buffer, XmlText
                 return false;
         } else {
             const char* const runStart = at_;
-            at_ = runOfText(at_, end_).end;
+            at_ = textRun(at_, end_).end;
             buffer.append(runStart, at_);
         }
     }

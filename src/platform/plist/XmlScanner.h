@@ -1,6 +1,8 @@
 #pragma once
 
 #include "platform/plist/Reader.h"
+#include "platform/plist/Swar.h"
+#include "platform/plist/TextRun.h"
 
 #include <cstdint>
 #include <string>
@@ -56,11 +58,48 @@ public:
     [[nodiscard]] Found findRoot(XmlElement& element);
     // Passes white space, comments and processing instructions, and the next start tag. Stays before a close
     // tag.
-    [[nodiscard]] Found findElement(XmlElement& element);
-    [[nodiscard]] bool takeCloseTag(XmlTag tag);
+    [[nodiscard]] Found findElement(XmlElement& element) {
+        skipSpace();
+        if (end_ - at_ >= longestUsualTag && *at_ == '<' && takeUsualStartTag(element))
+            return Found::Element;
+        return findUnusualElement(element);
+    }
+    // What follows the start tag of a key, if one comes next and is spelled as usual; otherwise nothing. Only
+    // white space is passed. With a length, the tag and so much of what follows it is passed.
+    [[nodiscard]] std::string_view afterKeyTag() {
+        skipSpace();
+        if (end_ - at_ < longestUsualTag || std::memcmp(at_, keyTag.data(), keyTag.size()) != 0)
+            return {};
+        return {at_ + keyTag.size(), static_cast<std::size_t>(end_ - at_) - keyTag.size()};
+    }
+    void passKey(std::size_t length) { at_ += keyTag.size() + length; }
+    [[nodiscard]] bool takeCloseTag(XmlTag tag) {
+        switch (tag) { // the tags of leaves, spelled as usual
+        case XmlTag::Key:
+            return take("</key>") || takeUnusualCloseTag(tag);
+        case XmlTag::String:
+            return take("</string>") || takeUnusualCloseTag(tag);
+        case XmlTag::Real:
+            return take("</real>") || takeUnusualCloseTag(tag);
+        case XmlTag::Integer:
+            return take("</integer>") || takeUnusualCloseTag(tag);
+        default:
+            return takeUnusualCloseTag(tag);
+        }
+    }
     // Characters, references and CDATA sections up to the next tag, checked to be UTF-8. A byte order mark at
     // the start is dropped, as the platform's texts do.
-    [[nodiscard]] bool takeText(std::string& buffer, XmlText& text);
+    [[nodiscard]] bool takeText(std::string& buffer, XmlText& text) {
+        const char* const start = at_;
+        const TextRun run = textRun(start, end_);
+        at_ = run.end;
+        if (run.isAscii && end_ - at_ > 1 && *at_ == '<' && at_[1] == '/') {
+            text.source = {start, static_cast<std::size_t>(at_ - start)};
+            text.isDecoded = false;
+            return true;
+        }
+        return takeUnusualText(start, run.isAscii, buffer, text);
+    }
     // Bytes up to the next '<', unchecked.
     [[nodiscard]] std::string_view takeRaw();
 
@@ -71,16 +110,46 @@ public:
     [[nodiscard]] const char* position() const { return at_; }
 
 private:
+    static constexpr std::ptrdiff_t longestUsualTag = 16;
+    static constexpr std::string_view keyTag = "<key>";
+
     [[nodiscard]] bool startsWith(std::string_view text) const {
         return static_cast<std::size_t>(end_ - at_) >= text.size() &&
                std::string_view(at_, text.size()) == text;
     }
-    void skipSpace();
+    template <std::size_t N>
+    bool take(const char (&text)[N]) {
+        constexpr std::size_t size = N - 1;
+        if (end_ - at_ < static_cast<std::ptrdiff_t>(size) || std::memcmp(at_, text, size) != 0)
+            return false;
+        at_ += size;
+        return true;
+    }
+    template <std::size_t N>
+    bool takeTag(const char (&text)[N], XmlTag tag, bool isEmpty, XmlElement& element) {
+        constexpr std::size_t size = N - 1;
+        if (std::memcmp(at_, text, size) != 0)
+            return false;
+        at_ += size;
+        element = {tag, isEmpty};
+        return true;
+    }
+    void skipSpace() {
+        if (end_ - at_ >= static_cast<std::ptrdiff_t>(sizeof indent_) &&
+            (loadWord(at_) & indentMask_) == indent_)
+            at_ += indentSize_;
+        else
+            skipOtherSpace();
+    }
+    void skipOtherSpace();
+    bool takeUsualStartTag(XmlElement& element);
+    Found findUnusualElement(XmlElement& element);
+    bool takeUnusualCloseTag(XmlTag tag);
+    bool takeUnusualText(const char* start, bool isAscii, std::string& buffer, XmlText& text);
     bool skipComment();
     bool skipInstruction();
     bool skipDoctype();
     Found takeStartTag(XmlElement& element);
-    Found takeUnusualStartTag(XmlElement& element);
     bool takeReference(std::string& out);
     bool takeNumericReference(std::string& out);
     bool takeSection(std::string& out);
@@ -90,11 +159,42 @@ private:
         return Found::Fault;
     }
 
+    // The white space before the last tag, and that tag's '<': most often the next tag's is the same.
+    std::uint64_t indent_ = ~std::uint64_t{0};
+    std::uint64_t indentMask_ = ~std::uint64_t{0};
+    std::size_t indentSize_ = 0;
+
     const char* begin_;
     const char* at_;
     const char* end_;
     const char* faultAt_ = nullptr;
     const char* fault_ = nullptr;
 };
+
+// The tags of a list that a program wrote, told by their letters alone. At a '<' that enough bytes follow.
+inline bool XmlScanner::takeUsualStartTag(XmlElement& element) {
+    switch (at_[1]) {
+    case 'k':
+        return takeTag("<key>", XmlTag::Key, false, element);
+    case 's':
+        return takeTag("<string>", XmlTag::String, false, element);
+    case 't':
+        return takeTag("<true/>", XmlTag::True, true, element);
+    case 'f':
+        return takeTag("<false/>", XmlTag::False, true, element);
+    case 'r':
+        return takeTag("<real>", XmlTag::Real, false, element);
+    case 'i':
+        return takeTag("<integer>", XmlTag::Integer, false, element);
+    case 'd':
+        return takeTag("<dict>", XmlTag::Dictionary, false, element) ||
+               takeTag("<date>", XmlTag::Date, false, element) ||
+               takeTag("<data>", XmlTag::Data, false, element);
+    case 'a':
+        return takeTag("<array>", XmlTag::Array, false, element);
+    default:
+        return false;
+    }
+}
 
 } // namespace platform::plist

@@ -1,0 +1,147 @@
+#include "platform/plist/Text.h"
+
+#include "platform/plist/NextStep.h"
+#include "platform/plist/TextRun.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+using namespace platform::plist;
+
+namespace {
+
+// What the reader of texts should find, byte by byte.
+TextRun slowTextRun(const char* at, const char* end) {
+    TextRun run{at, true};
+    for (; run.end < end && *run.end != '<' && *run.end != '&'; ++run.end)
+        run.isAscii = run.isAscii && static_cast<unsigned char>(*run.end) < 0x80;
+    return run;
+}
+
+bool isUtf8Slowly(std::string_view text) {
+    for (std::size_t at = 0; at < text.size();) {
+        const CodePoint point = codePointAt(text, at);
+        if (point.length == 1 && point.value >= 0x80)
+            return false;
+        if (point.value >= 0xD800 && point.value <= 0xDFFF)
+            return false;
+        at += point.length;
+    }
+    return true;
+}
+
+} // namespace
+
+TEST(TextRun, endsAtTheFirstByteThatNeedsALookInEveryWidth) {
+    std::mt19937 random(1);
+    constexpr std::string_view bytes("ab<&\x3D\x3B\x27\x25\xBC\xA6\x80\xFF\x00 ", 14);
+    for (int i = 0; i < 200000; ++i) {
+        std::string text(random() % 50, 'x');
+        for (char& c : text)
+            if (random() % 16 == 0)
+                c = bytes[random() % bytes.size()];
+        const char* const end = text.data() + text.size();
+        const TextRun slow = slowTextRun(text.data(), end);
+        const TextRun portable = portableTextRun(text.data(), end);
+        const TextRun run = textRun(text.data(), end);
+        ASSERT_EQ(portable.end, slow.end) << text;
+        ASSERT_EQ(portable.isAscii, slow.isAscii) << text;
+        ASSERT_EQ(run.end, slow.end) << text;
+        ASSERT_EQ(run.isAscii, slow.isAscii) << text;
+    }
+}
+
+struct Utf8Case {
+    const char* name;
+    std::string_view bytes;
+    bool isValid;
+};
+
+class Utf8 : public testing::TestWithParam<Utf8Case> {};
+
+TEST_P(Utf8, isValidAtAnyPlaceOrNot) {
+    for (std::size_t before = 0; before < 20; ++before)
+        EXPECT_EQ(isUtf8(std::string(before, 'a') + std::string(GetParam().bytes) + "bcdefghij"),
+                  GetParam().isValid)
+            << before;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Text, Utf8,
+    testing::Values(Utf8Case{"ascii", "a\x7F", true}, Utf8Case{"two bytes", "\xC2\x80\xDF\xBF", true},
+                    Utf8Case{"three bytes", "\xE0\xA0\x80\xEF\xBF\xBF", true},
+                    Utf8Case{"four bytes", "\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", true},
+                    Utf8Case{"before surrogates", "\xED\x9F\xBF\xEE\x80\x80", true},
+                    Utf8Case{"overlong two", "\xC0\x80", false}, Utf8Case{"overlong C1", "\xC1\xBF", false},
+                    Utf8Case{"overlong three", "\xE0\x9F\xBF", false},
+                    Utf8Case{"overlong four", "\xF0\x8F\xBF\xBF", false},
+                    Utf8Case{"surrogate", "\xED\xA0\x80", false},
+                    Utf8Case{"above the last", "\xF4\x90\x80\x80", false},
+                    Utf8Case{"five bytes", "\xF8\x88\x80\x80\x80", false},
+                    Utf8Case{"lone continuation", "\x80", false}, Utf8Case{"cut short", "\xE2\x82", false},
+                    Utf8Case{"lead after lead", "\xC3\xC3", false}),
+    [](const auto& test) {
+        std::string name = test.param.name;
+        std::replace(name.begin(), name.end(), ' ', '_');
+        return name;
+    });
+
+TEST(Text, isCheckedAsOneCharacterAfterTheOther) {
+    std::mt19937 random(2);
+    constexpr std::string_view bytes = "ab\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80\xED\xA0\x80";
+    for (int i = 0; i < 200000; ++i) {
+        std::string text(random() % 24, 'x');
+        for (char& c : text)
+            if (random() % 3 == 0)
+                c = bytes[random() % bytes.size()];
+        ASSERT_EQ(isUtf8(text), isUtf8Slowly(text));
+    }
+}
+
+TEST(Text, joinsSurrogatesThatFollowOneAnother) {
+    std::string text;
+    appendUtf16Unit(text, 0xD83D);
+    EXPECT_EQ(text, "\xED\xA0\xBD");
+    appendUtf16Unit(text, 0xDE00);
+    EXPECT_EQ(text, "\xF0\x9F\x98\x80");
+    appendUtf16Unit(text, 0xDE00);
+    EXPECT_EQ(text, "\xF0\x9F\x98\x80\xED\xB8\x80");
+}
+
+TEST(Text, isSortedByUtf16Units) {
+    // The last but one is two units from U+D800, below U+E000, although its bytes are above.
+    const std::string_view sorted[] = {"",
+                                       "a",
+                                       "ab",
+                                       "b",
+                                       "\xC3\xA9",
+                                       "\xED\x9F\xBF",
+                                       "\xED\xA0\x80",
+                                       "\xED\xA0\x80z",
+                                       "\xF0\x90\x80\x80",
+                                       "\xF0\x9F\x98\x80",
+                                       "\xEE\x80\x80",
+                                       "\xEF\xBF\xBF"};
+    for (std::size_t i = 0; i < std::size(sorted); ++i)
+        for (std::size_t j = 0; j < std::size(sorted); ++j)
+            EXPECT_EQ(precedesInUtf16(sorted[i], sorted[j]), i < j) << i << ' ' << j;
+}
+
+TEST(Text, countsLinesByEveryKindOfEnd) {
+    constexpr std::string_view text = "a\nb\r\nc\rd";
+    EXPECT_EQ(lineAt(text, 0), 1U);
+    EXPECT_EQ(lineAt(text, 2), 2U);
+    EXPECT_EQ(lineAt(text, 5), 3U);
+    EXPECT_EQ(lineAt(text, 7), 4U);
+    EXPECT_EQ(lineAt(text, 100), 4U);
+}
+
+TEST(Text, knowsTheNextStepSet) {
+    EXPECT_EQ(nextStepCharacter('A'), u'A');
+    EXPECT_EQ(nextStepCharacter(0x80), 0x00A0);
+    EXPECT_EQ(nextStepCharacter(0xAE), 0xFB01);
+    EXPECT_EQ(nextStepCharacter(0xE1), 0x00C6);
+    EXPECT_EQ(nextStepCharacter(0xFD), 0x00FF);
+    EXPECT_EQ(nextStepCharacter(0xFE), 0x0000);
+}

@@ -40,6 +40,9 @@ PanelWindow::PanelWindow(Backdrop backdrop, int contentWidth)
         setAttribute(Qt::WA_TranslucentBackground);
     else
         setAttribute(Qt::WA_OpaquePaintEvent);
+    // The first Tab goes to the first row; until then no row looks chosen.
+    setFocusProxy(scrollView_);
+    scrollView_->setFocus();
     setFixedWidth(contentWidth_ + 2 * horizontalMargin);
 }
 

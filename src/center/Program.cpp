@@ -29,6 +29,13 @@ void quitWhenIdle() {
         QTimer::singleShot(20ms, qApp, [] { quitWhenIdle(); });
 }
 
+// The toolkit's remarks (a missing runtime folder, a font) are for developers: QT_LOGGING_RULES set brings
+// them back.
+void keepToolkitQuiet() {
+    if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES"))
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+}
+
 int showPanel() {
     QApplication::setQuitOnLastWindowClosed(false);
     platform::installViewAccessibility();
@@ -55,6 +62,7 @@ int run(int argc, char** argv) {
         platform::GroupContainers::setFolder(options.containers);
     if (options.snapshot)
         prepareSnapshot(*options.snapshot);
+    keepToolkitQuiet();
     // The toolkit's own options are not this program's.
     int count = 1;
     QApplication application(count, argv);

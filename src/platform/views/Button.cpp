@@ -114,9 +114,9 @@ void Button::performAccessibleAction(const QString& action) {
 void Button::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const QRectF rect = bounds();
-    if (bordered_ || (hasFocus() && focusRingType_ == FocusRingType::Default)) {
+    if (bordered_ || (showsFocus() && focusRingType_ == FocusRingType::Default)) {
         painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(QPen(hasFocus() ? focusColor : borderColor, 1));
+        painter.setPen(QPen(showsFocus() ? focusColor : borderColor, 1));
         painter.drawRoundedRect(rect.adjusted(0.5, 0.5, -0.5, -0.5), 6, 6);
     }
     if (image_)

@@ -46,6 +46,7 @@ ScrollView::ScrollView(QWidget* parent)
     , bar_(new Bar(this)) {
     bar_->setAttribute(Qt::WA_TransparentForMouseEvents);
     bar_->setHidden(true);
+    setFocusPolicy(Qt::StrongFocus);
 }
 
 void ScrollView::setDocumentView(View* document) {

@@ -1,5 +1,6 @@
 #include "platform/views/View.h"
 
+#include <QFocusEvent>
 #include <QGraphicsOpacityEffect>
 #include <QMouseEvent>
 #include <QStyle>
@@ -215,6 +216,17 @@ void View::press(const MouseEvent& event, bool isSecondOfDoubleClick) {
 void View::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     layoutViews();
+}
+
+void View::focusInEvent(QFocusEvent* event) {
+    showsFocus_ = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason ||
+                  event->reason() == Qt::ShortcutFocusReason;
+    QWidget::focusInEvent(event);
+}
+
+void View::focusOutEvent(QFocusEvent* event) {
+    showsFocus_ = false;
+    QWidget::focusOutEvent(event);
 }
 
 void notifyExposedRectChanged(QWidget& top) {

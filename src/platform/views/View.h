@@ -108,8 +108,13 @@ protected:
     // Whether a point of the superview lies in what there is of the view.
     [[nodiscard]] bool takesPoint(QPointF point) const;
 
+    // Whether to show that the view has the keyboard: it came to it by a key, not with a window or a click.
+    [[nodiscard]] bool showsFocus() const { return showsFocus_; }
+
     bool event(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
 
 private:
     [[nodiscard]] View* rootView();
@@ -123,6 +128,7 @@ private:
     double alpha_ = 1;
     bool hidden_ = false;
     bool fillsSuperview_ = false;
+    bool showsFocus_ = false;
 };
 
 // Makes a view that its references own: a Qt parent never deletes it, and the last reference takes it out of

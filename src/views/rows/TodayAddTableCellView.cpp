@@ -3,6 +3,7 @@
 #include "platform/views/Fonts.h"
 
 #include <QKeyEvent>
+#include <QPainter>
 
 #include <algorithm>
 
@@ -11,6 +12,8 @@ namespace {
 constexpr double captionSize = 13;
 constexpr double restingAlpha = 0.75;
 constexpr double pressedAlpha = 0.5;
+constexpr double focusAlpha = 0.35;
+constexpr double focusRadius = 4;
 
 QColor white(double alpha) {
     return QColor::fromRgbF(1, 1, 1, static_cast<float>(alpha));
@@ -19,7 +22,9 @@ QColor white(double alpha) {
 } // namespace
 
 TodayAddTableCellView::TodayAddTableCellView(QWidget* parent)
-    : View(parent) {}
+    : View(parent) {
+    setFocusPolicy(Qt::TabFocus);
+}
 
 void TodayAddTableCellView::awakeFromNib() {
     View::awakeFromNib();
@@ -81,6 +86,15 @@ platform::AccessibleTraits TodayAddTableCellView::accessibleTraits() const {
 
 void TodayAddTableCellView::performAccessibleAction(const QString&) {
     reportContentClick();
+}
+
+void TodayAddTableCellView::paintEvent(QPaintEvent*) {
+    if (!showsFocus())
+        return;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(white(focusAlpha), 1));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 1.5, -0.5, -2.5), focusRadius, focusRadius);
 }
 
 void TodayAddTableCellView::keyPressEvent(QKeyEvent* event) {

@@ -42,6 +42,7 @@ public:
     void performAccessibleAction(const QString& action) override;
 
 protected:
+    void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:

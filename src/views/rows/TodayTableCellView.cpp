@@ -173,7 +173,7 @@ platform::AccessibleTraits TodayTableCellView::accessibleTraits() const {
 }
 
 void TodayTableCellView::paintEvent(QPaintEvent*) {
-    if (!hasFocus())
+    if (!showsFocus())
         return;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);

@@ -17,10 +17,12 @@ QPoint inWindow(QWidget& widget, QPoint point) {
 }
 
 void sendWheel(QWidget& widget, QPoint pixels, QPoint angle) {
-    const QPointF middle = QRectF(widget.rect()).center();
+    const QPoint middle = widget.visibleRegion().boundingRect().center();
     QWheelEvent event(middle, widget.mapToGlobal(middle), pixels, angle, Qt::NoButton, Qt::NoModifier,
                       Qt::NoScrollPhase, false);
-    QApplication::sendEvent(&widget, &event);
+    // Only an event of the window system's climbs from a widget to its parents.
+    QSpontaneKeyEvent::setSpontaneous(&event);
+    qApp->notify(&widget, &event);
 }
 
 } // namespace

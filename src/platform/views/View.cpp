@@ -16,15 +16,22 @@ namespace {
 QPointer<View> heldTarget;
 QPointer<View> lastTarget;
 
-bool contains(const QRect& rect, QPointF point) {
-    return point.x() >= rect.left() && point.x() < rect.left() + rect.width() && point.y() >= rect.top() &&
-           point.y() < rect.top() + rect.height();
+// With the upper and left edge, without the lower and right one.
+bool contains(const QRectF& rect, QPointF point) {
+    return point.x() >= rect.left() && point.x() < rect.right() && point.y() >= rect.top() &&
+           point.y() < rect.bottom();
 }
 
 } // namespace
 
 View::View(QWidget* parent)
     : QWidget(parent) {}
+
+View::~View() {
+    for (View* subview : subviews())
+        if (!subview->weak_from_this().expired())
+            subview->removeFromSuperview();
+}
 
 View* View::superview() const {
     return qobject_cast<View*>(parentWidget());
@@ -135,13 +142,13 @@ void View::applyVisibility() {
 }
 
 bool View::takesPoint(QPointF point) const {
-    return !hidden_ && contains(geometry(), point) && (!clip_ || clip_->contains(point - QPointF(pos())));
+    return !hidden_ && contains(geometry(), point) && (!clip_ || contains(*clip_, point - origin()));
 }
 
 View* View::hitTest(QPointF point) {
     if (!takesPoint(point))
         return nullptr;
-    const QPointF inside = point - QPointF(pos());
+    const QPointF inside = point - origin();
     for (View* subview : subviews() | std::views::reverse)
         if (View* hit = subview->hitTest(inside))
             return hit;
@@ -184,7 +191,8 @@ bool View::routeMouse(QEvent& event) {
     const auto& mouse = static_cast<QMouseEvent&>(event);
     const MouseEvent moved{mouse.globalPosition()};
     if (type == QEvent::MouseMove) {
-        if (heldTarget)
+        // Qt drops the release of a widget that was taken out while it was held.
+        if (heldTarget && (mouse.buttons() & Qt::LeftButton))
             heldTarget->mouseDragged(moved);
         return true;
     }
@@ -204,7 +212,7 @@ bool View::routeMouse(QEvent& event) {
 void View::press(const MouseEvent& event, bool isSecondOfDoubleClick) {
     View* root = rootView();
     const QPointF inside = root->mapFromGlobal(event.globalPosition);
-    View* target = root->hitTest(inside + QPointF(root->pos()));
+    View* target = root->hitTest(inside + root->origin());
     if (isSecondOfDoubleClick && target != lastTarget)
         target = nullptr;
     heldTarget = target;

@@ -40,6 +40,8 @@ class View : public QWidget, public std::enable_shared_from_this<View> {
 
 public:
     explicit View(QWidget* parent = nullptr);
+    // Lets go of the subviews that shared references own; Qt deletes the others.
+    ~View() override;
 
     // --- the tree
 
@@ -110,6 +112,9 @@ protected:
 
     // Whether to show that the view has the keyboard: it came to it by a key, not with a window or a click.
     [[nodiscard]] bool showsFocus() const { return showsFocus_; }
+
+    // The view's upper left corner in the superview. (A window's pos() would be its title bar's.)
+    [[nodiscard]] QPointF origin() const { return geometry().topLeft(); }
 
     bool event(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;

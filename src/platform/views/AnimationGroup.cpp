@@ -5,17 +5,26 @@
 
 #include <QEasingCurve>
 
+#include <utility>
+
 namespace platform {
 
 namespace {
 
 std::uint64_t lastAnimation = 0;
 
+double between(double start, double target, double progress) {
+    return progress >= 1 ? target : start + (target - start) * progress;
+}
+
 } // namespace
 
 struct AnimationGroup::Run {
+    using Change = std::function<void(double)>;
+
     MainQueue::Duration duration{};
-    std::vector<std::function<void(double)>> changes;
+    std::vector<std::function<Change()>> starts; // each takes over what it moves, from where that stands
+    std::vector<Change> changes;
     std::function<void()> completion;
     std::unique_ptr<MainQueue::Ticking> ticking;
 
@@ -46,28 +55,39 @@ void AnimationGroup::setCompletionHandler(std::function<void()> handler) {
 }
 
 void AnimationGroup::moveConstant(LayoutConstraint& constraint, double target) {
-    const std::uint64_t number = ++lastAnimation;
-    constraint.animation_ = number;
-    run_->changes.emplace_back(
-        [weak = QPointer(&constraint), number, start = constraint.constant(), target](double progress) {
-            if (!weak || weak->animation_ != number)
-                return;
-            weak->moveTo(progress >= 1 ? target : start + (target - start) * progress);
-        });
+    run_->starts.emplace_back([weak = QPointer(&constraint), target]() -> Run::Change {
+        if (!weak)
+            return {};
+        const std::uint64_t number = ++lastAnimation;
+        weak->animation_ = number;
+        return [weak, number, start = weak->constant(), target](double progress) {
+            if (weak && weak->animation_ == number)
+                weak->moveTo(between(start, target, progress));
+        };
+    });
 }
 
 void AnimationGroup::fadeAlpha(View& view, double target) {
-    run_->changes.emplace_back([weak = QPointer(&view), start = view.alphaValue(), target](double progress) {
-        if (weak)
-            weak->setAlphaValue(progress >= 1 ? target : start + (target - start) * progress);
+    run_->starts.emplace_back([weak = QPointer(&view), target]() -> Run::Change {
+        if (!weak)
+            return {};
+        const std::uint64_t number = ++lastAnimation;
+        weak->fade_ = number;
+        return [weak, number, start = weak->alphaValue(), target](double progress) {
+            if (weak && weak->fade_ == number)
+                weak->setAlphaValue(between(start, target, progress));
+        };
     });
 }
 
 void AnimationGroup::progress(std::function<void(double)> apply) {
-    run_->changes.push_back(std::move(apply));
+    run_->starts.emplace_back([apply = std::move(apply)] { return apply; });
 }
 
 void AnimationGroup::end() {
+    for (const auto& start : std::exchange(run_->starts, {}))
+        if (auto change = start())
+            run_->changes.push_back(std::move(change));
     MainQueue& queue = MainQueue::current();
     const std::weak_ptr<Run> weak = run_;
     run_->ticking = queue.animate(run_->duration, [weak](double progress) {

@@ -7,6 +7,7 @@
 #include <QStringList>
 #include <QWidget>
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -122,6 +123,8 @@ protected:
     void focusOutEvent(QFocusEvent* event) override;
 
 private:
+    friend class AnimationGroup;
+
     [[nodiscard]] View* rootView();
     [[nodiscard]] bool routeMouse(QEvent& event);
     void press(const MouseEvent& event, bool isSecondOfDoubleClick);
@@ -131,6 +134,7 @@ private:
     QRectF frame_;
     std::optional<QRectF> clip_;
     double alpha_ = 1;
+    std::uint64_t fade_ = 0; // the animation that fades it, by number; the latest wins
     bool hidden_ = false;
     bool fillsSuperview_ = false;
     bool showsFocus_ = false;

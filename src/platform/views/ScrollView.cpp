@@ -99,8 +99,8 @@ void ScrollView::layoutDocument() {
         notifyExposedRectChanged(*document_);
 }
 
-void ScrollView::resizeEvent(QResizeEvent* event) {
-    View::resizeEvent(event);
+void ScrollView::layoutViews() {
+    View::layoutViews();
     layoutDocument();
 }
 

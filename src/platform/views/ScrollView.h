@@ -24,8 +24,9 @@ public:
     // Scrolls just as far as it takes to show a rectangle of the document.
     void scrollToVisible(const QRectF& rect);
 
+    void layoutViews() override;
+
 protected:
-    void resizeEvent(QResizeEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 

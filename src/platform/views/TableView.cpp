@@ -8,6 +8,7 @@
 #include <QStyle>
 
 #include <algorithm>
+#include <utility>
 
 namespace platform {
 
@@ -21,6 +22,7 @@ void takeOut(const std::shared_ptr<View>& view) {
     if (!view)
         return;
     view->setAlphaValue(1);
+    view->setEnabled(true);
     view->removeFromSuperview();
 }
 
@@ -102,10 +104,12 @@ void TableView::removeRow(std::int64_t row, RowAnimation animation) {
     beginUpdates();
     Row leaving = std::move(rows_[static_cast<std::size_t>(row)]);
     rows_.erase(rows_.begin() + row);
-    if (animation == RowAnimation::None)
+    if (animation == RowAnimation::None) {
         takeOut(leaving.view);
-    else if (leaving.view)
+    } else if (leaving.view) {
+        leaving.view->setEnabled(false); // no key and no assistive program reaches it any more either
         leaving_.push_back(std::move(leaving));
+    }
     endUpdates();
 }
 
@@ -114,6 +118,7 @@ void TableView::insertRow(std::int64_t row, RowAnimation animation) {
     beginUpdates();
     Row arriving;
     arriving.arrival = animation;
+    arriving.isNew = true;
     if (delegate_)
         arriving.height = delegate_->tableViewHeightOfRow(*this, row);
     rows_.insert(rows_.begin() + row, std::move(arriving));
@@ -133,7 +138,8 @@ void TableView::calculateRestingPlaces() {
     }
 }
 
-// Asking for a row's view may change what is in sight, so the work is not entered twice.
+// A row is in sight where any part of its way from here to its resting place is. Asking for a row's view may
+// change what is in sight, so the work is not entered twice.
 void TableView::tile() {
     if (tiling_ || !delegate_)
         return;
@@ -141,7 +147,8 @@ void TableView::tile() {
     const QRect exposed = exposedRect();
     for (std::size_t i = 0; i < rows_.size(); ++i) {
         Row& row = rows_[i];
-        const bool isInSight = row.y < exposed.bottom() + 1 && row.y + row.height > exposed.top();
+        const bool isInSight = std::min(row.y, row.restY) < exposed.bottom() + 1 &&
+                               std::max(row.y, row.restY) + row.height > exposed.top();
         if (isInSight)
             showRow(static_cast<std::int64_t>(i));
         else if (row.view)
@@ -172,7 +179,7 @@ void TableView::place(const Row& row) const {
 void TableView::startAnimation() {
     calculateRestingPlaces();
     for (Row& row : rows_)
-        if (!row.view)
+        if (std::exchange(row.isNew, false))
             row.y = row.arrival == RowAnimation::SlideDown ? row.restY - row.height : row.restY;
     tile();
     animation_ = std::make_unique<Animation>();
@@ -227,7 +234,7 @@ void TableView::endAnimation() {
 View* TableView::hitTest(QPointF point) {
     if (!takesPoint(point))
         return nullptr;
-    const QPointF inside = point - QPointF(pos());
+    const QPointF inside = point - origin();
     for (const Row& row : rows_)
         if (row.view && inside.y() >= row.y && inside.y() < row.y + row.height)
             if (View* hit = row.view->hitTest(inside))
@@ -261,8 +268,8 @@ void TableView::paintEvent(QPaintEvent*) {
     }
 }
 
-void TableView::resizeEvent(QResizeEvent* event) {
-    View::resizeEvent(event);
+void TableView::layoutViews() {
+    View::layoutViews();
     for (const Row& row : rows_)
         place(row);
     tile();

@@ -72,11 +72,11 @@ public:
 
     [[nodiscard]] View* hitTest(QPointF point) override;
     void exposedRectChanged() override;
+    void layoutViews() override;
     [[nodiscard]] AccessibleTraits accessibleTraits() const override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
 
 private:
     struct Row {
@@ -85,6 +85,7 @@ private:
         double y = 0;     // where it stands now
         double restY = 0; // where it stands when no animation runs
         RowAnimation arrival = RowAnimation::None;
+        bool isNew = false; // stands nowhere yet
     };
     struct Animation;
 

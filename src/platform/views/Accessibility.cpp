@@ -4,6 +4,9 @@
 
 #include <QAccessibleWidget>
 
+#include <algorithm>
+#include <vector>
+
 namespace platform {
 
 namespace {
@@ -34,6 +37,21 @@ public:
         return state;
     }
 
+    [[nodiscard]] int childCount() const override { return static_cast<int>(shownChildren().size()); }
+
+    [[nodiscard]] QAccessibleInterface* child(int index) const override {
+        const auto shown = shownChildren();
+        if (index < 0 || index >= static_cast<int>(shown.size()))
+            return nullptr;
+        return QAccessible::queryAccessibleInterface(shown[static_cast<std::size_t>(index)]);
+    }
+
+    [[nodiscard]] int indexOfChild(const QAccessibleInterface* child) const override {
+        const auto shown = shownChildren();
+        const auto found = std::find(shown.begin(), shown.end(), child ? child->object() : nullptr);
+        return found == shown.end() ? -1 : static_cast<int>(found - shown.begin());
+    }
+
     [[nodiscard]] QStringList actionNames() const override {
         QStringList names = traits().actions;
         names += QAccessibleWidget::actionNames();
@@ -42,6 +60,8 @@ public:
     }
 
     void doAction(const QString& name) override {
+        if (!view().isEnabled())
+            return;
         if (traits().actions.contains(name))
             view().performAccessibleAction(name);
         else
@@ -49,6 +69,18 @@ public:
     }
 
 private:
+    // Qt lists hidden children too, and rows in the order in which they came into sight.
+    [[nodiscard]] std::vector<QWidget*> shownChildren() const {
+        std::vector<QWidget*> shown;
+        for (QObject* child : view().children())
+            if (auto* widget = qobject_cast<QWidget*>(child);
+                widget && !widget->isWindow() && !widget->isHidden())
+                shown.push_back(widget);
+        if (traits().role == QAccessible::List)
+            std::ranges::stable_sort(shown, {}, &QWidget::y);
+        return shown;
+    }
+
     [[nodiscard]] View& view() const { return *static_cast<View*>(object()); }
     [[nodiscard]] AccessibleTraits traits() const { return view().accessibleTraits(); }
 };

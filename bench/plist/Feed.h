@@ -36,6 +36,8 @@ public:
     // Replaces the file whole.
     virtual void write(const std::string& path) = 0;
 };
+// Only the text, without the file.
+std::size_t writeOurText(const std::string& bytes);
 Writable* ourWritable(const std::string& bytes);
 Writable* pugixmlWritable(const std::string& bytes);
 // The bytes as they are: what writing costs beside making them.

@@ -91,6 +91,10 @@ Feed readOursAsTree(std::string& bytes) {
     return feed;
 }
 
+std::size_t writeOurText(const std::string& bytes) {
+    return writeXml(std::get<Value>(read(bytes)))->size();
+}
+
 Writable* ourWritable(const std::string& bytes) {
     return new Values(bytes);
 }

@@ -9,20 +9,27 @@ namespace platform::plist {
 namespace {
 
 constexpr std::size_t largestSize = std::numeric_limits<std::size_t>::max() / 2;
-constexpr std::size_t sizeOfTags = 24; // of a value and its key, with tabs
+constexpr std::size_t sizeOfTags = 24; // of a value, and of a container's two lines
 constexpr std::size_t sizeOfNumber = 24;
 
 class SizeEstimate final {
 public:
-    // The expanded size; the distinct one is added up on the way.
-    std::size_t of(const Value& value) {
+    // What a value takes at the left margin. Standing one level deeper, every one of its lines has one more
+    // tab.
+    struct Extent {
+        std::size_t bytes = 0;
+        std::size_t lines = 0;
+    };
+
+    // The expanded extent; the distinct size is added up on the way.
+    Extent of(const Value& value) {
         if (const Array* array = value.array())
-            return shared(array, [&] { return ofElements(*array); });
+            return container(value, array, [&] { return ofElements(*array); });
         if (const Dictionary* dictionary = value.dictionary())
-            return shared(dictionary, [&] { return ofEntries(*dictionary); });
+            return container(value, dictionary, [&] { return ofEntries(*dictionary); });
         const std::size_t size = sizeOfTags + contentOf(value);
         distinct_ += size;
-        return size;
+        return {size, 1};
     }
     [[nodiscard]] std::size_t distinct() const { return distinct_; }
 
@@ -35,50 +42,60 @@ private:
         return value.kind() == Kind::Boolean ? 0 : sizeOfNumber;
     }
 
-    static std::size_t add(std::size_t a, std::size_t b) { return std::min(a + b, largestSize); }
+    static std::size_t sum(std::size_t a, std::size_t b) { return std::min(a + b, largestSize); }
 
-    std::size_t ofElements(const Array& array) {
-        std::size_t size = sizeOfTags;
-        for (const Value& element : array)
-            size = add(size, of(element));
-        return size;
+    static void addInner(Extent& extent, Extent inner) {
+        extent.bytes = sum(extent.bytes, sum(inner.bytes, inner.lines));
+        extent.lines = sum(extent.lines, inner.lines);
     }
 
-    std::size_t ofEntries(const Dictionary& dictionary) {
-        std::size_t size = sizeOfTags;
+    Extent ofElements(const Array& array) {
+        Extent extent{sizeOfTags, 2};
+        for (const Value& element : array)
+            addInner(extent, of(element));
+        return extent;
+    }
+
+    Extent ofEntries(const Dictionary& dictionary) {
+        Extent extent{sizeOfTags, 2};
         for (const auto& [key, value] : dictionary.entries()) {
             const std::size_t keySize = sizeOfTags + key.size();
             distinct_ += keySize;
-            size = add(size, add(keySize, of(value)));
+            addInner(extent, {keySize, 1});
+            addInner(extent, of(value));
         }
-        return size;
+        return extent;
     }
 
     template <typename Measure>
-    std::size_t shared(const void* container, Measure measure) {
-        const auto known = known_.find(container);
+    Extent container(const Value& value, const void* content, Measure measure) {
+        if (!value.isShared()) {
+            distinct_ += sizeOfTags;
+            return measure();
+        }
+        const auto known = known_.find(content);
         if (known != known_.end())
             return known->second;
         distinct_ += sizeOfTags;
-        const std::size_t size = measure();
-        known_.emplace(container, size);
-        return size;
+        const Extent extent = measure();
+        known_.emplace(content, extent);
+        return extent;
     }
 
     std::size_t distinct_ = 0;
-    std::unordered_map<const void*, std::size_t> known_;
+    std::unordered_map<const void*, Extent> known_;
 };
 
 } // namespace
 
 WrittenSize writtenSize(const Value& value) {
     SizeEstimate estimate;
-    const std::size_t expanded = estimate.of(value);
-    return {expanded, estimate.distinct()};
+    const SizeEstimate::Extent expanded = estimate.of(value);
+    return {expanded.bytes, estimate.distinct()};
 }
 
 std::size_t largestExpansion(std::size_t ownSize) {
-    constexpr std::size_t alwaysAllowed = std::size_t{64} << 20U;
+    constexpr std::size_t alwaysAllowed = std::size_t{8} << 20U;
     constexpr std::size_t allowedGrowth = 16;
     return alwaysAllowed + allowedGrowth * std::min(ownSize, largestSize / allowedGrowth);
 }

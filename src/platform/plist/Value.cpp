@@ -169,6 +169,13 @@ const ForeignDictionary* Value::foreignDictionary() const {
     return shared ? shared->get() : nullptr;
 }
 
+bool Value::isShared() const {
+    if (const auto* array = std::get_if<std::shared_ptr<const Array>>(&content_))
+        return array->use_count() > 1;
+    const auto* const dictionary = std::get_if<std::shared_ptr<const Dictionary>>(&content_);
+    return dictionary && dictionary->use_count() > 1;
+}
+
 bool operator==(const Value& a, const Value& b) {
     if (a.kind() != b.kind())
         return false;

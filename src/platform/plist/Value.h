@@ -129,6 +129,10 @@ public:
     [[nodiscard]] const Uid* uid() const;
     [[nodiscard]] const ForeignDictionary* foreignDictionary() const;
 
+    // Whether other values have this one's array or dictionary for their own, so that it may stand somewhere
+    // twice.
+    [[nodiscard]] bool isShared() const;
+
     friend bool operator==(const Value& a, const Value& b);
 
 private:

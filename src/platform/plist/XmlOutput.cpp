@@ -13,19 +13,6 @@ namespace platform::plist {
 
 namespace {
 
-// The longest that one byte becomes: "&amp;".
-constexpr std::size_t escapedRoom = 5;
-
-char* put(char* out, std::string_view text) {
-    std::memcpy(out, text.data(), text.size());
-    return out + text.size();
-}
-
-char* putTabs(char* out, std::size_t count) {
-    std::memset(out, '\t', count);
-    return out + count;
-}
-
 // Whether a word may hold a byte that needs care: '<', '>', '&' or the first one of a surrogate.
 bool mayNeedCare(std::uint64_t word) {
     // '<' (0x3C) and '>' (0x3E) differ in one bit.
@@ -38,47 +25,57 @@ bool isSurrogate(std::string_view text, std::size_t at) {
            static_cast<unsigned char>(text[at + 1]) >= 0xA0;
 }
 
-// One byte, or the surrogate that begins with it, which is left out.
-char* putEscaped(char* out, std::string_view text, std::size_t& at) {
-    const char c = text[at];
-    ++at;
-    switch (c) {
-    case '<':
-        return put(out, "&lt;");
-    case '>':
-        return put(out, "&gt;");
-    case '&':
-        return put(out, "&amp;");
-    default:
-        if (isSurrogate(text, at - 1)) {
-            at += 2;
-            return out;
-        }
-        *out = c;
-        return out + 1;
-    }
+char* putView(char* out, std::string_view text) {
+    std::memcpy(out, text.data(), text.size());
+    return out + text.size();
 }
 
-char* putText(char* out, std::string_view text) {
-    std::size_t at = 0;
-    std::uint64_t word = 0;
-    while (at + sizeof word <= text.size()) {
-        std::memcpy(&word, text.data() + at, sizeof word);
-        if (!mayNeedCare(word)) {
-            std::memcpy(out, &word, sizeof word);
-            out += sizeof word;
-            at += sizeof word;
-            continue;
-        }
-        for (const std::size_t end = at + sizeof word; at < end;)
-            out = putEscaped(out, text, at);
+// Whether every byte may be written as it stands.
+bool isPlain(std::string_view text) {
+    constexpr std::size_t width = sizeof(std::uint64_t);
+    if (text.size() < width) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, text.data(), text.size());
+        return !mayNeedCare(word);
     }
-    while (at < text.size())
-        out = putEscaped(out, text, at);
+    for (std::size_t at = 0; at + width < text.size(); at += width)
+        if (mayNeedCare(loadWord(text.data() + at)))
+            return false;
+    return !mayNeedCare(loadWord(text.data() + text.size() - width));
+}
+
+// Lone surrogates are left out.
+char* putEscaped(char* out, std::string_view text) {
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        switch (text[at]) {
+        case '<':
+            out = putView(out, "&lt;");
+            break;
+        case '>':
+            out = putView(out, "&gt;");
+            break;
+        case '&':
+            out = putView(out, "&amp;");
+            break;
+        default:
+            if (isSurrogate(text, at))
+                at += 2;
+            else
+                *out++ = text[at];
+        }
+    }
     return out;
 }
 
 } // namespace
+
+char* XmlOutput::putText(char* out, std::string_view text) {
+    return isPlain(text) ? putView(out, text) : putEscaped(out, text);
+}
+
+void XmlOutput::raw(std::string_view text) {
+    used(putView(room(text.size()), text));
+}
 
 XmlOutput::XmlOutput(std::size_t expectedSize) {
     grow(expectedSize);
@@ -92,21 +89,6 @@ void XmlOutput::grow(std::size_t size) {
 std::string XmlOutput::take() {
     text_.resize(size_);
     return std::move(text_);
-}
-
-void XmlOutput::line(std::string_view open, std::string_view text, std::string_view close,
-                     std::size_t indent) {
-    char* out = room(indent + open.size() + escapedRoom * text.size() + close.size());
-    out = put(putTabs(out, indent), open);
-    used(put(putText(out, text), close));
-}
-
-void XmlOutput::tag(std::string_view text, std::size_t indent) {
-    used(put(putTabs(room(indent + text.size()), indent), text));
-}
-
-void XmlOutput::boolean(bool value, std::size_t indent) {
-    tag(value ? "<true/>\n" : "<false/>\n", indent);
 }
 
 void XmlOutput::integer(Integer value, std::size_t indent) {

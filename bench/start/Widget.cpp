@@ -9,7 +9,7 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     center::installLanguage();
     platform::installViewAccessibility();
-    center::Panel panel(center::backdropOfDesktop(), 320);
+    center::Panel panel(center::backdropOfDesktop(), center::Height::OfScreen, 320);
     const bench::EndAfterFirstFrame end(panel.window());
     panel.open();
     return QApplication::exec();

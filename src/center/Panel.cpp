@@ -8,8 +8,8 @@ namespace center {
 
 using namespace std::chrono_literals;
 
-Panel::Panel(Backdrop backdrop, int contentWidth)
-    : window_(std::make_unique<PanelWindow>(backdrop, contentWidth)) {
+Panel::Panel(Backdrop backdrop, Height height, int contentWidth)
+    : window_(std::make_unique<PanelWindow>(backdrop, height, contentWidth)) {
     controller::registerInterfaceFiles();
     window_->setEscapePressed([this] { escapePressed(); });
     window_->setCloseRequested([this] { close(); });

@@ -14,7 +14,7 @@ namespace center {
 // asks the widget for an update on opening and every 15 minutes; the answer changes nothing on screen.
 class Panel final {
 public:
-    Panel(Backdrop backdrop, int contentWidth);
+    Panel(Backdrop backdrop, Height height, int contentWidth);
     ~Panel();
     Panel(const Panel&) = delete;
     Panel& operator=(const Panel&) = delete;

@@ -17,6 +17,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr int screenMargin = 12;
+constexpr int tallestPicture = 4000;
 constexpr double cornerRadius = 14;
 constexpr QColor translucentColor(29, 33, 38, 242);
 constexpr QColor opaqueColor(29, 33, 38);
@@ -29,8 +30,9 @@ bool placesItself() {
 
 } // namespace
 
-PanelWindow::PanelWindow(Backdrop backdrop, int contentWidth)
+PanelWindow::PanelWindow(Backdrop backdrop, Height height, int contentWidth)
     : backdrop_(backdrop)
+    , height_(height)
     , contentWidth_(contentWidth)
     , scrollView_(new platform::ScrollView(this)) {
     setWindowTitle(QStringLiteral("Korvel Today"));
@@ -43,7 +45,9 @@ PanelWindow::PanelWindow(Backdrop backdrop, int contentWidth)
     // The first Tab goes to the first row; until then no row looks chosen.
     setFocusProxy(scrollView_);
     scrollView_->setFocus();
+    scrollView_->setHorizontalInset(horizontalMargin);
     setFixedWidth(contentWidth_ + 2 * horizontalMargin);
+    layoutScrollView();
 }
 
 PanelWindow::~PanelWindow() {
@@ -66,6 +70,8 @@ void PanelWindow::setContent(std::shared_ptr<platform::ViewController> controlle
 }
 
 int PanelWindow::tallest() const {
+    if (height_ == Height::OfContent)
+        return tallestPicture;
     return screen()->availableGeometry().height() - 2 * screenMargin;
 }
 
@@ -90,6 +96,7 @@ void PanelWindow::setContentHeight(double height) {
     contentHeight_ = height;
     const int whole = static_cast<int>(std::min(std::ceil(height), 1e6)) + 2 * verticalMargin;
     setFixedHeight(std::clamp(whole, 1, std::max(1, tallest())));
+    layoutScrollView();
     scrollView_->setDocumentHeight(height);
 }
 
@@ -112,8 +119,12 @@ void PanelWindow::paintEvent(QPaintEvent*) {
 
 void PanelWindow::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
-    scrollView_->setFrame(
-        QRectF(rect().adjusted(horizontalMargin, verticalMargin, -horizontalMargin, -verticalMargin)));
+    layoutScrollView();
+}
+
+// A window that does not show hears of its size only when it does.
+void PanelWindow::layoutScrollView() {
+    scrollView_->setFrame(QRectF(rect().adjusted(0, verticalMargin, 0, -verticalMargin)));
 }
 
 void PanelWindow::keyPressEvent(QKeyEvent* event) {

@@ -14,6 +14,9 @@ namespace center {
 // How a window can look here: a screen that nothing composes shows black where a window is translucent.
 enum class Backdrop { RoundTranslucent, SquareOpaque };
 
+// How tall a panel may become: a picture of one knows no screen.
+enum class Height { OfScreen, OfContent };
+
 // The panel that stands in for a notification centre: a dark sheet at the right edge of the screen with the
 // view of one controller in it. It takes the height that the controller prefers, with a short animation once
 // it shows, is never taller than the screen and scrolls where the view is.
@@ -21,7 +24,7 @@ class PanelWindow final : public QWidget {
     Q_OBJECT
 
 public:
-    PanelWindow(Backdrop backdrop, int contentWidth);
+    PanelWindow(Backdrop backdrop, Height height, int contentWidth);
     ~PanelWindow() override;
 
     void setContent(std::shared_ptr<platform::ViewController> controller);
@@ -45,8 +48,10 @@ private:
     [[nodiscard]] int tallest() const;
     void preferredSizeChanged();
     void setContentHeight(double height);
+    void layoutScrollView();
 
     Backdrop backdrop_;
+    Height height_;
     int contentWidth_;
     std::shared_ptr<platform::ViewController> controller_;
     platform::ScrollView* scrollView_;

@@ -39,7 +39,7 @@ void keepToolkitQuiet() {
 int showPanel() {
     QApplication::setQuitOnLastWindowClosed(false);
     platform::installViewAccessibility();
-    Panel panel(backdropOfDesktop(), defaultContentWidth);
+    Panel panel(backdropOfDesktop(), Height::OfScreen, defaultContentWidth);
     panel.setClosed([] { quitWhenIdle(); });
     panel.open();
     return QApplication::exec();

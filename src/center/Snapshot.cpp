@@ -25,9 +25,12 @@ void prepareSnapshot(const Options::Snapshot& snapshot) {
 }
 
 bool writeSnapshot(const Options::Snapshot& snapshot) {
-    Panel panel(Backdrop::RoundTranslucent, snapshot.width);
+    Panel panel(Backdrop::RoundTranslucent, Height::OfContent, snapshot.width);
     panel.load();
-    PanelWindow& window = panel.window();
+    return writePicture(panel.window(), snapshot);
+}
+
+bool writePicture(PanelWindow& window, const Options::Snapshot& snapshot) {
     const QSize pixels(static_cast<int>(std::lround(window.width() * snapshot.scale)),
                        static_cast<int>(std::lround(window.height() * snapshot.scale)));
     QImage image(pixels, QImage::Format_ARGB32_Premultiplied);

@@ -61,6 +61,11 @@ void ScrollView::setDocumentView(View* document) {
     layoutDocument();
 }
 
+void ScrollView::setHorizontalInset(double inset) {
+    horizontalInset_ = inset;
+    layoutDocument();
+}
+
 void ScrollView::setDocumentHeight(double height) {
     documentHeight_ = height;
     layoutDocument();
@@ -85,7 +90,8 @@ void ScrollView::scrollToVisible(const QRectF& rect) {
 void ScrollView::layoutDocument() {
     offset_ = std::round(std::clamp(offset_, 0.0, largestOffset()));
     if (document_)
-        document_->setFrame(QRectF(0, -offset_, width(), std::max(documentHeight_, double(height()))));
+        document_->setFrame(QRectF(horizontalInset_, -offset_, width() - 2 * horizontalInset_,
+                                   std::max(documentHeight_, double(height()))));
     const bool scrolls = largestOffset() > 0;
     bar_->setHidden(!scrolls);
     if (scrolls) {

@@ -16,7 +16,9 @@ public:
 
     void setDocumentView(View* document);
     [[nodiscard]] View* documentView() const { return document_; }
-    // The height of the document in points; its width is the scroll view's.
+    // Room in points at either side of the document; the bar stands in the trailing one.
+    void setHorizontalInset(double inset);
+    // The height of the document in points; its width is the scroll view's less the room at its sides.
     void setDocumentHeight(double height);
 
     [[nodiscard]] double offset() const { return offset_; }
@@ -39,6 +41,7 @@ private:
     QPointer<View> document_;
     Bar* bar_;
     double documentHeight_ = 0;
+    double horizontalInset_ = 0;
     double offset_ = 0;
 };
 

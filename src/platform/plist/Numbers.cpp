@@ -91,7 +91,7 @@ std::size_t skipIntegerSpace(std::string_view text, std::size_t at) {
         if (first < 0x21 || (first > 0x7E && first < 0xA1))
             return true;
         if (first == 0xE2 && second == 0x80)
-            return (third >= 80 && third <= 0x8B) || third == 0xAF;
+            return third >= 0x80 && third <= 0x8B;
         if (first == 0xE2 && second == 0x81)
             return third == 0x9F;
         return first == 0xE3 && second == 0x80 && third == 0x80;

@@ -1,0 +1,58 @@
+#include "ctl/PlistCommand.h"
+
+#include "platform/plist/Reader.h"
+#include "platform/plist/TypedJson.h"
+#include "platform/plist/Writer.h"
+#include "platform/storage/Files.h"
+
+#include <istream>
+#include <iterator>
+#include <optional>
+#include <ostream>
+#include <system_error>
+
+namespace ctl {
+
+namespace {
+
+using platform::plist::Error;
+using platform::plist::Value;
+
+std::optional<std::string> contents(const std::string& path, std::istream& standardInput,
+                                    std::error_code& error) {
+    if (path == "-")
+        return std::string(std::istreambuf_iterator<char>(standardInput), {});
+    return platform::readFile(path, &error);
+}
+
+std::string placeOf(const std::string& path, const Error& error) {
+    if (error.line > 0)
+        return path + ':' + std::to_string(error.line);
+    return path + ", offset " + std::to_string(error.offset);
+}
+
+} // namespace
+
+int showPlist(const std::string& path, PlistFormat format, Streams& streams) {
+    std::error_code unreadable;
+    const std::optional<std::string> bytes = contents(path, streams.in, unreadable);
+    if (!bytes)
+        return failed(streams, path, unreadable.message());
+    const platform::plist::ReadResult result = platform::plist::read(*bytes);
+    if (const Error* error = std::get_if<Error>(&result))
+        return failed(streams, placeOf(path, *error), error->message);
+    const Value& value = std::get<Value>(result);
+    std::optional<std::string> text;
+    if (format == PlistFormat::Xml)
+        text = platform::plist::writeXml(value);
+    else if ((text = platform::plist::typedJson(value)))
+        *text += '\n';
+    if (!text)
+        return failed(streams, path,
+                      format == PlistFormat::Xml ? "The list has no XML form"
+                                                 : "The list is too large when written out");
+    streams.out << *text;
+    return Done;
+}
+
+} // namespace ctl

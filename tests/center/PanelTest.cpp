@@ -1,0 +1,179 @@
+#include "center/Panel.h"
+
+#include "center/Snapshot.h"
+#include "platform/system/Clock.h"
+#include "platform/system/ManualMainQueue.h"
+#include "support/Containers.h"
+#include "support/Events.h"
+
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <QScreen>
+
+#include <memory>
+#include <string>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr double now = 1773129600; // 2026-03-10 08:00 UTC
+
+std::string feedOf(int count) {
+    std::string feed = "<array>";
+    for (int i = 0; i < count; ++i)
+        feed += "<dict><key>date</key><real>" + std::to_string(1773120000 + i) +
+                "</real><key>name</key><string>N</string><key>image</"
+                "key><string>a-picture-that-is-not-there</string>"
+                "<key>amount</key><string>1</string><key>income</key><false/><key>expense</key><false/>"
+                "<key>planpk</key><string>p" +
+                std::to_string(i) + "</string><key>single</key><true/></dict>";
+    return feed + "</array>";
+}
+
+class PanelTest : public testing::Test {
+protected:
+    void open(int transactions) {
+        containers.writeFeed(feedOf(transactions));
+        panel = std::make_unique<center::Panel>(center::Backdrop::RoundTranslucent, center::Height::OfScreen,
+                                                320);
+        panel->setClosed([this] { ++closed; });
+        panel->open();
+    }
+
+    void TearDown() override {
+        panel.reset();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    [[nodiscard]] center::PanelWindow& window() const { return panel->window(); }
+
+    support::Containers containers;
+    platform::ManualClock clock{now};
+    platform::ManualMainQueue queue;
+    std::unique_ptr<center::Panel> panel;
+    int closed = 0;
+};
+
+constexpr int around = 2 * center::PanelWindow::verticalMargin;
+
+} // namespace
+
+TEST_F(PanelTest, isAsHighAsTheControllerPrefers) {
+    open(3);
+    EXPECT_EQ(window().height(), 200 + around);
+    EXPECT_EQ(window().width(), 320 + 2 * center::PanelWindow::horizontalMargin);
+    EXPECT_EQ(panel->controller().view().bounds().size(), QSizeF(320, 200));
+}
+
+TEST_F(PanelTest, followsANewHeightInAFifthOfASecond) {
+    open(7);
+    ASSERT_EQ(window().height(), 300 + around);
+    panel->controller().showAllTransactions(0);
+    EXPECT_EQ(window().height(), 300 + around);
+    queue.advance(100ms);
+    EXPECT_EQ(window().height(), 350 + around);
+    queue.advance(100ms);
+    EXPECT_EQ(window().height(), 400 + around);
+}
+
+TEST_F(PanelTest, isNeverTallerThanTheScreenAndScrolls) {
+    open(100);
+    panel->controller().showAllTransactions(0);
+    queue.advance(1s);
+    EXPECT_LT(window().height(), window().screen()->availableGeometry().height());
+    auto* scroll = window().findChild<platform::ScrollView*>();
+    ASSERT_NE(scroll, nullptr);
+    scroll->scrollTo(1e6);
+    EXPECT_EQ(scroll->offset() + scroll->height(), 101 * 50);
+}
+
+TEST_F(PanelTest, closesOnEscape) {
+    open(1);
+    support::pressKey(window(), Qt::Key_Escape);
+    EXPECT_FALSE(window().isVisible());
+    EXPECT_EQ(closed, 1);
+}
+
+TEST_F(PanelTest, closesOnceWhenTheDesktopClosesIt) {
+    open(1);
+    window().close();
+    EXPECT_EQ(closed, 1);
+    panel->close();
+    EXPECT_EQ(closed, 1);
+}
+
+TEST_F(PanelTest, takesEscapeInAWaitingSheetForCancel) {
+    open(2);
+    panel->controller().cellArray[0]->cellClicked();
+    panel->controller().todayTableViewCellClickedAction(TodayTransactionAction::Later(0));
+    support::pressKey(window(), Qt::Key_Escape);
+    EXPECT_TRUE(window().isVisible());
+    queue.advance(500ms);
+    EXPECT_EQ(panel->controller().actionSheet, nullptr);
+    EXPECT_EQ(closed, 0);
+    EXPECT_FALSE(containers.has("-/actions.xml"));
+}
+
+TEST_F(PanelTest, doesNothingOnEscapeInAnAnsweredSheet) {
+    open(2);
+    panel->controller().cellArray[0]->cellClicked();
+    panel->controller().todayTableViewCellClickedAction(TodayTransactionAction::Later(0));
+    panel->controller().actionSheet->checkButtonClick1();
+    support::pressKey(window(), Qt::Key_Escape);
+    EXPECT_TRUE(window().isVisible());
+    queue.advance(500ms);
+    EXPECT_EQ(closed, 0);
+    EXPECT_TRUE(containers.has("-/actions.xml"));
+}
+
+TEST_F(PanelTest, carriesOutAChoiceThatIsPendingWhenItCloses) {
+    open(2);
+    panel->controller().cellArray[0]->cellClicked();
+    panel->controller().todayTableViewCellClickedAction(TodayTransactionAction::Later(0));
+    panel->controller().actionSheet->checkButtonClick2();
+    panel->close();
+    EXPECT_FALSE(queue.isIdle());
+    queue.advance(500ms);
+    EXPECT_TRUE(containers.has("-/actions.xml"));
+}
+
+TEST_F(PanelTest, asksForAnUpdateOnOpeningWithoutChangingRows) {
+    open(3);
+    const auto rows = panel->controller().cellArray;
+    containers.writeFeed(feedOf(1));
+    panel->controller().widgetPerformUpdateWithCompletionHandler([](platform::UpdateResult) {});
+    EXPECT_EQ(panel->controller().cellArray, rows);
+}
+
+TEST_F(PanelTest, makesANewControllerEachTimeItIsOpened) {
+    open(3);
+    const std::weak_ptr<platform::ViewController> first = panel->controller().weak_from_this();
+    panel->close();
+    containers.writeFeed(feedOf(1));
+    panel->open();
+    EXPECT_EQ(panel->controller().transactionsArray.size(), 1U);
+    EXPECT_EQ(window().height(), 100 + around);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); // the last row lets go as it ends
+    EXPECT_TRUE(first.expired());
+}
+
+TEST_F(PanelTest, marksNoRowUntilAKeyComesToIt) {
+    open(2);
+    const QImage before = window().grab().toImage();
+    window().activateWindow();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window().grab().toImage(), before);
+}
+
+TEST_F(PanelTest, drawsNothingOutsideItsRoundCorners) {
+    open(1);
+    center::Options::Snapshot snapshot;
+    snapshot.file = QString::fromStdString(containers.path("picture.png"));
+    ASSERT_TRUE(center::writeSnapshot(snapshot));
+    const QImage picture(snapshot.file);
+    EXPECT_EQ(picture.size(), QSize(344, 100 + around));
+    EXPECT_EQ(qAlpha(picture.pixel(0, 0)), 0);
+    EXPECT_GT(qAlpha(picture.pixel(170, 5)), 200);
+}

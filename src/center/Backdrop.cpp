@@ -38,9 +38,10 @@ int screenNumber() {
 
 Backdrop backdropOfDesktop() {
     const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (!x11)
+    xcb_connection_t* connection = x11 ? x11->connection() : nullptr;
+    if (!connection)
         return Backdrop::RoundTranslucent;
-    return isComposited(x11->connection(), screenNumber()) ? Backdrop::RoundTranslucent
+    return isComposited(connection, screenNumber()) ? Backdrop::RoundTranslucent
                                                            : Backdrop::SquareOpaque;
 }
 

@@ -177,3 +177,8 @@ TEST_F(PanelTest, drawsNothingOutsideItsRoundCorners) {
     EXPECT_EQ(qAlpha(picture.pixel(0, 0)), 0);
     EXPECT_GT(qAlpha(picture.pixel(170, 5)), 200);
 }
+
+// The offscreen platform has an interface to an X server and no connection behind it.
+TEST(Backdrop, isRoundWhereThereIsNoServerToAsk) {
+    EXPECT_EQ(center::backdropOfDesktop(), center::Backdrop::RoundTranslucent);
+}

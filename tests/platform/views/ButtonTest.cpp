@@ -279,8 +279,11 @@ TEST_F(Buttons, showTheKeyboardOnlyWithAFocusRing) {
     EXPECT_TRUE(ink().isNull());
     root.activateWindow();
     support::settle();
-    button->setFocus();
+    button->setFocus(Qt::OtherFocusReason);
     ASSERT_TRUE(button->hasFocus());
+    EXPECT_TRUE(ink().isNull()) << "it was not a key that brought it there";
+    button->clearFocus();
+    button->setFocus(Qt::TabFocusReason);
     EXPECT_FALSE(ink().isNull());
     button->setFocusRingType(Button::FocusRingType::None);
     EXPECT_TRUE(ink().isNull());

@@ -28,6 +28,39 @@ bool placesItself() {
     return QGuiApplication::platformName() == QStringLiteral("xcb");
 }
 
+// The toolkit shares a fill of more lines than this out to threads that it starts for it.
+constexpr int linesAtOnce = 60;
+
+void fillInBands(QPainter& painter, const QRect& rect, const QColor& color) {
+    for (int top = rect.top(); top <= rect.bottom(); top += linesAtOnce)
+        painter.fillRect(QRect(rect.left(), top, rect.width(), linesAtOnce) & rect, color);
+}
+
+// The sheet with its hairline. Only the corners are drawn smoothly: blending the whole of a translucent
+// window takes the toolkit milliseconds and threads, on the way to the first frame.
+void paintRoundSheet(QPainter& painter, const QRect& sheet) {
+    constexpr int corner = static_cast<int>(cornerRadius) + 1;
+    const QRect middle = sheet.adjusted(corner, 0, -corner, 0);
+    const QRect sides = sheet.adjusted(0, corner, 0, -corner);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    fillInBands(painter, middle, translucentColor);
+    fillInBands(painter, sides, translucentColor);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    painter.fillRect(QRect(middle.left(), sheet.top(), middle.width(), 1), edgeColor);
+    painter.fillRect(QRect(middle.left(), sheet.bottom(), middle.width(), 1), edgeColor);
+    painter.fillRect(QRect(sheet.left(), sides.top(), 1, sides.height()), edgeColor);
+    painter.fillRect(QRect(sheet.right(), sides.top(), 1, sides.height()), edgeColor);
+
+    painter.setClipRegion(QRegion(sheet) - middle - sides);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(translucentColor);
+    painter.setPen(Qt::NoPen);
+    painter.drawRoundedRect(sheet, cornerRadius, cornerRadius);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(edgeColor, 1));
+    painter.drawRoundedRect(QRectF(sheet).adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius, cornerRadius);
+}
+
 } // namespace
 
 PanelWindow::PanelWindow(Backdrop backdrop, Height height, int contentWidth)
@@ -111,10 +144,7 @@ void PanelWindow::paintEvent(QPaintEvent*) {
         painter.fillRect(rect(), opaqueColor);
         return;
     }
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setBrush(translucentColor);
-    painter.setPen(QPen(edgeColor, 1));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius, cornerRadius);
+    paintRoundSheet(painter, rect());
 }
 
 void PanelWindow::resizeEvent(QResizeEvent* event) {

@@ -109,10 +109,7 @@ void TodayViewController::removeTransactionFromArrayAndFromTable(const TodayTran
     if (trCount.isCustom() && static_cast<std::int64_t>(transactionsArray.size()) > trCount.value() - 1)
         mainTableView->insertRow(trCount.value() - 1, platform::RowAnimation::SlideDown);
     mainTableView->endUpdates();
-    platform::MainQueue::current().after(refreshDelay, [self = sharedSelf(), this] {
-        if (mainTableView.get())
-            reloadData();
-    });
+    platform::MainQueue::current().after(refreshDelay, [self = sharedSelf(), this] { reloadData(); });
 }
 
 void TodayViewController::todayAddTableViewCellClickAddButton() {

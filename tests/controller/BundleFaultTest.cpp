@@ -139,6 +139,11 @@ TEST_F(MissingTableTest, removing) {
     EXPECT_FATAL((loseTable(), controller->removeTransactionFromArrayAndFromTable(transaction(0))));
 }
 
+TEST_F(MissingTableTest, refreshingAfterARemoval) {
+    act(0, Action::Paid());
+    EXPECT_FATAL((loseTable(), queue.advance(std::chrono::milliseconds(300))));
+}
+
 TEST_F(MissingTableTest, showingAll) {
     EXPECT_FATAL((loseTable(), controller->showAllTransactions(0)));
 }

@@ -25,4 +25,7 @@ namespace ctl {
 // settings get KEY [--json], settings set KEY VALUE.
 [[nodiscard]] int settings(const Options& options, Streams& streams);
 
+// plist FILE [--to json|xml]: see PlistCommand.h; JSON unless it says otherwise.
+[[nodiscard]] int plistFile(const Options& options, Streams& streams);
+
 } // namespace ctl

@@ -1,5 +1,7 @@
 #include "ctl/PlistCommand.h"
 
+#include "ctl/Commands.h"
+
 #include "platform/plist/Reader.h"
 #include "platform/plist/TypedJson.h"
 #include "platform/plist/Writer.h"
@@ -53,6 +55,14 @@ int showPlist(const std::string& path, PlistFormat format, Streams& streams) {
                                                  : "The list is too large when written out");
     streams.out << *text;
     return Done;
+}
+
+int plistFile(const Options& options, Streams& streams) {
+    if (options.words.size() != 2)
+        return misused(streams, "plist takes one FILE");
+    if (!options.to.empty() && options.to != "json" && options.to != "xml")
+        return misused(streams, "--to takes json or xml, not " + options.to);
+    return showPlist(options.words[1], options.to == "xml" ? PlistFormat::Xml : PlistFormat::Json, streams);
 }
 
 } // namespace ctl

@@ -18,6 +18,7 @@ constexpr std::string_view usage =
   act PLANPK DATE ACTION   do to one of them what the widget's buttons do; ACTION is one of
                            paid, later DAYS, delete, delete-future, info
   consume [--json]         print the action log, then empty it
+  plist FILE [--to FORMAT] print any property list; FORMAT is json (typed, the default) or xml
   publish FILE.json        make an array of objects the feed (- is standard input)
   settings get KEY         print a shared setting
   settings set KEY VALUE   change one
@@ -34,12 +35,15 @@ struct Command {
 };
 
 constexpr Command commands[] = {
-    {"act", act}, {"consume", consume}, {"list", list}, {"publish", publish}, {"settings", settings},
+    {"act", act},         {"consume", consume}, {"list", list},
+    {"plist", plistFile}, {"publish", publish}, {"settings", settings},
 };
 
 int perform(const Options& options, Streams& streams) {
     if (options.words.empty())
         return misused(streams, "a command is missing");
+    if (!options.to.empty() && options.words.front() != "plist")
+        return misused(streams, "--to goes with plist");
     for (const Command& command : commands)
         if (command.name == options.words.front())
             return command.perform(options, streams);

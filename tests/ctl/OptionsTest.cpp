@@ -51,7 +51,8 @@ using Words = std::vector<std::string>;
 
 INSTANTIATE_TEST_SUITE_P(
     Lines, MisuseTest,
-    testing::Values(Words{}, Words{"lists"}, Words{"list", "x"}, Words{"--nope"},
+    testing::Values(Words{}, Words{"lists"}, Words{"list", "x"}, Words{"plist"}, Words{"plist", "a", "b"},
+                    Words{"plist", "a", "--to", "yaml"}, Words{"list", "--to", "xml"}, Words{"--nope"},
                     Words{"list", "--containers"}, Words{"--containers="}, Words{"--json=1", "list"},
                     Words{"publish"}, Words{"publish", "a", "b"}, Words{"settings"}, Words{"act", "p"},
                     Words{"act", "p", "20"}, Words{"act", "p", "20", "pay"}, Words{"act", "p", "20", "later"},

@@ -1,5 +1,7 @@
 #include "ctl/PlistCommand.h"
 
+#include "ctl/CtlTest.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -95,4 +97,24 @@ TEST(PlistCommand, failsForAListThatGrowsBeyondAllMeasure) {
         EXPECT_EQ(answer.status, ctl::Failed);
         EXPECT_EQ(answer.out, "");
     }
+}
+
+class PlistCommandLine : public ctl::CtlTest {};
+
+TEST_F(PlistCommandLine, printsTypedJsonUnlessAskedForXml) {
+    const std::string file = container + "/list";
+    write("list", "(a)");
+    EXPECT_EQ(run({"plist", file}), ctl::Done);
+    const std::string json = out;
+    EXPECT_EQ(run({"plist", "--to", "json", file}), ctl::Done);
+    EXPECT_EQ(out, json);
+    EXPECT_EQ(run({"plist", file, "--to=xml"}), ctl::Done);
+    EXPECT_THAT(out, testing::HasSubstr("<string>a</string>"));
+}
+
+TEST_F(PlistCommandLine, namesTheFileThatItRefuses) {
+    const std::string file = container + "/broken";
+    write("broken", "<plist><array>");
+    EXPECT_EQ(run({"plist", file}), ctl::Failed);
+    EXPECT_THAT(err, testing::HasSubstr(file));
 }

@@ -37,12 +37,14 @@ int screenNumber() {
 } // namespace
 
 Backdrop backdropOfDesktop() {
+    // A window with the desktop's own frame has the desktop's corners.
+    if (QGuiApplication::platformName().startsWith(QStringLiteral("wayland")))
+        return Backdrop::SquareOpaque;
     const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
     xcb_connection_t* connection = x11 ? x11->connection() : nullptr;
     if (!connection)
         return Backdrop::RoundTranslucent;
-    return isComposited(connection, screenNumber()) ? Backdrop::RoundTranslucent
-                                                           : Backdrop::SquareOpaque;
+    return isComposited(connection, screenNumber()) ? Backdrop::RoundTranslucent : Backdrop::SquareOpaque;
 }
 
 } // namespace center

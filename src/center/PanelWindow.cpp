@@ -24,8 +24,12 @@ constexpr QColor opaqueColor(29, 33, 38);
 constexpr QColor edgeColor(255, 255, 255, 26);
 constexpr auto resizeDuration = 200ms;
 
-bool placesItself() {
-    return QGuiApplication::platformName() == QStringLiteral("xcb");
+// Wayland's windows stand where the desktop puts them, so there the panel is a window like any other.
+Qt::WindowFlags windowKind() {
+    const QString platform = QGuiApplication::platformName();
+    if (platform.startsWith(QStringLiteral("wayland")))
+        return Qt::Window;
+    return (platform == QStringLiteral("xcb") ? Qt::Tool : Qt::Window) | Qt::FramelessWindowHint;
 }
 
 // The toolkit shares a fill of more lines than this out to threads that it starts for it.
@@ -69,8 +73,7 @@ PanelWindow::PanelWindow(Backdrop backdrop, Height height, int contentWidth)
     , contentWidth_(contentWidth)
     , scrollView_(new platform::ScrollView(this)) {
     setWindowTitle(QStringLiteral("Korvel Today"));
-    setWindowFlags(placesItself() ? Qt::Tool | Qt::FramelessWindowHint
-                                  : Qt::Window | Qt::FramelessWindowHint);
+    setWindowFlags(windowKind());
     if (backdrop == Backdrop::RoundTranslucent)
         setAttribute(Qt::WA_TranslucentBackground);
     else

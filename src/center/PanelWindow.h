@@ -11,7 +11,8 @@
 
 namespace center {
 
-// How a window can look here: a screen that nothing composes shows black where a window is translucent.
+// How a window can look here: a screen that nothing composes shows black where a window is translucent, and a
+// window in the desktop's own frame has its corners.
 enum class Backdrop { RoundTranslucent, SquareOpaque };
 
 // How tall a panel may become: a picture of one knows no screen.

@@ -51,8 +51,7 @@ STD_HEADERS = frozenset("""
     limits list locale map memory memory_resource mutex new numbers numeric optional ostream queue random ranges
     ratio regex scoped_allocator semaphore set shared_mutex source_location span sstream stack stdexcept
     stop_token streambuf string string_view syncstream system_error thread tuple type_traits typeindex typeinfo
-    unordered_map unordered_set utility valarray variant vector version
-    emmintrin.h""".split())  # the last one is the compiler's own: vector operations of the processor
+    unordered_map unordered_set utility valarray variant vector version""".split())
 
 _INCLUDE = re.compile(r'^\s*#\s*include\s*(["<])([^">]+)[">]')
 

@@ -136,9 +136,10 @@ class Window:
         return Picture(here.width, here.height, data)
 
     def move_pointer(self, x, y):
-        """Puts the pointer x, y pixels from the window's upper left corner."""
+        """Puts the pointer x, y pixels from the window's upper left corner. The server has done so when this
+        returns; xdotool's own waiting is for a pointer that moves, and takes long where it is there already."""
         here = self.geometry()
-        self.desktop.xdotool("mousemove", "--sync", here.x + x, here.y + y)
+        self.desktop.xdotool("mousemove", here.x + x, here.y + y)
 
     def click(self, x, y, button=1, times=1):
         self.move_pointer(x, y)

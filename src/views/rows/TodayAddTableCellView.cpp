@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr double captionSize = 13;
+constexpr double captionSize = 12; // as the dates: one font fewer on the way to the first frame
 constexpr double restingAlpha = 0.75;
 constexpr double pressedAlpha = 0.5;
 constexpr double focusAlpha = 0.35;

@@ -1,0 +1,134 @@
+#include "platform/views/Accessibility.h"
+#include "support/Application.h"
+#include "views/rows/RowTest.h"
+
+#include <QAccessible>
+
+namespace rows {
+namespace {
+
+// Rows as assistive programs find them, on a stage that shows.
+class RowAccessibilityTest : public RowTest {
+protected:
+    RowAccessibilityTest() {
+        static const bool once = [] {
+            platform::installViewAccessibility();
+            return true;
+        }();
+        EXPECT_TRUE(once);
+        showStage();
+        row->configureForItem(item(), 60);
+        row->delegate = delegate;
+    }
+
+    [[nodiscard]] static QAccessibleInterface& interfaceOf(QWidget& view) {
+        return *QAccessible::queryAccessibleInterface(&view);
+    }
+    [[nodiscard]] QAccessibleInterface& face() const { return interfaceOf(*row); }
+
+    std::shared_ptr<TodayTableCellView> row = makeRow();
+    std::shared_ptr<RecordingDelegate> delegate = std::make_shared<RecordingDelegate>();
+};
+
+TEST_F(RowAccessibilityTest, aRowIsAListItemNamedAfterItsTransaction) {
+    EXPECT_EQ(face().role(), QAccessible::ListItem);
+    EXPECT_EQ(face().text(QAccessible::Name), QStringLiteral("Rent, 12.50"));
+    EXPECT_EQ(face().text(QAccessible::Description), QStringLiteral("Mar 10, 2026"));
+}
+
+TEST_F(RowAccessibilityTest, anOverdueTransactionIsCalledSo) {
+    row->configureForItem(overdueItem(), 60);
+    EXPECT_EQ(face().text(QAccessible::Description), QStringLiteral("Mar 10, 2026, OverdueDescription"));
+}
+
+TEST_F(RowAccessibilityTest, aReusedRowIsNamedAfterItsNewTransaction) {
+    auto values = rent();
+    values.name = QStringLiteral("Gym");
+    values.amount = QStringLiteral("7.00");
+    row->configureForItem(item(values), 60);
+    EXPECT_EQ(face().text(QAccessible::Name), QStringLiteral("Gym, 7.00"));
+}
+
+TEST_F(RowAccessibilityTest, aRowWithoutATransactionHasNoName) {
+    const auto empty = makeRow();
+    EXPECT_EQ(interfaceOf(*empty).text(QAccessible::Name), QString());
+}
+
+TEST_F(RowAccessibilityTest, aRowTellsWhetherItIsOpen) {
+    EXPECT_TRUE(face().state().expandable);
+    EXPECT_TRUE(face().state().collapsed);
+    EXPECT_FALSE(face().state().expanded);
+    row->cellClicked();
+    EXPECT_TRUE(face().state().expanded);
+    EXPECT_FALSE(face().state().collapsed);
+}
+
+TEST_F(RowAccessibilityTest, aRowIsPressedAndToggled) {
+    QAccessibleActionInterface* actions = face().actionInterface();
+    ASSERT_TRUE(actions);
+    for (const QString& action :
+         {QAccessibleActionInterface::pressAction(), QAccessibleActionInterface::toggleAction()}) {
+        EXPECT_TRUE(actions->actionNames().contains(action));
+        actions->doAction(action);
+        EXPECT_TRUE(row->isExpanded());
+        finishSlide();
+        actions->doAction(action);
+        EXPECT_FALSE(row->isExpanded());
+        finishSlide();
+    }
+    EXPECT_EQ(delegate->opened.size(), 2U);
+}
+
+TEST_F(RowAccessibilityTest, thePanelIsThereWhileTheRowIsOpenOnly) {
+    const auto isInvisible = [](QWidget& view) { return bool(interfaceOf(view).state().invisible); };
+    const auto expectInvisible = [&](bool invisible) {
+        EXPECT_EQ(face().indexOfChild(&interfaceOf(*row->rightButtonsPanel)) < 0, invisible);
+        EXPECT_EQ(isInvisible(*row->rightButtonsPanel), invisible);
+        for (platform::View* button : buttonsOf(*row))
+            EXPECT_EQ(isInvisible(*button), invisible);
+    };
+    expectInvisible(true);
+    row->cellClicked();
+    finishSlide();
+    expectInvisible(false);
+    row->collapseCell();
+    finishSlide();
+    expectInvisible(true);
+}
+
+TEST_F(RowAccessibilityTest, theButtonsOfAnOpenRowArePressed) {
+    row->cellClicked();
+    finishSlide();
+    QAccessibleInterface& info = interfaceOf(*buttonsOf(*row)[2]);
+    EXPECT_EQ(info.role(), QAccessible::Button);
+    info.actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    ASSERT_EQ(delegate->actions.size(), 1U);
+    EXPECT_EQ(delegate->actions[0], TodayTransactionAction::Info());
+}
+
+TEST_F(RowAccessibilityTest, theAddRowIsAListItemThatIsPressed) {
+    struct Counting final : TodayAddTableViewCellDelegate {
+        void todayAddTableViewCellClickAddButton() override { ++buttonClicks; }
+        void todayAddTableViewCellClickContentCell() override { ++contentClicks; }
+        int buttonClicks = 0, contentClicks = 0;
+    };
+    const auto counting = std::make_shared<Counting>();
+    const auto addRow = makeAddRow();
+    addRow->delegate = counting;
+    addRow->titleLabel->setStringValue(QStringLiteral("New transaction"));
+    QAccessibleInterface& add = interfaceOf(*addRow);
+    EXPECT_EQ(add.role(), QAccessible::ListItem);
+    EXPECT_EQ(add.text(QAccessible::Name), QStringLiteral("New transaction"));
+    EXPECT_FALSE(add.state().expandable);
+    ASSERT_TRUE(add.actionInterface());
+    add.actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(counting->contentClicks, 1);
+    QAccessibleInterface& button = interfaceOf(*addRow->addButton);
+    EXPECT_EQ(button.text(QAccessible::Name), QStringLiteral("AddButtonHelp"));
+    button.actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(counting->buttonClicks, 1);
+    EXPECT_EQ(counting->contentClicks, 1);
+}
+
+} // namespace
+} // namespace rows

@@ -130,8 +130,9 @@ void TodayTableCellView::layoutViews() {
 
     const double panelWidth = widthConstraint->constant();
     rightButtonsPanel->setLogicalFrame(QRectF(right - panelWidth, 0, panelWidth, height));
-    // Only the strip that the content has left shows, since the content is translucent.
-    const double strip = std::clamp(-slide, 0.0, panelWidth);
+    // Only the strip that the content has left shows, since the content is translucent. The content covers
+    // each point that it touches.
+    const double strip = std::clamp(std::floor(-slide), 0.0, panelWidth);
     const bool mirrored = userInterfaceLayoutDirection() == Qt::RightToLeft;
     rightButtonsPanel->setClip(QRectF(mirrored ? 0 : panelWidth - strip, 0, strip, height));
 

@@ -29,6 +29,7 @@ InterfaceFile::TopLevelObjects makeTransactionRow() {
     row->transactionTypeImageView = ui.transactionTypeImageView;
     row->sumLabel = ui.sumLabel;
     row->rightButtonsPanel = ui.rightButtonsPanel;
+    ui.subtitleLabel->setLineBreakMode(platform::Label::LineBreakMode::TruncatingTail);
 
     const double titleEnd = ui.titleLabel->frame().right();
     row->titleRightSpaceLayoutConstraint = constraint(*row, row->bounds().width() - titleEnd);

@@ -147,9 +147,12 @@ void TodayTableCellView::layoutContent(double rowWidth) {
     place(*transactionTypeImageView, transactionTypeImageView->frame().x(),
           transactionTypeImageView->frame().width());
     const double titleX = titleLabel->frame().x();
-    place(*titleLabel, titleX,
-          std::max(0.0, rowWidth - titleRightSpaceLayoutConstraint->constant() - titleX));
-    place(*subtitleLabel, subtitleLabel->frame().x(), subtitleWidthLayoutConstraint->constant());
+    const double textEnd = rowWidth - titleRightSpaceLayoutConstraint->constant();
+    place(*titleLabel, titleX, std::max(0.0, textEnd - titleX));
+    // A date keeps clear of the badge too, in a row that has no room for its whole width.
+    const double dateX = subtitleLabel->frame().x();
+    place(*subtitleLabel, dateX,
+          std::max(0.0, std::min(textEnd - dateX, subtitleWidthLayoutConstraint->constant())));
 
     const double badgeWidth = sumBackgroundWidthLayoutConstraint->constant();
     const double sumWidth = sumWidthLayoutConstraint->constant();

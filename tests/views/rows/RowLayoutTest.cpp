@@ -50,6 +50,15 @@ TEST_P(RowLayoutTest, nothingLeavesTheRowAtRest) {
     EXPECT_EQ(place(*row->cellContentView), row->rect());
 }
 
+TEST_P(RowLayoutTest, nothingOverlapsAtRest) {
+    for (const platform::View* one : parts())
+        for (const platform::View* other : parts())
+            if (one < other) {
+                EXPECT_FALSE(place(*one).intersects(place(*other)))
+                    << place(*one).x() << " and " << place(*other).x();
+            }
+}
+
 TEST_P(RowLayoutTest, theBadgeStandsAtTheTrailingEdgeWithTheAmountInItsMiddle) {
     const double w = row->sumWidthLayoutConstraint->constant() - 2;
     EXPECT_EQ(place(*row->sumBackgroundView), fromLeadingEdge(width - w - 24, 12, w + 24, 26));
@@ -70,6 +79,19 @@ TEST_P(RowLayoutTest, theTitleEndsWhereItsConstraintSays) {
 TEST_P(RowLayoutTest, pictureAndGlyphKeepTheirPlaces) {
     EXPECT_EQ(place(*row->transactionImageView), fromLeadingEdge(0, 6, 38, 38));
     EXPECT_EQ(place(*row->transactionTypeImageView), fromLeadingEdge(50, 29, 12, 12));
+}
+
+TEST_P(RowLayoutTest, theTextsAreInsideTheirLabels) {
+    row->sumBackgroundView->setHidden(true);
+    row->sumLabel->setHidden(true);
+    const QRect ink = support::inkOf(support::painted(*row));
+    EXPECT_TRUE(row->rect().contains(ink));
+    const double end = width - row->titleRightSpaceLayoutConstraint->constant();
+    if (direction == Qt::LeftToRight) {
+        EXPECT_LE(ink.right(), end);
+    } else {
+        EXPECT_GE(ink.left(), width - end - 1);
+    }
 }
 
 TEST_P(RowLayoutTest, theTextsStandStillWhileTheContentSlides) {

@@ -14,6 +14,11 @@ namespace {
 // A font of no size at all cannot be made.
 constexpr double smallestSize = 0.01;
 
+double dotsPerInch() {
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    return screen ? screen->logicalDotsPerInchY() : 96.0;
+}
+
 } // namespace
 
 QFont systemFont(double size) {
@@ -22,9 +27,7 @@ QFont systemFont(double size) {
     if (pixels == std::floor(pixels)) {
         font.setPixelSize(static_cast<int>(pixels));
     } else {
-        const QScreen* screen = QGuiApplication::primaryScreen();
-        const double dpi = screen ? screen->logicalDotsPerInchY() : 96.0;
-        font.setPointSizeF(pixels * 72.0 / dpi);
+        font.setPointSizeF(pixels * 72.0 / dotsPerInch());
     }
     return font;
 }
@@ -35,8 +38,19 @@ QFont boldSystemFont(double size) {
     return font;
 }
 
+ExactFont exactFont(const QFont& font) {
+    if (font.pixelSize() > 0)
+        return {font, 1};
+    const double pixels = font.pointSizeF() * dotsPerInch() / 72.0;
+    ExactFont exact{font, 1};
+    exact.font.setPixelSize(std::max(1, static_cast<int>(std::ceil(pixels))));
+    exact.scale = pixels / exact.font.pixelSize();
+    return exact;
+}
+
 double textWidth(const QString& text, const QFont& font) {
-    return QFontMetricsF(font).horizontalAdvance(singleLine(text));
+    const ExactFont exact = exactFont(font);
+    return QFontMetricsF(exact.font).horizontalAdvance(singleLine(text)) * exact.scale;
 }
 
 QString singleLine(const QString& text) {

@@ -66,7 +66,8 @@ void Label::setAlignment(Qt::Alignment alignment) {
 }
 
 void Label::sizeToFit() {
-    const double height = std::ceil(QFontMetricsF(font_).height());
+    const ExactFont exact = exactFont(font_);
+    const double height = std::ceil(QFontMetricsF(exact.font).height() * exact.scale);
     setFrame(QRectF(frame().topLeft(), QSizeF(std::ceil(textWidth(text_, font_)), height)));
 }
 
@@ -74,12 +75,15 @@ void Label::paintEvent(QPaintEvent*) {
     if (text_.isEmpty())
         return;
     QPainter painter(this);
-    painter.setFont(font_);
+    const ExactFont exact = exactFont(font_);
+    painter.scale(exact.scale, exact.scale);
+    painter.setFont(exact.font);
     painter.setPen(color_);
-    const QString shown = shownText(text_, font_, width(), lineBreakMode_);
+    const QSizeF room = QSizeF(size()) / exact.scale;
+    const QString shown = shownText(text_, exact.font, room.width(), lineBreakMode_);
     const auto alignment = QStyle::visualAlignment(layoutDirection(), alignment_);
-    painter.drawText(QRectF(rect()), static_cast<int>(alignment | Qt::TextSingleLine | Qt::AlignAbsolute),
-                     shown);
+    painter.drawText(QRectF(QPointF(), room),
+                     static_cast<int>(alignment | Qt::TextSingleLine | Qt::AlignAbsolute), shown);
 }
 
 } // namespace platform

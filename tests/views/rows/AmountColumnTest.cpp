@@ -159,6 +159,18 @@ TEST_F(AmountTest, aNarrowOneAfterAWideOneHasSizeSixteenAgain) {
     EXPECT_EQ(sizeOf(row->sumLabel->labelFont()), 16);
 }
 
+// The size asked for is a fraction, and is drawn as one.
+TEST_F(AmountTest, aShrunkOneFitsItsLabel) {
+    const auto row = makeRow();
+    for (const double width : {141.0, 150.0, 175.0, 199.0, 250.0, 400.0}) {
+        const auto wide = itemAsWideAs(width);
+        row->configureForItem(wide, width);
+        EXPECT_LE(platform::textWidth(wide->amount, row->sumLabel->labelFont()),
+                  row->sumLabel->frame().width())
+            << width;
+    }
+}
+
 TEST_F(AmountTest, theBadgesOfOneListHaveOneWidth) {
     const auto first = makeRow(), second = makeRow();
     first->configureForItem(itemAsWideAs(30), 99.25);

@@ -189,7 +189,10 @@ bool View::routeMouse(QEvent& event) {
         return false;
     event.accept();
     const auto& mouse = static_cast<QMouseEvent&>(event);
-    const MouseEvent moved{mouse.globalPosition()};
+    // Not the event's own global position: until the window manager's word of where it put the window has
+    // come, that one and the toolkit's idea of the window's place do not fit each other. This one maps back
+    // to where in the window the mouse is, in any case.
+    const MouseEvent moved{mapToGlobal(mouse.position())};
     if (type == QEvent::MouseMove) {
         // Qt drops the release of a widget that was taken out while it was held.
         if (heldTarget && (mouse.buttons() & Qt::LeftButton))

@@ -3,6 +3,9 @@
 #include "support/Application.h"
 #include "support/Events.h"
 
+#include <QApplication>
+#include <QMouseEvent>
+
 #include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -78,6 +81,19 @@ TEST_F(Mouse, reachesTheFrontmostSubviewAtThePoint) {
     log.clear();
     support::click(root, {25, 50});
     EXPECT_THAT(log, ElementsAre("back down", "back up"));
+}
+
+// Until a window manager has said where it put the window, the toolkit takes it to be elsewhere.
+TEST_F(Mouse, reachesWhatIsAtThePlaceInTheWindowWhateverTheGlobalPosition) {
+    Spy child(log, "child", QRectF(50, 0, 50, 50), &root);
+    const QPointF place(75, 25);
+    const QPointF elsewhere = root.mapToGlobal(place) + QPointF(500, 300);
+    for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+        QMouseEvent event(type, place, place, elsewhere, Qt::LeftButton,
+                          type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(&root, &event);
+    }
+    EXPECT_THAT(log, ElementsAre("child down", "child up"));
 }
 
 TEST_F(Mouse, reachesTheRootWhereNoSubviewIs) {

@@ -1,0 +1,177 @@
+"""The panel on a screen as a hand meets it: where to click, what to wait for, and which files the widget writes.
+
+Places are given in points of the content and read from left to right; a Panel knows the screen's scale and, in a
+language that is read from the right, which places are mirrored.
+"""
+
+import datetime
+import os
+import stat
+
+import containers
+import harness
+
+PANEL = os.environ.get("KORVEL_TODAY", "")
+
+MARGIN_X, MARGIN_Y = 12, 8
+WIDTH, ROW = 320, 50
+BUTTONS = {"Paid": 145, "Later": 195, "Info": 245, "Delete": 295}
+MIRRORED_BUTTONS = {"Delete": 20, "Info": 70, "Later": 120, "Paid": 170}
+CHOICES = {1: 66, 2: 114, 3: 162}
+CANCEL = {2: 171, 3: 219}  # by the number of choices
+SHEET = {2: 197, 3: 245}
+
+# One panel each: the locale, and the scale of the screen.
+LEFT_TO_RIGHT, RIGHT_TO_LEFT = "C.UTF-8", "ar_EG.UTF-8"
+VARIANTS = [(LEFT_TO_RIGHT, 1), (RIGHT_TO_LEFT, 1), (LEFT_TO_RIGHT, 2), (RIGHT_TO_LEFT, 2)]
+
+
+def overdue(number, **changes):
+    """A record that is shown whatever the day is, as all that is overdue. Number 1 is the oldest and stands first.
+    Its name is short, so that nothing of it stands where a row's buttons come."""
+    date = 1600000000.125 + 86400.0 * number
+    return containers.transaction(number, date=date, name=f"T{number}") | changes
+
+
+def logged(kind, record, parameter):
+    return {"type": kind, "pk": record["planpk"], "date": record["date"], "param": parameter}
+
+
+def days_from_now(days):
+    """The start of the day so many days from today in UTC, wrapped within the month."""
+    today = datetime.datetime.now(datetime.timezone.utc).replace(hour=0, minute=0, second=0, microsecond=0)
+    start = today.replace(day=1)
+    length = ((start + datetime.timedelta(days=31)).replace(day=1) - start).days
+    return today.replace(day=(today.day - 1 + days) % length + 1).timestamp()
+
+
+def property_list(value):
+    """The bytes of a property list as the widget writes it."""
+    return ('<?xml version="1.0" encoding="UTF-8"?>\n<!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" '
+            '"http://www.apple.com/DTDs/PropertyList-1.0.dtd">\n<plist version="1.0">\n'
+            f"{_element(value, '')}</plist>\n").encode()
+
+
+def _element(value, indent):
+    deeper = indent + "\t"
+    if isinstance(value, bool):
+        return f"{indent}<{str(value).lower()}/>\n"
+    if isinstance(value, int):
+        return f"{indent}<integer>{value}</integer>\n"
+    if isinstance(value, float):
+        return f"{indent}<real>{'0.0' if value == 0 else format(value, '.17g')}</real>\n"
+    if isinstance(value, str):
+        return f"{indent}<string>{_escaped(value)}</string>\n"
+    if not value:
+        return f"{indent}<{'dict' if isinstance(value, dict) else 'array'}/>\n"
+    if isinstance(value, list):
+        return f"{indent}<array>\n" + "".join(_element(part, deeper) for part in value) + f"{indent}</array>\n"
+    parts = "".join(f"{deeper}<key>{_escaped(key)}</key>\n{_element(value[key], deeper)}" for key in sorted(value))
+    return f"{indent}<dict>\n{parts}{indent}</dict>\n"
+
+
+def _escaped(text):
+    return text.replace("&", "&amp;").replace("<", "&lt;").replace(">", "&gt;")
+
+
+class Host:
+    """A host application that is registered on a desktop for both spellings of the scheme and notes each argument
+    that it is started with."""
+
+    def __init__(self, desktop):
+        self._got = desktop.folder / "urls"
+        program = desktop.folder / "host"
+        program.write_text(f"#!/bin/sh\nfor url; do printf '%s\\n' \"$url\" >> '{self._got}'; done\n")
+        program.chmod(program.stat().st_mode | stat.S_IXUSR)
+        schemes = ("x-scheme-handler/korvelWidget", "x-scheme-handler/korvelwidget")
+        applications = desktop.folder / "home" / "data" / "applications"
+        applications.mkdir(parents=True, exist_ok=True)
+        (applications / "host.desktop").write_text(
+            f"[Desktop Entry]\nType=Application\nName=Host\nExec={program} %u\nMimeType={';'.join(schemes)};\n")
+        (desktop.folder / "home" / "config" / "mimeapps.list").write_text(
+            "[Default Applications]\n" + "".join(f"{scheme}=host.desktop\n" for scheme in schemes))
+
+    def received(self):
+        return self._got.read_bytes() if self._got.exists() else b""
+
+
+class Panel:
+    """A panel that shows a container's list."""
+
+    def __init__(self, desktop, container, locale=LEFT_TO_RIGHT, scale=1):
+        self.container, self.scale = container, scale
+        self.mirrored = locale == RIGHT_TO_LEFT
+        env = {"QT_SCALE_FACTOR": str(scale), "LC_ALL": locale, "LANGUAGE": "",
+               "LOCPATH": os.environ["KORVEL_TEST_LOCALES"]}
+        self.program = desktop.run([PANEL, "--containers", container.containers], env)
+        self.window = self.program.window()
+
+    def wait_for_height(self, content):
+        """Waits until the window is as high as a content of this height makes it."""
+        self.window.wait_for_size((WIDTH + 2 * MARGIN_X) * self.scale, (content + 2 * MARGIN_Y) * self.scale)
+
+    def wait_for_rows(self, transactions):
+        self.wait_for_height(ROW * (transactions + 1))
+
+    def wait_for_sheet(self, choices):
+        self.wait_for_height(SHEET[choices])
+
+    def at(self, x, y):
+        """A place of the content in the window's pixels."""
+        return round((MARGIN_X + x) * self.scale), round((MARGIN_Y + y) * self.scale)
+
+    def leading(self, x):
+        """A place counted from where reading begins."""
+        return WIDTH - x if self.mirrored else x
+
+    @staticmethod
+    def row_middle(row):
+        return ROW * row + ROW / 2
+
+    def on_row(self, row, x=25):
+        return self.at(self.leading(x), self.row_middle(row))
+
+    def on_button(self, name, row):
+        return self.at((MIRRORED_BUTTONS if self.mirrored else BUTTONS)[name], self.row_middle(row))
+
+    def click(self, place, **options):
+        self.window.click(*place, **options)
+
+    def click_row(self, row, x=25, **options):
+        self.click(self.on_row(row, x), **options)
+
+    def click_button(self, name, row, **options):
+        self.click(self.on_button(name, row), **options)
+
+    def choose(self, choice):
+        self.click(self.at(WIDTH / 2, CHOICES[choice]))
+
+    def cancel(self, choices):
+        self.click(self.at(WIDTH / 2, CANCEL[choices]))
+
+    def click_add(self, row):
+        self.click_row(row, 19)
+
+    def click_last_row(self, row):
+        self.click_row(row, 160)
+
+    def is_open(self, row):
+        """Whether the button that a row's slide uncovers last can be seen to its far edge."""
+        x = (MIRRORED_BUTTONS if self.mirrored else BUTTONS)["Paid"]
+        picture = self.window.picture()
+        far = [picture[self.at(x + side, self.row_middle(row) + dy)]
+               for dy in range(-12, 13) for side in (range(4, 13) if self.mirrored else range(-12, -3))]
+        return max(map(min, far)) > 150
+
+    def open_row(self, row):
+        self.click_row(row)
+        self.wait_until_open(row)
+
+    def wait_until_open(self, row):
+        harness.wait_for(lambda: self.is_open(row), f"an open row {row}")
+
+    def row_picture(self, row):
+        """The pixels of a row's middle line, without those of the hairlines between rows."""
+        picture = self.window.picture()
+        (left, y), (right, _) = self.at(0, self.row_middle(row)), self.at(WIDTH, 0)
+        return [picture[x, y + dy * self.scale] for x in range(left, right) for dy in (-12, -6, 0, 6, 12)]

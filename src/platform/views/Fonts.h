@@ -10,13 +10,14 @@ namespace platform {
 [[nodiscard]] QFont systemFont(double size);
 [[nodiscard]] QFont boldSystemFont(double size);
 
-// Qt rounds a font's size to whole pixels when it loads it, so a text of a fractional size is set in the next
-// whole one and scaled down as it is drawn and measured.
+// How a text is drawn and measured in a font. Qt rounds a size to whole pixels when it loads a font, so a
+// fractional one is set in the next whole size and scaled down. Fonts to fall back on are looked up, which
+// takes milliseconds, only for a text that needs them.
 struct ExactFont {
     QFont font;
     double scale = 1;
 };
-[[nodiscard]] ExactFont exactFont(const QFont& font);
+[[nodiscard]] ExactFont exactFont(const QFont& font, const QString& text);
 
 // The width in points that a text takes on one line, whatever its length; line breaks count as spaces.
 [[nodiscard]] double textWidth(const QString& text, const QFont& font);

@@ -66,7 +66,7 @@ void Label::setAlignment(Qt::Alignment alignment) {
 }
 
 void Label::sizeToFit() {
-    const ExactFont exact = exactFont(font_);
+    const ExactFont exact = exactFont(font_, text_);
     const double height = std::ceil(QFontMetricsF(exact.font).height() * exact.scale);
     setFrame(QRectF(frame().topLeft(), QSizeF(std::ceil(textWidth(text_, font_)), height)));
 }
@@ -75,7 +75,7 @@ void Label::paintEvent(QPaintEvent*) {
     if (text_.isEmpty())
         return;
     QPainter painter(this);
-    const ExactFont exact = exactFont(font_);
+    const ExactFont exact = exactFont(font_, text_);
     painter.scale(exact.scale, exact.scale);
     painter.setFont(exact.font);
     painter.setPen(color_);

@@ -3,7 +3,6 @@
 import os
 import pathlib
 import plistlib
-import time
 import zlib
 
 
@@ -16,10 +15,13 @@ def png(width, height):
     return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + chunk(b"IDAT", zlib.compress(pixels))
             + chunk(b"IEND", b""))
 
+# 2020-01-01 12:00 UTC. What was due an hour ago lies past the limit on the last day of a month.
+LONG_AGO = 1577880000.0
+
 
 def transaction(number, **changes):
-    """A record of the feed, an hour further back for each number: overdue, so that no month's end hides it."""
-    record = {"date": time.time() - 3600.0 * (number + 1), "name": f"Transaction {number}", "image": "glyph",
+    """A record of the feed, an hour further back for each number: years overdue, so that no month's end hides it."""
+    record = {"date": LONG_AGO - 3600.0 * number, "name": f"Transaction {number}", "image": "glyph",
               "amount": f"{number}.00", "income": False, "expense": True, "planpk": f"plan-{number}", "single": True}
     return record | changes
 

@@ -122,6 +122,7 @@ void readBinary(std::string_view bytes) {
         requirePlace(*error, bytes.size());
     else
         static_cast<void>(typedJson(std::get<Value>(result)));
+    requireSameRecords(bytes, read(bytes));
 }
 
 void readAscii(std::string_view bytes) {

@@ -1,18 +1,12 @@
 #include "platform/plist/BinaryReader.h"
 
-#include "platform/plist/BinaryLayout.h"
-#include "platform/plist/Text.h"
-
 #include <algorithm>
 #include <bit>
-#include <limits>
 #include <set>
 
 namespace platform::plist {
 
 namespace {
-
-constexpr unsigned deepestValue = 512;
 
 // One key of any kind as bytes, so that equal keys give equal bytes. Numbers are equal whatever their kind.
 std::string identityOf(const Value& value) {
@@ -45,57 +39,13 @@ bool isContainer(const Value& value) {
     return value.array() || value.dictionary() || value.set() || value.foreignDictionary();
 }
 
-class BinaryReader final {
-public:
-    explicit BinaryReader(const BinaryLayout& layout)
-        : layout_(layout)
-        , slots_(layout.objects().size(), unread)
-        , budget_(layout.objects().size() + freeBytes) {}
-
-    bool read(std::uint64_t object, unsigned depth, Value& value);
-    [[nodiscard]] Error error() const { return {faultOffset_, 0, fault_}; }
-
-private:
-    bool fail(std::size_t offset, const char* message) {
-        if (faultOffset_ == 0) {
-            faultOffset_ = offset;
-            fault_ = message;
-        }
-        return false;
-    }
-    bool readSimple(unsigned low, std::size_t offset, Value& value);
-    bool readInteger(std::string_view content, std::size_t offset, Value& value);
-    bool readReal(std::string_view content, std::size_t offset, Value& value);
-    bool readDate(std::string_view content, std::size_t offset, Value& value);
-    bool readUid(std::string_view content, std::size_t offset, Value& value);
-    bool readShared(const BinaryObject& object, std::size_t offset, unsigned depth, Value& value);
-    static Value readAscii(std::string_view content);
-    static Value readUtf16(std::string_view content);
-    bool readElements(std::string_view content, std::size_t count, unsigned depth, Array& elements);
-    bool readDictionary(const BinaryObject& object, std::size_t offset, unsigned depth, Value& value);
-
-    // What is known of an object that others may refer to, by its offset: nothing, that it is being read, or
-    // from firstKnown its place among the values.
-    static constexpr std::uint32_t unread = 0;
-    static constexpr std::uint32_t beingRead = 1;
-    static constexpr std::uint32_t firstKnown = 2;
-    // Objects that overlap would let a small list fill any memory. Such lists are refused but for very short
-    // ones.
-    static constexpr std::size_t freeBytes = 4096;
-
-    const BinaryLayout& layout_;
-    std::vector<std::uint32_t> slots_;
-    std::vector<Value> known_;
-    std::size_t budget_;
-    std::size_t faultOffset_ = 0;
-    const char* fault_ = "The list is not valid";
-};
+} // namespace
 
 bool BinaryReader::read(std::uint64_t objectNumber, unsigned depth, Value& value) {
     const std::optional<std::size_t> offset = layout_.offsetOf(objectNumber);
     if (!offset)
         return fail(layout_.objects().size(), "A reference names no object");
-    if (depth > deepestValue)
+    if (depth > deepestBinaryValue)
         return fail(*offset, "Too many containers are nested");
     std::uint32_t& slot = slots_[*offset];
     if (slot >= firstKnown) {
@@ -104,136 +54,73 @@ bool BinaryReader::read(std::uint64_t objectNumber, unsigned depth, Value& value
     }
     if (slot == beingRead)
         return fail(*offset, "An object contains itself");
-    const std::optional<BinaryObject> object = binaryObjectAt(layout_, *offset);
-    if (!object)
+    BinaryObject object;
+    if (!takeBinaryObject(layout_, *offset, object))
         return fail(*offset, "An object reaches beyond the list");
-    switch (object->marker) {
-    case BinaryMarker::Simple:
-        return readSimple(object->low, *offset, value);
-    case BinaryMarker::Integer:
-        return readInteger(object->content, *offset, value);
-    case BinaryMarker::Real:
-        return readReal(object->content, *offset, value);
-    case BinaryMarker::Date:
-        return readDate(object->content, *offset, value);
-    case BinaryMarker::Uid:
-        return readUid(object->content, *offset, value);
-    default:
-        break;
+    if (const char* const fault = faultOf(object))
+        return fail(*offset, fault);
+    if (object.isFixed()) {
+        value = leafOf(object);
+        return true;
     }
-    if (object->content.size() > budget_)
+    if (object.content.size() > budget_)
         return fail(*offset, "Objects overlap");
-    budget_ -= object->content.size();
+    budget_ -= object.content.size();
     slot = beingRead;
-    if (!readShared(*object, *offset, depth, value))
+    if (!readShared(object, *offset, depth, value))
         return false;
     slot = static_cast<std::uint32_t>(known_.size()) + firstKnown;
     known_.push_back(value);
     return true;
 }
 
-bool BinaryReader::readShared(const BinaryObject& object, std::size_t offset, unsigned depth, Value& value) {
+// An object that refers to no other.
+Value BinaryReader::leafOf(const BinaryObject& object) {
     switch (object.marker) {
+    case BinaryMarker::Integer:
+        return Value(integerOf(object));
+    case BinaryMarker::Real:
+        return Value(realOf(object));
+    case BinaryMarker::Date:
+        return Value(Date{realOf(object)});
+    case BinaryMarker::Uid:
+        return Value(Uid{bigEndianAt(object.content.data(), object.content.size())});
     case BinaryMarker::Data:
-        value = Value(Data{std::string(object.content)});
-        return true;
+        return Value(Data{std::string(object.content)});
     case BinaryMarker::Ascii:
-        value = readAscii(object.content);
-        return true;
-    case BinaryMarker::Utf16:
-        value = readUtf16(object.content);
-        return true;
-    case BinaryMarker::Array:
-    case BinaryMarker::Set: {
-        Array elements;
-        if (!readElements(object.content, object.count, depth, elements))
-            return false;
-        value = object.marker == BinaryMarker::Array
-                    ? Value(std::move(elements))
-                    : Value(Set{std::make_shared<const Array>(std::move(elements))});
-        return true;
+    case BinaryMarker::Utf16: {
+        std::string text;
+        appendText(text, object);
+        return Value(std::move(text));
     }
-    case BinaryMarker::Dictionary:
+    default: {
+        const std::optional<bool> boolean = booleanOf(object);
+        return boolean ? Value(*boolean) : Value();
+    }
+    }
+}
+
+bool BinaryReader::readShared(const BinaryObject& object, std::size_t offset, unsigned depth, Value& value) {
+    if (object.marker == BinaryMarker::Dictionary)
         return readDictionary(object, offset, depth, value);
-    default:
-        return fail(offset, "An object is of an unknown kind");
-    }
-}
-
-bool BinaryReader::readSimple(unsigned low, std::size_t offset, Value& value) {
-    switch (low) {
-    case 0x0:
-        value = Value();
+    if (!object.isContainer()) {
+        value = leafOf(object);
         return true;
-    case 0x8:
-    case 0x9:
-        value = Value(low == 0x9);
-        return true;
-    default:
-        return fail(offset, "An object is of an unknown kind");
     }
-}
-
-// Up to four bytes are unsigned, eight are signed; of sixteen the last eight count, unsigned.
-bool BinaryReader::readInteger(std::string_view content, std::size_t offset, Value& value) {
-    if (content.size() > 16)
-        return fail(offset, "An integer is too wide");
-    const std::uint64_t bits = bigEndian(content);
-    value = Value(Integer{bits, content.size() > 8 && (bits >> 63U) != 0});
+    Array elements;
+    if (!readElements(object.content, object.count, depth, elements))
+        return false;
+    value = object.marker == BinaryMarker::Array
+                ? Value(std::move(elements))
+                : Value(Set{std::make_shared<const Array>(std::move(elements))});
     return true;
-}
-
-bool BinaryReader::readReal(std::string_view content, std::size_t offset, Value& value) {
-    if (content.size() == sizeof(float))
-        value =
-            Value(static_cast<double>(std::bit_cast<float>(static_cast<std::uint32_t>(bigEndian(content)))));
-    else if (content.size() == sizeof(double))
-        value = Value(std::bit_cast<double>(bigEndian(content)));
-    else
-        return fail(offset, "A real is neither of four bytes nor of eight");
-    return true;
-}
-
-bool BinaryReader::readDate(std::string_view content, std::size_t offset, Value& value) {
-    if (content.size() != sizeof(double))
-        return fail(offset, "A date is not of eight bytes");
-    value = Value(Date{std::bit_cast<double>(bigEndian(content))});
-    return true;
-}
-
-bool BinaryReader::readUid(std::string_view content, std::size_t offset, Value& value) {
-    const std::uint64_t number = bigEndian(content);
-    if (number > std::numeric_limits<std::uint32_t>::max())
-        return fail(offset, "A UID is above 2^32-1");
-    value = Value(Uid{number});
-    return true;
-}
-
-// A byte above 127 is the character of Latin 1.
-Value BinaryReader::readAscii(std::string_view content) {
-    if (std::all_of(content.begin(), content.end(),
-                    [](char c) { return static_cast<unsigned char>(c) < 0x80; }))
-        return Value(std::string(content));
-    std::string text;
-    for (const char c : content)
-        appendCodePoint(text, static_cast<unsigned char>(c));
-    return Value(std::move(text));
-}
-
-Value BinaryReader::readUtf16(std::string_view content) {
-    std::string text;
-    text.reserve(content.size());
-    for (std::size_t at = 0; at < content.size(); at += 2)
-        appendUtf16Unit(text, static_cast<char16_t>(bigEndian(content.substr(at, 2))));
-    return Value(std::move(text));
 }
 
 bool BinaryReader::readElements(std::string_view content, std::size_t count, unsigned depth,
                                 Array& elements) {
     elements.resize(count);
     for (std::size_t i = 0; i < count; ++i) {
-        const std::uint64_t object =
-            bigEndian(content.substr(i * layout_.referenceSize(), layout_.referenceSize()));
+        const std::uint64_t object = layout_.referenceAt(content.data() + i * layout_.referenceSize());
         if (!read(object, depth + 1, elements[i]))
             return false;
     }
@@ -250,8 +137,8 @@ bool BinaryReader::readDictionary(const BinaryObject& object, std::size_t offset
     for (std::size_t at = 0; at < half; at += size) {
         Value key;
         Value content;
-        if (!read(bigEndian(object.content.substr(at, size)), depth + 1, key) ||
-            !read(bigEndian(object.content.substr(half + at, size)), depth + 1, content))
+        if (!read(layout_.referenceAt(object.content.data() + at), depth + 1, key) ||
+            !read(layout_.referenceAt(object.content.data() + half + at), depth + 1, content))
             return false;
         if (isContainer(key))
             return fail(offset, "A dictionary's key is a container");
@@ -274,8 +161,6 @@ bool BinaryReader::readDictionary(const BinaryObject& object, std::size_t offset
     value = Value(std::move(foreign));
     return true;
 }
-
-} // namespace
 
 ReadResult readBinary(std::string_view bytes) {
     const std::optional<BinaryLayout> layout = BinaryLayout::of(bytes);

@@ -49,6 +49,7 @@ public:
 
 private:
     friend class RecordWalk;
+    friend class BinaryRecordWalk;
     enum class State : std::uint8_t { Absent, Text, Number, Boolean, Other };
     struct Slot {
         State state = State::Absent;
@@ -74,7 +75,8 @@ enum class RecordsOutcome {
 
 // Visits the records in file order until the visitor gives false; the rest is checked all the same, because a
 // fault anywhere makes it no list at all. At most 64 keys. Beyond the input and what the visitor keeps, an
-// XML list takes memory for one record only, the other forms for a tree of values.
+// XML list takes memory for one record only, a binary one a quarter of its length (and a tree of the records
+// that stand in it twice), an old one a tree of values.
 [[nodiscard]] RecordsOutcome visitRecords(std::string_view bytes, std::span<const std::string_view> keys,
                                           const std::function<bool(const Record&)>& visit);
 

@@ -1,12 +1,10 @@
 #include "platform/plist/RecordWalk.h"
 
-#include "platform/plist/BinaryLayout.h"
+#include "platform/plist/BinaryRecordWalk.h"
 #include "platform/plist/Encoding.h"
 #include "platform/plist/Reader.h"
-#include "platform/plist/Swar.h"
 
 #include <algorithm>
-#include <bit>
 
 namespace platform::plist {
 
@@ -30,34 +28,6 @@ bool beginsAsXml(std::string_view text) {
 
 } // namespace
 
-// A key whose place is taken is not found by its spelling but by its text, which is only slower.
-WantedKeys::WantedKeys(std::vector<std::string_view> keys)
-    : keys_(std::move(keys)) {
-    for (std::size_t key = 0; key < keys_.size(); ++key) {
-        lengths_ |= std::uint64_t{1} << std::min<std::size_t>(keys_[key].size(), 63);
-        const std::string text = std::string(keys_[key]) + "</key>";
-        const bool isPlain = keys_[key].find_first_of("<&") == std::string_view::npos &&
-                             std::all_of(text.begin(), text.end(), [](char c) { return c > 0; });
-        if (text.size() < sizeof(std::uint64_t) || !isPlain)
-            continue;
-        const std::uint64_t first = loadWord(text.data());
-        std::uint8_t& place = places_[placeOf(first)];
-        if (place != 0)
-            continue;
-        spellings_.push_back({first, loadWord(text.data() + text.size() - sizeof first), text, key});
-        place = static_cast<std::uint8_t>(spellings_.size());
-    }
-}
-
-std::size_t WantedKeys::find(std::string_view text) const {
-    if ((lengths_ >> std::min<std::size_t>(text.size(), 63) & 1U) == 0)
-        return none;
-    for (std::size_t key = 0; key < keys_.size(); ++key)
-        if (keys_[key].size() == text.size() && keys_[key] == text)
-            return key;
-    return none;
-}
-
 RecordWalk::RecordWalk(std::span<const std::string_view> keys, Purpose purpose)
     : wanted_(keys)
     , keys_(withUidKey(keys))
@@ -68,6 +38,8 @@ RecordWalk::RecordWalk(std::span<const std::string_view> keys, Purpose purpose)
 RecordsOutcome RecordWalk::run(std::string_view bytes, const Visit& visit) {
     visit_ = &visit;
     hasStopped_ = false;
+    if (hasBinaryMagic(bytes) && purpose_ == Purpose::Read)
+        return runBinary(bytes);
     DecodedText text;
     const bool isText = !hasBinaryMagic(bytes) && !bytes.empty();
     if (isText && decodeText(bytes, text))
@@ -80,6 +52,16 @@ RecordsOutcome RecordWalk::run(std::string_view bytes, const Visit& visit) {
     if (scanner_.findRoot(root) != Found::Element || !walkRoot(root, 0))
         return RecordsOutcome::NoArray;
     return hasStopped_ ? RecordsOutcome::Stopped : RecordsOutcome::Complete;
+}
+
+// A text that begins with the binary form's magic is no array, so nothing else need be tried.
+RecordsOutcome RecordWalk::runBinary(std::string_view bytes) {
+    const std::optional<BinaryLayout> layout = BinaryLayout::of(bytes);
+    if (!layout)
+        return RecordsOutcome::NoArray;
+    return BinaryRecordWalk(*layout, keys_, wanted_).run([&](const Record& record, const Value* value) {
+        return (*visit_)(record, value);
+    });
 }
 
 RecordsOutcome RecordWalk::runTree(std::string_view bytes) {

@@ -16,6 +16,14 @@ inline std::uint64_t loadWord(const char* bytes) {
     return word;
 }
 
+inline std::uint64_t loadBigEndian(const char* bytes) {
+    const std::uint64_t word = loadWord(bytes);
+    if constexpr (std::endian::native == std::endian::little)
+        return __builtin_bswap64(word);
+    else
+        return word;
+}
+
 // The high bit of every byte that is zero, exactly.
 constexpr std::uint64_t zeroBytes(std::uint64_t word) {
     return ~(((word & ~highBits) + ~highBits) | word | ~highBits);

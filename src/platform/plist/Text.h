@@ -12,6 +12,8 @@ namespace platform::plist {
 // Whether the bytes are UTF-8 (RFC 3629: no overlong form, no surrogate, nothing above U+10FFFF).
 [[nodiscard]] bool isUtf8(std::string_view bytes);
 
+[[nodiscard]] bool isAscii(std::string_view bytes);
+
 // A UTF-8 text without the byte order mark at its start.
 [[nodiscard]] std::string_view withoutMark(std::string_view text);
 
@@ -20,6 +22,10 @@ void appendCodePoint(std::string& text, char32_t codePoint);
 
 // Appends one UTF-16 unit. A low surrogate joins a high one that stands at the text's end.
 void appendUtf16Unit(std::string& text, char16_t unit);
+
+// Appends a text of two bytes a unit, the high one first; its units join each other but not what stands
+// before them.
+void appendBigEndianUtf16(std::string& text, std::string_view bytes);
 
 // A code point of a text and the number of bytes it takes. Bytes that are no UTF-8 stand for themselves.
 struct CodePoint {

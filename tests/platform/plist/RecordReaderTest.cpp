@@ -1,5 +1,6 @@
 #include "platform/plist/RecordReader.h"
 
+#include "platform/plist/RandomBinaryList.h"
 #include "platform/plist/RandomList.h"
 
 #include "platform/plist/Reader.h"
@@ -157,6 +158,24 @@ TEST(RecordReader, agreesWithTheTreeOnBrokenLists) {
         refused += visits.outcome == RecordsOutcome::NoArray ? 1 : 0;
     }
     EXPECT_GT(refused, 4000U);
+}
+
+TEST(RecordReader, agreesWithTheTreeOnRandomBinaryLists) {
+    RandomBinaryList random(4);
+    RandomList breaks(4);
+    std::size_t complete = 0;
+    std::size_t refused = 0;
+    for (int i = 0; i < 40000; ++i) {
+        const std::string sound = random.list();
+        const std::string binary = breaks.below(3) == 0 ? breaks.broken(sound) : sound;
+        const std::size_t stopAt = breaks.below(3) == 0 ? breaks.below(4) : never;
+        const Visits visits = visitAsStream(binary, stopAt);
+        ASSERT_EQ(visits, visitAsTree(binary, stopAt)) << testing::PrintToString(binary);
+        complete += visits.outcome == RecordsOutcome::Complete && visits.records.size() > 1 ? 1 : 0;
+        refused += visits.outcome == RecordsOutcome::NoArray ? 1 : 0;
+    }
+    EXPECT_GT(complete, 10000U);
+    EXPECT_GT(refused, 5000U);
 }
 
 TEST(RecordReader, refusesAListTruncatedAnywhereBeforeItsEnd) {

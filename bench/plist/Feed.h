@@ -44,6 +44,3 @@ Writable* pugixmlWritable(const std::string& bytes);
 Writable* copyWritable(const std::string& bytes);
 // Our rewriter, which reads the list besides and moves every tenth record.
 Writable* ourRewriter(const std::string& bytes);
-
-// A temporary file beside the target, then renamed over it.
-void replaceFile(const std::string& path, std::string_view bytes);

@@ -14,6 +14,35 @@ using namespace platform::plist;
 
 namespace {
 
+// A temporary file beside the target, then renamed over it.
+class Replacement final {
+public:
+    explicit Replacement(const std::string& path)
+        : path_(path)
+        , temporary_(path + ".new")
+        , file_(open(temporary_.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644)) {}
+    bool append(std::string_view bytes) {
+        while (!bytes.empty()) {
+            const ssize_t written = ::write(file_, bytes.data(), bytes.size());
+            if (written <= 0)
+                std::abort();
+            bytes.remove_prefix(static_cast<std::size_t>(written));
+        }
+        return true;
+    }
+    void finish() {
+        fsync(file_);
+        close(file_);
+        if (std::rename(temporary_.c_str(), path_.c_str()) != 0)
+            std::abort();
+    }
+
+private:
+    std::string path_;
+    std::string temporary_;
+    int file_;
+};
+
 constexpr std::array<std::string_view, 8> keys = {"date",   "name",    "image",  "amount",
                                                   "income", "expense", "planpk", "single"};
 
@@ -25,7 +54,12 @@ class Values final : public Writable {
 public:
     explicit Values(const std::string& bytes)
         : value_(std::get<Value>(read(bytes))) {}
-    void write(const std::string& path) override { replaceFile(path, *writeXml(value_)); }
+    void write(const std::string& path) override {
+        Replacement file(path);
+        if (!writeXml(value_, [&](std::string_view piece) { return file.append(piece); }))
+            std::abort();
+        file.finish();
+    }
 
 private:
     Value value_;
@@ -35,7 +69,11 @@ class Bytes final : public Writable {
 public:
     explicit Bytes(std::string bytes)
         : bytes_(std::move(bytes)) {}
-    void write(const std::string& path) override { replaceFile(path, bytes_); }
+    void write(const std::string& path) override {
+        Replacement file(path);
+        file.append(bytes_);
+        file.finish();
+    }
 
 private:
     std::string bytes_;
@@ -50,7 +88,9 @@ public:
         const RewrittenRecords rewritten = rewriteRecords(bytes_, keys, [&](const Record& record) {
             return ++count % 10 == 0 ? RecordEdit::replace(0, *record.number(0) + 86400) : RecordEdit::keep();
         });
-        replaceFile(path, *rewritten.xml);
+        Replacement file(path);
+        file.append(*rewritten.xml);
+        file.finish();
     }
 
 private:
@@ -103,19 +143,4 @@ Writable* copyWritable(const std::string& bytes) {
 }
 Writable* ourRewriter(const std::string& bytes) {
     return new Rewriter(bytes);
-}
-
-void replaceFile(const std::string& path, std::string_view bytes) {
-    const std::string temporary = path + ".new";
-    const int file = open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
-    while (!bytes.empty()) {
-        const ssize_t written = ::write(file, bytes.data(), bytes.size());
-        if (written <= 0)
-            std::abort();
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
-    fsync(file);
-    close(file);
-    if (std::rename(temporary.c_str(), path.c_str()) != 0)
-        std::abort();
 }

@@ -1,5 +1,6 @@
 #include "platform/plist/Numbers.h"
 
+#include "platform/plist/Digits.h"
 #include "platform/plist/Text.h"
 
 #include <algorithm>
@@ -129,45 +130,54 @@ int hexadecimalDigit(char c) {
 
 __extension__ using Wide = unsigned __int128;
 
+constexpr std::size_t significantDigits = 17;
+
+// The digits that "%.17g" shows of a number, without a point: as many as stand before it, and the others.
+struct Digits {
+    std::uint64_t all = 0; // below 10^17
+    std::size_t whole = 0;
+};
+
 // From 1 to 2^53, where a date lies: the whole part and the fraction each fit an integer, so that their
-// digits come from exact arithmetic, several times as fast as for any number. Null for other values.
-char* formatPlainReal(char* out, double value) {
-    constexpr int significant = 17;
-    const double magnitude = std::fabs(value);
-    if (!(magnitude >= 1 && magnitude < 0x1p53))
-        return nullptr;
-    if (value < 0)
-        *out++ = '-';
+// digits come from exact arithmetic, several times as fast as for any number.
+Digits digitsOf(double magnitude) {
     const auto bits = std::bit_cast<std::uint64_t>(magnitude);
     const unsigned shift = 1075 - static_cast<unsigned>(bits >> 52U); // bits of the fraction, up to 52
     const std::uint64_t mantissa = (bits & ((std::uint64_t{1} << 52U) - 1)) | (std::uint64_t{1} << 52U);
-    std::uint64_t whole = mantissa >> shift;
-    std::array<char, numberRoom> digits{};
-    char* end = std::to_chars(digits.data(), digits.data() + digits.size(), whole).ptr;
-    int places = significant - static_cast<int>(end - digits.data());
-    std::uint64_t scale = 1;
-    for (int i = 0; i < places; ++i)
-        scale *= 10;
+    const std::uint64_t whole = mantissa >> shift;
+    const std::size_t wholeDigits = digitCount(whole);
+    const std::uint64_t scale = powersOfTen[significantDigits - wholeDigits];
     const Wide product = Wide{mantissa & ((std::uint64_t{1} << shift) - 1)} * scale;
     auto fraction = static_cast<std::uint64_t>(product >> shift);
     const Wide rest = product & ((Wide{1} << shift) - 1);
     const Wide half = (Wide{1} << shift) / 2;
     if (rest > half || (shift > 0 && rest == half && fraction % 2 == 1))
         ++fraction;
-    if (fraction == scale) { // rounded up to the next whole number
-        fraction = 0;
-        ++whole;
-        end = std::to_chars(digits.data(), digits.data() + digits.size(), whole).ptr;
-    }
-    out = std::copy(digits.data(), end, out);
-    if (fraction == 0)
-        return out;
-    for (; fraction % 10 == 0; fraction /= 10)
-        --places;
-    *out++ = '.';
-    for (int i = places; i > 0; --i, fraction /= 10)
-        out[i - 1] = static_cast<char>('0' + fraction % 10);
-    return out + places;
+    const Digits digits{whole * scale + fraction, wholeDigits};
+    // Rounded up to the next power of ten, which has a digit more before the point.
+    return digits.all == powersOfTen[significantDigits] ? Digits{digits.all / 10, wholeDigits + 1} : digits;
+}
+
+// Null for a value that digitsOf() is not made for.
+char* formatPlainReal(char* out, double value) {
+    const double magnitude = std::fabs(value);
+    if (!(magnitude >= 1 && magnitude < 0x1p53))
+        return nullptr;
+    if (value < 0)
+        *out++ = '-';
+    const Digits digits = digitsOf(magnitude);
+    std::array<char, numberRoom> text{};
+    text[0] = static_cast<char>('0' + digits.all / powersOfTen[16]);
+    putSixteenDigits(text.data() + 1, digits.all % powersOfTen[16]);
+    std::memcpy(out, text.data(), significantDigits);
+    std::memcpy(out + digits.whole + 1, text.data() + digits.whole, significantDigits - digits.whole);
+    char* end = out + significantDigits + 1;
+    while (end[-1] == '0' && end > out + digits.whole + 1)
+        --end;
+    if (end == out + digits.whole + 1)
+        return out + digits.whole;
+    out[digits.whole] = '.';
+    return end;
 }
 
 #else
@@ -251,9 +261,17 @@ char* formatReal(char* out, double value) {
 }
 
 char* formatInteger(char* out, Integer value) {
-    if (value.isLarge)
-        return std::to_chars(out, out + numberRoom, value.bits).ptr;
-    return std::to_chars(out, out + numberRoom, static_cast<std::int64_t>(value.bits)).ptr;
+    const bool isNegative = !value.isLarge && (value.bits >> 63U) != 0;
+    const std::uint64_t magnitude = isNegative ? ~value.bits + 1 : value.bits;
+    if (isNegative)
+        *out++ = '-';
+    if (magnitude >= powersOfTen[16])
+        return std::to_chars(out, out + numberRoom - 1, magnitude).ptr;
+    std::array<char, numberRoom> text{};
+    putSixteenDigits(text.data(), magnitude);
+    const std::size_t count = digitCount(magnitude);
+    std::memcpy(out, text.data() + 16 - count, 16);
+    return out + count;
 }
 
 } // namespace platform::plist

@@ -15,7 +15,6 @@ public:
              const std::function<RecordEdit(const Record&)>& edit)
         : keys_(keys)
         , edit_(edit)
-        , output_(xmlHeader.size() + bytes.size() + bytes.size() / 8)
         , mayShare_(hasBinaryMagic(bytes))
         , largest_(largestExpansion(bytes.size())) {
         output_.raw(xmlHeader);
@@ -55,12 +54,13 @@ private:
         if (mayShare_ && isWritable_)
             isWritable_ = writtenSize(value).expanded <= largest_ - std::min(output_.size(), largest_);
         if (isWritable_)
-            isWritable_ = XmlWriter(output_).write(value, 1);
+            isWritable_ = writer_.write(value, 1);
     }
 
     std::span<const std::string_view> keys_;
     const std::function<RecordEdit(const Record&)>& edit_;
     XmlOutput output_;
+    XmlWriter writer_{output_};
     bool mayShare_; // only the binary form can name one container twice
     std::size_t largest_;
     bool hasRecords_ = false;

@@ -121,54 +121,6 @@ Value::Value(Uid value)
 Value::Value(ForeignDictionary value)
     : content_(std::make_shared<const ForeignDictionary>(std::move(value))) {}
 
-Kind Value::kind() const {
-    return static_cast<Kind>(content_.index());
-}
-
-const bool* Value::boolean() const {
-    return std::get_if<bool>(&content_);
-}
-const Integer* Value::integer() const {
-    return std::get_if<Integer>(&content_);
-}
-const double* Value::real() const {
-    return std::get_if<double>(&content_);
-}
-const Date* Value::date() const {
-    return std::get_if<Date>(&content_);
-}
-const Set* Value::set() const {
-    return std::get_if<Set>(&content_);
-}
-const Uid* Value::uid() const {
-    return std::get_if<Uid>(&content_);
-}
-
-const Data* Value::data() const {
-    const auto* shared = std::get_if<std::shared_ptr<const Data>>(&content_);
-    return shared ? shared->get() : nullptr;
-}
-
-const std::string* Value::string() const {
-    const auto* shared = std::get_if<std::shared_ptr<const std::string>>(&content_);
-    return shared ? shared->get() : nullptr;
-}
-
-const Array* Value::array() const {
-    const auto* shared = std::get_if<std::shared_ptr<const Array>>(&content_);
-    return shared ? shared->get() : nullptr;
-}
-
-const Dictionary* Value::dictionary() const {
-    const auto* shared = std::get_if<std::shared_ptr<const Dictionary>>(&content_);
-    return shared ? shared->get() : nullptr;
-}
-
-const ForeignDictionary* Value::foreignDictionary() const {
-    const auto* shared = std::get_if<std::shared_ptr<const ForeignDictionary>>(&content_);
-    return shared ? shared->get() : nullptr;
-}
-
 bool Value::isShared() const {
     if (const auto* array = std::get_if<std::shared_ptr<const Array>>(&content_))
         return array->use_count() > 1;

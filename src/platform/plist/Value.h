@@ -114,20 +114,20 @@ public:
     explicit Value(Uid value);
     explicit Value(ForeignDictionary value);
 
-    [[nodiscard]] Kind kind() const;
+    [[nodiscard]] Kind kind() const { return static_cast<Kind>(content_.index()); }
 
     // Each gives the content where the value is of that very kind, otherwise none.
-    [[nodiscard]] const bool* boolean() const;
-    [[nodiscard]] const Integer* integer() const;
-    [[nodiscard]] const double* real() const;
-    [[nodiscard]] const Date* date() const;
-    [[nodiscard]] const Data* data() const;
-    [[nodiscard]] const std::string* string() const;
-    [[nodiscard]] const Array* array() const;
-    [[nodiscard]] const Dictionary* dictionary() const;
-    [[nodiscard]] const Set* set() const;
-    [[nodiscard]] const Uid* uid() const;
-    [[nodiscard]] const ForeignDictionary* foreignDictionary() const;
+    [[nodiscard]] const bool* boolean() const { return std::get_if<bool>(&content_); }
+    [[nodiscard]] const Integer* integer() const { return std::get_if<Integer>(&content_); }
+    [[nodiscard]] const double* real() const { return std::get_if<double>(&content_); }
+    [[nodiscard]] const Date* date() const { return std::get_if<Date>(&content_); }
+    [[nodiscard]] const Data* data() const { return pointee<Data>(); }
+    [[nodiscard]] const std::string* string() const { return pointee<std::string>(); }
+    [[nodiscard]] const Array* array() const { return pointee<Array>(); }
+    [[nodiscard]] const Dictionary* dictionary() const { return pointee<Dictionary>(); }
+    [[nodiscard]] const Set* set() const { return std::get_if<Set>(&content_); }
+    [[nodiscard]] const Uid* uid() const { return std::get_if<Uid>(&content_); }
+    [[nodiscard]] const ForeignDictionary* foreignDictionary() const { return pointee<ForeignDictionary>(); }
 
     // Whether other values have this one's array or dictionary for their own, so that it may stand somewhere
     // twice.
@@ -142,6 +142,12 @@ private:
                      std::shared_ptr<const std::string>, std::shared_ptr<const Array>,
                      std::shared_ptr<const Dictionary>, Set, Uid, std::shared_ptr<const ForeignDictionary>>;
     Content content_;
+
+    template <typename T>
+    [[nodiscard]] const T* pointee() const {
+        const auto* const shared = std::get_if<std::shared_ptr<const T>>(&content_);
+        return shared ? shared->get() : nullptr;
+    }
 };
 
 inline std::size_t Dictionary::size() const {

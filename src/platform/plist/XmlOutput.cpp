@@ -2,60 +2,35 @@
 
 #include "platform/plist/Base64.h"
 #include "platform/plist/Dates.h"
-#include "platform/plist/Numbers.h"
-#include "platform/plist/Swar.h"
 
 #include <algorithm>
-#include <array>
-#include <cstring>
 
 namespace platform::plist {
 
 namespace {
 
-// Whether a word may hold a byte that needs care: '<', '>', '&' or the first one of a surrogate.
-bool mayNeedCare(std::uint64_t word) {
-    // '<' (0x3C) and '>' (0x3E) differ in one bit.
-    return (roughlyZeroBytes((word | (0x02 * everyByte)) ^ ('>' * everyByte)) |
-            roughlyZeroBytes(word ^ ('&' * everyByte)) | roughlyZeroBytes(word ^ (0xED * everyByte))) != 0;
-}
+// Small enough to stay in a processor's cache on its way.
+constexpr std::size_t pieceSize = std::size_t{1} << 16U;
 
 bool isSurrogate(std::string_view text, std::size_t at) {
     return static_cast<unsigned char>(text[at]) == 0xED && at + 2 < text.size() &&
            static_cast<unsigned char>(text[at + 1]) >= 0xA0;
 }
 
-char* putView(char* out, std::string_view text) {
-    std::memcpy(out, text.data(), text.size());
-    return out + text.size();
-}
-
-// Whether every byte may be written as it stands.
-bool isPlain(std::string_view text) {
-    constexpr std::size_t width = sizeof(std::uint64_t);
-    if (text.size() < width) {
-        std::uint64_t word = 0;
-        std::memcpy(&word, text.data(), text.size());
-        return !mayNeedCare(word);
-    }
-    for (std::size_t at = 0; at + width < text.size(); at += width)
-        if (mayNeedCare(loadWord(text.data() + at)))
-            return false;
-    return !mayNeedCare(loadWord(text.data() + text.size() - width));
-}
+} // namespace
 
 // Lone surrogates are left out.
-char* putEscaped(char* out, std::string_view text) {
+char* XmlOutput::putEscaped(char* out, std::string_view text) {
     for (std::size_t at = 0; at < text.size(); ++at) {
         switch (text[at]) {
         case '<':
-            out = putView(out, "&lt;");
+            out = put(out, "&lt;");
             break;
         case '>':
-            out = putView(out, "&gt;");
+            out = put(out, "&gt;");
             break;
         case '&':
-            out = putView(out, "&amp;");
+            out = put(out, "&amp;");
             break;
         default:
             if (isSurrogate(text, at))
@@ -67,23 +42,38 @@ char* putEscaped(char* out, std::string_view text) {
     return out;
 }
 
-} // namespace
-
-char* XmlOutput::putText(char* out, std::string_view text) {
-    return isPlain(text) ? putView(out, text) : putEscaped(out, text);
+void XmlOutput::putManyTabs(char* out, std::size_t count) {
+    std::memset(out, '\t', count);
 }
 
-void XmlOutput::raw(std::string_view text) {
-    used(putView(room(text.size()), text));
-}
-
-XmlOutput::XmlOutput(std::size_t expectedSize) {
-    grow(expectedSize);
+void XmlOutput::makeRoom(std::size_t size) {
+    if (sink_)
+        handOn();
+    if (text_.size() - size_ < size)
+        grow(size);
 }
 
 void XmlOutput::grow(std::size_t size) {
-    capacity_ = std::max(capacity_ * 2, size_ + size);
-    text_.resize(capacity_);
+    const std::size_t first = sink_ ? pieceSize : 4096;
+    constexpr std::size_t mostGrowth = 16; // whatever is expected, which may be wrong
+    std::size_t room = std::max({first, text_.size() * 2, size_ + size});
+    if (progress_.done > 0) {
+        const std::size_t expected = (size_ / progress_.done + 1) * progress_.of;
+        room = std::max(room, std::min(expected + expected / 64 + first, text_.size() * mostGrowth));
+    }
+    text_.resize(room);
+}
+
+void XmlOutput::handOn() {
+    if (size_ > 0 && !isRefused_)
+        isRefused_ = !(*sink_)({text_.data(), size_});
+    handedOn_ += size_;
+    size_ = 0;
+}
+
+bool XmlOutput::finish() {
+    handOn();
+    return !isRefused_;
 }
 
 std::string XmlOutput::take() {
@@ -91,25 +81,12 @@ std::string XmlOutput::take() {
     return std::move(text_);
 }
 
-void XmlOutput::integer(Integer value, std::size_t indent) {
-    std::array<char, numberRoom> text{};
-    const char* const end = formatInteger(text.data(), value);
-    line("<integer>", {text.data(), static_cast<std::size_t>(end - text.data())}, "</integer>\n", indent);
-}
-
-void XmlOutput::real(double value, std::size_t indent) {
-    std::array<char, numberRoom> text{};
-    const char* const end = formatReal(text.data(), value);
-    line("<real>", {text.data(), static_cast<std::size_t>(end - text.data())}, "</real>\n", indent);
-}
-
 bool XmlOutput::date(Date value, std::size_t indent) {
-    std::array<char, dateRoom> text{};
-    const char* const end = formatDate(text.data(), value.seconds);
-    if (!end)
-        return false;
-    line("<date>", {text.data(), static_cast<std::size_t>(end - text.data())}, "</date>\n", indent);
-    return true;
+    char* const out = put(putTabs(room(indent + dateRoom + 24), indent), "<date>");
+    char* const end = formatDate(out, value.seconds);
+    if (end)
+        used(put(end, "</date>\n"));
+    return end != nullptr;
 }
 
 void XmlOutput::data(std::string_view bytes, std::size_t indent) {

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "platform/plist/Numbers.h"
+#include "platform/plist/TextCare.h"
 #include "platform/plist/Value.h"
+#include "platform/plist/Writer.h"
 
 #include <cstring>
 #include <string>
@@ -17,69 +20,143 @@ constexpr std::string_view xmlFooter = "</plist>\n";
 
 class XmlOutput final {
 public:
-    explicit XmlOutput(std::size_t expectedSize);
+    // Keeps all that is written.
+    XmlOutput() = default;
+    // Hands it on.
+    explicit XmlOutput(const Sink& sink)
+        : sink_(&sink) {}
+
+    // How much of the whole is written when that is next asked for: room is made in proportion.
+    struct Progress {
+        std::size_t done = 0;
+        std::size_t of = 0;
+    };
+    void expect(Progress progress) { progress_ = progress; }
 
     // Each writes whole lines after `indent` tabs.
-    void key(std::string_view text, std::size_t indent) { line("<key>", text, "</key>\n", indent); }
-    void string(std::string_view text, std::size_t indent) { line("<string>", text, "</string>\n", indent); }
-    void boolean(bool value, std::size_t indent) {
-        if (value)
-            tag("<true/>\n", indent);
-        else
-            tag("<false/>\n", indent);
+    void key(std::string_view text, std::size_t indent) {
+        tag("<key>", indent);
+        closeText({}, text, "</key>\n");
     }
-    void integer(Integer value, std::size_t indent);
-    void real(double value, std::size_t indent);
+    void string(std::string_view text, std::size_t indent) {
+        tag("<string>", indent);
+        closeString({}, text);
+    }
+    void boolean(bool value, std::size_t indent) {
+        tag("", indent);
+        closeBoolean({}, value);
+    }
+    void integer(Integer value, std::size_t indent) {
+        tag("<integer>", indent);
+        closeInteger({}, value);
+    }
+    void real(double value, std::size_t indent) {
+        tag("<real>", indent);
+        closeReal({}, value);
+    }
     // False, and nothing written, for a date outside the calendar.
     [[nodiscard]] bool date(Date value, std::size_t indent);
     void data(std::string_view bytes, std::size_t indent);
     template <std::size_t N>
     void tag(const char (&text)[N], std::size_t indent) {
-        used(put(putTabs(room(indent + slack + N), indent), text));
+        used(put(putTabs(room(indent + N), indent), text));
+    }
+    // What is written up to a value's content, as it stands, then the content and the end of its line.
+    void closeString(std::string_view before, std::string_view text) {
+        closeText(before, text, "</string>\n");
+    }
+    void closeBoolean(std::string_view before, bool value) {
+        char* const out = putText(room(before.size() + sizeof "<false/>\n"), before);
+        used(value ? put(out, "<true/>\n") : put(out, "<false/>\n"));
+    }
+    void closeInteger(std::string_view before, Integer value) {
+        char* const out = putText(room(before.size() + numberRoom + sizeof "</integer>\n"), before);
+        used(put(formatInteger(out, value), "</integer>\n"));
+    }
+    void closeReal(std::string_view before, double value) {
+        char* const out = putText(room(before.size() + numberRoom + sizeof "</real>\n"), before);
+        used(put(formatReal(out, value), "</real>\n"));
     }
     // Lines as they stand.
-    void raw(std::string_view text);
+    void raw(std::string_view text) { used(putText(room(text.size()), text)); }
 
-    [[nodiscard]] std::size_t size() const { return size_; }
+    // Of all that was written.
+    [[nodiscard]] std::size_t size() const { return handedOn_ + size_; }
+    // All of it, without a sink.
     [[nodiscard]] std::string take();
+    // Hands on what is left; false where the sink did not take all.
+    [[nodiscard]] bool finish();
 
 private:
     // The longest that one byte becomes: "&amp;".
     static constexpr std::size_t escapedRoom = 5;
     // Room for what is stored beyond its end, to be overwritten by what comes next.
-    static constexpr std::size_t slack = 16;
+    static constexpr std::size_t slack = 32;
 
     char* room(std::size_t size) {
-        if (capacity_ - size_ < size)
-            grow(size);
+        if (text_.size() - size_ < size + slack) [[unlikely]]
+            makeRoom(size + slack);
         return text_.data() + size_;
     }
+    void makeRoom(std::size_t size);
     void grow(std::size_t size);
+    void handOn();
     void used(const char* end) { size_ = static_cast<std::size_t>(end - text_.data()); }
 
     static char* putTabs(char* out, std::size_t count) {
         std::memset(out, '\t', 8);
-        if (count > 8)
-            std::memset(out, '\t', count);
+        if (count > 8) [[unlikely]]
+            putManyTabs(out, count);
         return out + count;
     }
+    static void putManyTabs(char* out, std::size_t count);
     template <std::size_t N>
     static char* put(char* out, const char (&text)[N]) {
         std::memcpy(out, text, N - 1);
         return out + N - 1;
     }
+    // A text as it stands. Short ones in steps of which the last two overlap.
     static char* putText(char* out, std::string_view text);
+    // A text with its care taken, in a room that fits it.
+    static char* putEscaped(char* out, std::string_view text);
 
-    template <std::size_t N, std::size_t M>
-    void line(const char (&open)[N], std::string_view text, const char (&close)[M], std::size_t indent) {
-        char* out = room(indent + N + escapedRoom * text.size() + M + slack);
-        out = put(putTabs(out, indent), open);
-        used(put(putText(out, text), close));
+    template <std::size_t N>
+    void closeText(std::string_view before, std::string_view text, const char (&close)[N]) {
+        char* const start = putText(room(before.size() + escapedRoom * text.size() + N), before);
+        char* end = putText(start, text);
+        if (mayNeedCare(start, text.size())) [[unlikely]]
+            end = putEscaped(start, text);
+        used(put(end, close));
     }
 
-    std::string text_;
+    std::string text_; // as long as the room that there is
     std::size_t size_ = 0;
-    std::size_t capacity_ = 0;
+    Progress progress_;
+    const Sink* sink_ = nullptr;
+    std::size_t handedOn_ = 0;
+    bool isRefused_ = false;
 };
+
+inline char* XmlOutput::putText(char* out, std::string_view text) {
+    const char* const from = text.data();
+    const std::size_t size = text.size();
+    if (size > 32) {
+        std::memcpy(out, from, size);
+    } else if (size >= 16) {
+        std::memcpy(out, from, 16);
+        std::memcpy(out + size - 16, from + size - 16, 16);
+    } else if (size >= 8) {
+        std::memcpy(out, from, 8);
+        std::memcpy(out + size - 8, from + size - 8, 8);
+    } else if (size >= 4) {
+        std::memcpy(out, from, 4);
+        std::memcpy(out + size - 4, from + size - 4, 4);
+    } else if (size > 0) {
+        out[0] = from[0];
+        out[size / 2] = from[size / 2];
+        out[size - 1] = from[size - 1];
+    }
+    return out + size;
+}
 
 } // namespace platform::plist

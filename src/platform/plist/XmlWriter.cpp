@@ -1,25 +1,31 @@
 #include "platform/plist/XmlWriter.h"
 
 #include "platform/plist/Sharing.h"
-#include "platform/plist/Text.h"
 #include "platform/plist/Writer.h"
 #include "platform/plist/XmlReader.h"
 
-#include <algorithm>
-#include <vector>
-
 namespace platform::plist {
 
-std::optional<std::string> writeXml(const Value& value) {
-    const WrittenSize size = writtenSize(value);
-    if (isBeyondMeasure(size))
-        return std::nullopt;
-    XmlOutput output(xmlHeader.size() + size.expanded + xmlFooter.size());
+namespace {
+
+bool writeList(XmlOutput& output, const Value& value) {
     output.raw(xmlHeader);
-    if (!XmlWriter(output).write(value, 0))
-        return std::nullopt;
+    if (!XmlWriter(output, value).write(value, 0))
+        return false;
     output.raw(xmlFooter);
-    return output.take();
+    return true;
+}
+
+} // namespace
+
+std::optional<std::string> writeXml(const Value& value) {
+    XmlOutput output;
+    return writeList(output, value) ? std::optional(output.take()) : std::nullopt;
+}
+
+bool writeXml(const Value& value, const Sink& sink) {
+    XmlOutput output(sink);
+    return writeList(output, value) && output.finish();
 }
 
 bool XmlWriter::write(const Value& value, std::size_t indent) {
@@ -42,9 +48,9 @@ bool XmlWriter::write(const Value& value, std::size_t indent) {
         output_.string(*value.string(), indent);
         return true;
     case Kind::Array:
-        return writeArray(*value.array(), indent);
+        return mayWrite(value) && writeArray(*value.array(), indent);
     case Kind::Dictionary:
-        return writeDictionary(*value.dictionary(), indent);
+        return mayWrite(value) && writeDictionary(*value.dictionary(), indent);
     case Kind::Uid:
         return writeUid(*value.uid(), indent);
     case Kind::Null:
@@ -55,6 +61,15 @@ bool XmlWriter::write(const Value& value, std::size_t indent) {
     return false;
 }
 
+bool XmlWriter::mayWrite(const Value& container) {
+    if (!unmeasured_ || !container.isShared())
+        return true;
+    if (isBeyondMeasure(writtenSize(*unmeasured_)))
+        return false;
+    unmeasured_ = nullptr;
+    return true;
+}
+
 bool XmlWriter::writeArray(const Array& array, std::size_t indent) {
     if (array.empty()) {
         output_.tag("<array/>\n", indent);
@@ -63,9 +78,12 @@ bool XmlWriter::writeArray(const Array& array, std::size_t indent) {
     if (indent >= deepestNesting)
         return false;
     output_.tag("<array>\n", indent);
-    for (const Value& element : array)
-        if (!write(element, indent + 1))
+    for (std::size_t i = 0; i < array.size(); ++i) {
+        if (indent == 0)
+            output_.expect({i, array.size()});
+        if (!write(array[i], indent + 1))
             return false;
+    }
     output_.tag("</array>\n", indent);
     return true;
 }
@@ -77,23 +95,40 @@ bool XmlWriter::writeDictionary(const Dictionary& dictionary, std::size_t indent
     }
     if (indent >= deepestNesting)
         return false;
-    std::vector<const Dictionary::Entry*> sorted;
-    sorted.reserve(dictionary.size());
-    for (const Dictionary::Entry& entry : dictionary.entries())
-        sorted.push_back(&entry);
-    const auto precedes = [](const Dictionary::Entry* a, const Dictionary::Entry* b) {
-        return precedesInUtf16(a->first, b->first);
-    };
-    if (!std::is_sorted(sorted.begin(), sorted.end(), precedes))
-        std::sort(sorted.begin(), sorted.end(), precedes);
+    KeyLines ownLines;
+    KeyLines& keys = indent < keyLines_.size() ? keyLines_[indent] : ownLines;
+    if (!keys.serves(dictionary))
+        keys.make(dictionary, indent + 1);
     output_.tag("<dict>\n", indent);
-    for (const Dictionary::Entry* entry : sorted) {
-        output_.key(entry->first, indent + 1);
-        if (!write(entry->second, indent + 1))
+    for (const KeyLines::Line& line : keys.lines())
+        if (!writeEntry(keys, line, dictionary.entries()[line.entry].second, indent + 1))
             return false;
-    }
     output_.tag("</dict>\n", indent);
     return true;
+}
+
+bool XmlWriter::writeEntry(const KeyLines& keys, const KeyLines::Line& line, const Value& value,
+                           std::size_t indent) {
+    if (value.kind() == line.kind) {
+        switch (line.kind) {
+        case Kind::String:
+            output_.closeString(keys.opening(line), *value.string());
+            return true;
+        case Kind::Boolean:
+            output_.closeBoolean(keys.opening(line), *value.boolean());
+            return true;
+        case Kind::Real:
+            output_.closeReal(keys.opening(line), *value.real());
+            return true;
+        case Kind::Integer:
+            output_.closeInteger(keys.opening(line), *value.integer());
+            return true;
+        default:
+            break;
+        }
+    }
+    output_.raw(keys.key(line));
+    return write(value, indent);
 }
 
 bool XmlWriter::writeUid(Uid uid, std::size_t indent) {

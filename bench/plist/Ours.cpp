@@ -47,7 +47,7 @@ constexpr std::array<std::string_view, 8> keys = {"date",   "name",    "image", 
                                                   "income", "expense", "planpk", "single"};
 
 std::string textOf(const Dictionary& record, std::string_view key) {
-    return *record.find(key)->string();
+    return std::string(*record.find(key)->string());
 }
 
 class Values final : public Writable {

@@ -36,7 +36,7 @@ std::string jsonArray(const plist::Array& array) {
 
 std::string jsonObject(const plist::Dictionary& dictionary) {
     std::string json = "{";
-    for (const auto& [key, value] : dictionary.entries()) {
+    for (const auto& [key, value] : dictionary) {
         if (json.size() > 1)
             json += ", ";
         json += jsonText(exchange::textFromUtf8(key)) + ": " + jsonValue(value);

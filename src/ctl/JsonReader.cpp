@@ -1,5 +1,7 @@
 #include "ctl/JsonReader.h"
 
+#include "platform/plist/DictionaryBuilder.h"
+
 #include <QString>
 
 #include <charconv>
@@ -74,30 +76,29 @@ private:
     }
 
     plist::Value readObject(int depth) {
-        std::vector<plist::Dictionary::Entry> entries;
+        plist::DictionaryBuilder dictionary(nullptr);
         std::set<std::string> keys;
         ++at_;
         if (!takeAfterSpace('}')) {
             do
-                readEntry(depth, entries, keys);
+                readEntry(depth, dictionary, keys);
             while (error_.empty() && takeAfterSpace(','));
             expect('}', "a comma or } is missing");
         }
-        using Duplicates = plist::Dictionary::Duplicates;
-        return plist::Value(plist::Dictionary::fromEntries(std::move(entries), Duplicates::KeepLast));
+        return plist::Value(dictionary.take(plist::Dictionary::Duplicates::KeepLast));
     }
 
-    void readEntry(int depth, std::vector<plist::Dictionary::Entry>& entries, std::set<std::string>& keys) {
+    void readEntry(int depth, plist::DictionaryBuilder& dictionary, std::set<std::string>& keys) {
         skipSpace();
         if (peek() != '"') {
             fail("a key in quotes is missing");
             return;
         }
-        std::string key = readString();
+        const std::string key = readString();
         if (error_.empty() && !keys.insert(key).second)
             fail("the key stands twice");
         expect(':', "a colon is missing");
-        entries.emplace_back(std::move(key), readValue(depth + 1));
+        dictionary.add(key) = readValue(depth + 1);
     }
 
     plist::Value readWord(std::string_view word, plist::Value value) {

@@ -45,7 +45,7 @@ std::string readDates(plist::Array& records) {
             continue;
         const std::optional<double> moment = momentOfText(*date->string());
         if (!moment)
-            return recordName(index) + ": \"date\" is no date: " + *date->string();
+            return recordName(index) + ": \"date\" is no date: " + std::string(*date->string());
         plist::Dictionary record = *object;
         record.set(std::string(dateKey), plist::Value(*moment));
         records[index] = plist::Value(std::move(record));
@@ -69,9 +69,9 @@ std::string unwritable(const plist::Array& records) {
     const plist::Dictionary* object = found->dictionary();
     if (!object)
         return record + " is not a dictionary";
-    const auto entry = std::find_if(object->entries().begin(), object->entries().end(),
+    const auto entry = std::find_if(object->begin(), object->end(),
                                     [&](const auto& candidate) { return isUnwritable(candidate.second); });
-    return record + ": \"" + entry->first + "\" holds a null, which a property list cannot";
+    return record + ": \"" + (*entry).first + "\" holds a null, which a property list cannot";
 }
 
 bool isReadable(const std::string& bytes) {

@@ -44,7 +44,7 @@ protected:
         for (const plist::Value& value : arrayIn("-/actions.xml")) {
             const plist::Dictionary& record = *value.dictionary();
             entries.push_back({static_cast<std::int64_t>(record.find("type")->integer()->bits),
-                               *record.find("pk")->string(), *record.find("date")->real(),
+                               std::string(*record.find("pk")->string()), *record.find("date")->real(),
                                static_cast<std::int64_t>(record.find("param")->integer()->bits)});
         }
         return entries;

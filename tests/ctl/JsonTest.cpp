@@ -43,11 +43,11 @@ TEST(JsonReaderTest, readsContainersInTheirOrder) {
     const plist::Value value = valueOf(" { \"b\" : [ true , false , null , [ ] ] , \"a\" : { } } ");
     ASSERT_TRUE(value.dictionary());
     ASSERT_EQ(value.dictionary()->size(), 2u);
-    EXPECT_EQ(value.dictionary()->entries()[0].first, "b");
-    EXPECT_EQ(value.dictionary()->entries()[0].second,
+    EXPECT_EQ(value.dictionary()->keyAt(0), "b");
+    EXPECT_EQ(value.dictionary()->valueAt(0),
               plist::Value(plist::Array{plist::Value(true), plist::Value(false), plist::Value(),
                                         plist::Value(plist::Array())}));
-    EXPECT_EQ(value.dictionary()->entries()[1].second, plist::Value(plist::Dictionary()));
+    EXPECT_EQ(value.dictionary()->valueAt(1), plist::Value(plist::Dictionary()));
 }
 
 struct Fault {

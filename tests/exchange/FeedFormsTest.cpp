@@ -1,5 +1,6 @@
 #include "exchange/ExchangeTest.h"
 #include "exchange/FeedReader.h"
+#include "exchange/Text.h"
 #include "platform/plist/Reader.h"
 #include "platform/plist/Writer.h"
 
@@ -39,7 +40,7 @@ public:
     bool truth(std::string_view key) { return look(key, What::NotATruthValue, plist::truthOf); }
     QString text(std::string_view key) {
         return look(key, What::NotAString, [](const plist::Value& value) {
-            return value.string() ? std::optional(QString::fromStdString(*value.string())) : std::nullopt;
+            return value.string() ? std::optional(textFromUtf8(*value.string())) : std::nullopt;
         });
     }
 

@@ -25,7 +25,7 @@ protected:
 
     [[nodiscard]] std::string setting(const std::string& key) const {
         const plist::Value* value = settingsWhenOpened.find(key);
-        return value && value->string() ? *value->string() : "none";
+        return value && value->string() ? std::string(*value->string()) : "none";
     }
 
     std::vector<std::string> opened;

@@ -85,7 +85,7 @@ protected:
         for (const plist::Value& value : arrayIn("notifications.xml")) {
             const plist::Dictionary& record = *value.dictionary();
             EXPECT_EQ(record.size(), 9u);
-            records.push_back({*record.find("planpk")->string(),
+            records.push_back({std::string(*record.find("planpk")->string()),
                                plist::numberOf(*record.find("date")).value(),
                                static_cast<std::int64_t>(record.find("note")->integer()->bits)});
         }
@@ -98,7 +98,7 @@ protected:
             const plist::Dictionary& entry = *value.dictionary();
             EXPECT_EQ(entry.size(), 4u);
             entries.push_back({static_cast<std::int64_t>(entry.find("type")->integer()->bits),
-                               *entry.find("pk")->string(), *entry.find("date")->real(),
+                               std::string(*entry.find("pk")->string()), *entry.find("date")->real(),
                                static_cast<std::int64_t>(entry.find("param")->integer()->bits)});
         }
         return entries;

@@ -65,12 +65,12 @@ void requireSameRecords(std::string_view bytes, const ReadResult& tree) {
 }
 
 // A text as it comes back: without lone surrogates, and without the byte order mark that a reader drops.
-std::string writtenText(const std::string& text) {
+std::string writtenText(std::string_view text) {
     std::string result;
     for (std::size_t at = 0; at < text.size();) {
         const CodePoint point = codePointAt(text, at);
         if (point.value < 0xD800 || point.value > 0xDFFF)
-            result.append(text, at, point.length);
+            result += text.substr(at, point.length);
         at += point.length;
     }
     return std::string(withoutMark(result));
@@ -79,12 +79,17 @@ std::string writtenText(const std::string& text) {
 Value writtenValue(const Value& value);
 
 Value writtenDictionary(const Dictionary& dictionary) {
-    std::vector<Dictionary::Entry> entries = dictionary.entries();
+    std::vector<std::pair<std::string, Value>> entries(dictionary.begin(), dictionary.end());
     std::sort(entries.begin(), entries.end(),
               [](const auto& a, const auto& b) { return precedesInUtf16(a.first, b.first); });
-    for (Dictionary::Entry& entry : entries)
-        entry = {writtenText(entry.first), writtenValue(entry.second)};
-    Dictionary written = Dictionary::fromEntries(std::move(entries), Dictionary::Duplicates::KeepLast);
+    Dictionary::Keys keys;
+    std::vector<Value> values;
+    for (const auto& [key, value] : entries) {
+        keys.push_back(writtenText(key));
+        values.push_back(writtenValue(value));
+    }
+    Dictionary written =
+        Dictionary::fromKeysAndValues(std::move(keys), std::move(values), Dictionary::Duplicates::KeepLast);
     const std::optional<Uid> uid = uidOf(written);
     return uid ? Value(*uid) : Value(std::move(written));
 }
@@ -94,7 +99,7 @@ Value writtenValue(const Value& value) {
         return Value(*real == 0 ? 0.0 : std::isnan(*real) ? std::numeric_limits<double>::quiet_NaN() : *real);
     if (const Date* date = value.date())
         return Value(Date{std::floor(date->seconds) + 0.0});
-    if (const std::string* text = value.string())
+    if (const std::optional<std::string_view> text = value.string())
         return Value(writtenText(*text));
     if (const Dictionary* dictionary = value.dictionary())
         return writtenDictionary(*dictionary);

@@ -189,12 +189,13 @@ bool AsciiReader::readDictionary(unsigned depth, Value& value) {
 
 // Up to where no key stands. A key without a value is its own.
 bool AsciiReader::readEntries(unsigned depth, Value& value) {
-    std::vector<Dictionary::Entry> entries;
+    Dictionary::Keys keys;
+    std::vector<Value> values;
     std::string key;
     while (readKey(key)) {
         if (!skipSpace())
             return fail("The text ends after a key");
-        Value content;
+        Value& content = values.emplace_back();
         if (text_[at_] == '=') {
             ++at_;
             if (!readValue(depth + 1, content))
@@ -204,12 +205,13 @@ bool AsciiReader::readEntries(unsigned depth, Value& value) {
         } else {
             return fail("Neither '=' nor ';' follows a key");
         }
-        entries.emplace_back(std::move(key), std::move(content));
+        keys.push_back(std::move(key));
         if (!skipSpace() || text_[at_] != ';')
             return fail("No ';' follows a value");
         ++at_;
     }
-    value = Value(Dictionary::fromEntries(std::move(entries), Dictionary::Duplicates::KeepLast));
+    value = Value(
+        Dictionary::fromKeysAndValues(std::move(keys), std::move(values), Dictionary::Duplicates::KeepLast));
     return true;
 }
 

@@ -30,25 +30,27 @@ std::optional<BinaryLayout> BinaryLayout::of(std::string_view bytes) {
         return std::nullopt;
     const std::string_view trailer = bytes.substr(bytes.size() - trailerSize);
     BinaryLayout layout;
-    layout.offsetSize_ = static_cast<unsigned char>(trailer[6]);
-    layout.referenceSize_ = static_cast<unsigned char>(trailer[7]);
+    const std::size_t offsetSize = static_cast<unsigned char>(trailer[6]);
+    const std::size_t referenceSize = static_cast<unsigned char>(trailer[7]);
     layout.count_ = bigEndian(trailer.substr(8, 8));
     layout.topObject_ = bigEndian(trailer.substr(16, 8));
     const std::uint64_t tableOffset = bigEndian(trailer.substr(24, 8));
     const std::size_t beforeTrailer = bytes.size() - trailerSize;
-    if (layout.offsetSize_ < 1 || layout.referenceSize_ < 1 || layout.topObject_ >= layout.count_)
+    if (offsetSize < 1 || referenceSize < 1 || layout.topObject_ >= layout.count_)
         return std::nullopt;
     if (tableOffset < headerSize + 1 || tableOffset >= beforeTrailer)
         return std::nullopt;
     const std::uint64_t tableSize = beforeTrailer - tableOffset;
-    if (tableSize % layout.offsetSize_ != 0 || tableSize / layout.offsetSize_ != layout.count_)
+    if (tableSize % offsetSize != 0 || tableSize / offsetSize != layout.count_)
         return std::nullopt;
-    if (!canHold(layout.referenceSize_, layout.count_) || !canHold(layout.offsetSize_, tableOffset))
+    if (!canHold(referenceSize, layout.count_) || !canHold(offsetSize, tableOffset))
         return std::nullopt;
     layout.objects_ = bytes.substr(0, tableOffset);
     layout.offsets_ = bytes.substr(tableOffset, tableSize);
-    for (std::size_t at = 0; at < tableSize; at += layout.offsetSize_)
-        if (bigEndianAt(layout.offsets_.data() + at, layout.offsetSize_) >= tableOffset)
+    layout.offsetNumbers_ = BinaryNumbers(offsetSize);
+    layout.references_ = BinaryNumbers(referenceSize);
+    for (std::size_t at = 0; at < tableSize; at += offsetSize)
+        if (layout.offsetNumbers_.at(layout.offsets_.data() + at) >= tableOffset)
             return std::nullopt;
     return layout;
 }

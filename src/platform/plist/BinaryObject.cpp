@@ -1,7 +1,5 @@
 #include "platform/plist/BinaryObject.h"
 
-#include "platform/plist/Text.h"
-
 #include <limits>
 
 namespace platform::plist {
@@ -35,51 +33,21 @@ bool takeStatedCount(std::string_view& rest, std::size_t& count) {
     return true;
 }
 
-const char* faultOf(const BinaryObject& object) {
-    const std::size_t size = object.content.size();
-    switch (object.marker) {
-    case BinaryMarker::Simple:
-        return object.low == 0x0 || object.low == 0x8 || object.low == 0x9
-                   ? nullptr
-                   : "An object is of an unknown kind";
-    case BinaryMarker::Integer:
-        return size <= 16 ? nullptr : "An integer is too wide";
-    case BinaryMarker::Real:
-        return size == sizeof(float) || size == sizeof(double)
-                   ? nullptr
-                   : "A real is neither of four bytes nor of eight";
-    case BinaryMarker::Date:
-        return size == sizeof(double) ? nullptr : "A date is not of eight bytes";
-    case BinaryMarker::Uid:
-        return bigEndianAt(object.content.data(), object.content.size()) <=
-                       std::numeric_limits<std::uint32_t>::max()
-                   ? nullptr
-                   : "A UID is above 2^32-1";
-    case BinaryMarker::Data:
-    case BinaryMarker::Ascii:
-    case BinaryMarker::Utf16:
-    case BinaryMarker::Array:
-    case BinaryMarker::Set:
-    case BinaryMarker::Dictionary:
-        return nullptr;
-    }
-    return "An object is of an unknown kind";
-}
-
-bool isPlainText(const BinaryObject& object) {
-    return object.marker == BinaryMarker::Ascii && isAscii(object.content);
-}
-
-void appendText(std::string& text, const BinaryObject& object) {
+char* putText(char* out, const BinaryObject& object) {
     const std::string_view content = object.content;
-    if (object.marker == BinaryMarker::Utf16) {
-        appendBigEndianUtf16(text, content);
-    } else if (isAscii(content)) {
-        text += content;
-    } else {
-        for (const char c : content)
-            appendCodePoint(text, static_cast<unsigned char>(c));
-    }
+    if (object.marker == BinaryMarker::Utf16)
+        return putBigEndianUtf16(out, content);
+    for (const char c : content)
+        out = putCodePoint(out, static_cast<unsigned char>(c));
+    return out;
+}
+
+std::string textOf(const BinaryObject& object) {
+    if (isPlainText(object))
+        return std::string(object.content);
+    std::string text(object.count * longestCharacter, '\0');
+    text.resize(static_cast<std::size_t>(putText(text.data(), object) - text.data()));
+    return text;
 }
 
 } // namespace platform::plist

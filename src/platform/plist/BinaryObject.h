@@ -1,10 +1,12 @@
 #pragma once
 
 #include "platform/plist/BinaryLayout.h"
+#include "platform/plist/Text.h"
 #include "platform/plist/Value.h"
 
 #include <bit>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -49,7 +51,36 @@ struct BinaryObject {
 
 // What is wrong with an object, apart from what it refers to; null where nothing is. What follows may be
 // asked only of an object that nothing is wrong with, and of its own kind.
-[[nodiscard]] const char* faultOf(const BinaryObject& object);
+[[nodiscard]] inline const char* faultOf(const BinaryObject& object) {
+    const std::size_t size = object.content.size();
+    switch (object.marker) {
+    case BinaryMarker::Simple:
+        return object.low == 0x0 || object.low == 0x8 || object.low == 0x9
+                   ? nullptr
+                   : "An object is of an unknown kind";
+    case BinaryMarker::Integer:
+        return size <= 16 ? nullptr : "An integer is too wide";
+    case BinaryMarker::Real:
+        return size == sizeof(float) || size == sizeof(double)
+                   ? nullptr
+                   : "A real is neither of four bytes nor of eight";
+    case BinaryMarker::Date:
+        return size == sizeof(double) ? nullptr : "A date is not of eight bytes";
+    case BinaryMarker::Uid:
+        return bigEndianAt(object.content.data(), object.content.size()) <=
+                       std::numeric_limits<std::uint32_t>::max()
+                   ? nullptr
+                   : "A UID is above 2^32-1";
+    case BinaryMarker::Data:
+    case BinaryMarker::Ascii:
+    case BinaryMarker::Utf16:
+    case BinaryMarker::Array:
+    case BinaryMarker::Set:
+    case BinaryMarker::Dictionary:
+        return nullptr;
+    }
+    return "An object is of an unknown kind";
+}
 
 // Up to four bytes are unsigned, eight are signed; of sixteen the last eight count, unsigned.
 inline Integer integerOf(const BinaryObject& object) {
@@ -71,12 +102,27 @@ inline std::optional<bool> booleanOf(const BinaryObject& object) {
 }
 
 // Whether a text stands in the list as it is: ASCII without a byte above 127.
-[[nodiscard]] bool isPlainText(const BinaryObject& object);
-// Any text, as UTF-8. A byte above 127 is the character of Latin 1.
-void appendText(std::string& text, const BinaryObject& object);
+inline bool isPlainText(const BinaryObject& object) {
+    return object.marker == BinaryMarker::Ascii && isAscii(object.content);
+}
+// Writes any text as UTF-8 to a room of three bytes a character (or UTF-16 unit); gives its end. A byte above
+// 127 is the character of Latin 1.
+char* putText(char* out, const BinaryObject& object);
+[[nodiscard]] std::string textOf(const BinaryObject& object);
+constexpr std::size_t longestCharacter = 3;
 
 // The count of an object that states it in the bytes that follow its first one, which it passes.
 [[nodiscard]] bool takeStatedCount(std::string_view& rest, std::size_t& count);
+
+// Likewise, if it is one byte's: false, and nothing passed, where it is not.
+inline bool takeShortCount(std::string_view& rest, std::size_t& count) {
+    constexpr char oneByteInteger = 0x10;
+    if (rest.size() < 2 || rest[0] != oneByteInteger)
+        return false;
+    count = static_cast<unsigned char>(rest[1]);
+    rest.remove_prefix(2);
+    return true;
+}
 
 inline bool takeBinaryObject(const BinaryLayout& layout, std::size_t offset, BinaryObject& object) {
     constexpr unsigned statedApart = 0x0F;
@@ -100,7 +146,8 @@ inline bool takeBinaryObject(const BinaryLayout& layout, std::size_t offset, Bin
         ++object.count;
         break;
     default:
-        if (object.low == statedApart && !takeStatedCount(rest, object.count))
+        if (object.low == statedApart && !takeShortCount(rest, object.count) &&
+            !takeStatedCount(rest, object.count))
             return false;
         if (object.marker == BinaryMarker::Utf16)
             elementSize = 2;

@@ -10,8 +10,8 @@ namespace {
 
 // One key of any kind as bytes, so that equal keys give equal bytes. Numbers are equal whatever their kind.
 std::string identityOf(const Value& value) {
-    if (const std::string* string = value.string())
-        return 's' + *string;
+    if (const std::optional<std::string_view> string = value.string())
+        return 's' + std::string(*string);
     if (const Data* data = value.data())
         return 'd' + data->bytes;
     double number = 0;
@@ -27,7 +27,7 @@ std::string identityOf(const Value& value) {
     } else if (const Integer* integer = value.integer()) {
         number = numberOf(value).value_or(0);
         if (number > 0x1p53 || number < -0x1p53) // a real has no more of them
-            return (integer->isLarge ? "I" : "i") + std::to_string(integer->bits);
+            return std::string(1, integer->isLarge ? 'I' : 'i').append(std::to_string(integer->bits));
     } else {
         number = value.real() ? *value.real() : 0;
     }
@@ -88,11 +88,8 @@ Value BinaryReader::leafOf(const BinaryObject& object) {
     case BinaryMarker::Data:
         return Value(Data{std::string(object.content)});
     case BinaryMarker::Ascii:
-    case BinaryMarker::Utf16: {
-        std::string text;
-        appendText(text, object);
-        return Value(std::move(text));
-    }
+    case BinaryMarker::Utf16:
+        return Value(textOf(object));
     default: {
         const std::optional<bool> boolean = booleanOf(object);
         return boolean ? Value(*boolean) : Value();
@@ -131,34 +128,32 @@ bool BinaryReader::readDictionary(const BinaryObject& object, std::size_t offset
                                   Value& value) {
     const std::size_t size = layout_.referenceSize();
     const std::size_t half = object.content.size() / 2;
-    std::vector<Dictionary::Entry> entries;
-    entries.reserve(object.count);
-    ForeignDictionary foreign; // all entries from the first on whose key is no text
-    for (std::size_t at = 0; at < half; at += size) {
-        Value key;
-        Value content;
-        if (!read(layout_.referenceAt(object.content.data() + at), depth + 1, key) ||
-            !read(layout_.referenceAt(object.content.data() + half + at), depth + 1, content))
+    ForeignDictionary entries;
+    entries.entries.resize(object.count);
+    bool hasTextKeys = true;
+    for (std::size_t i = 0; i < object.count; ++i) {
+        auto& [key, content] = entries.entries[i];
+        const char* const reference = object.content.data() + i * size;
+        if (!read(layout_.referenceAt(reference), depth + 1, key) ||
+            !read(layout_.referenceAt(reference + half), depth + 1, content))
             return false;
         if (isContainer(key))
             return fail(offset, "A dictionary's key is a container");
-        if (foreign.entries.empty() && key.string())
-            entries.emplace_back(*key.string(), std::move(content));
-        else
-            foreign.entries.emplace_back(std::move(key), std::move(content));
+        hasTextKeys = hasTextKeys && key.string();
     }
-    if (foreign.entries.empty()) {
-        value = Value(Dictionary::fromEntries(std::move(entries), Dictionary::Duplicates::KeepFirst));
+    if (!hasTextKeys) {
+        std::set<std::string> seen;
+        std::erase_if(entries.entries,
+                      [&](const auto& entry) { return !seen.insert(identityOf(entry.first)).second; });
+        value = Value(std::move(entries));
         return true;
     }
-    for (Dictionary::Entry& entry : entries)
-        foreign.entries.emplace_back(Value(std::move(entry.first)), std::move(entry.second));
-    std::rotate(foreign.entries.begin(), foreign.entries.end() - static_cast<std::ptrdiff_t>(entries.size()),
-                foreign.entries.end());
-    std::set<std::string> seen;
-    std::erase_if(foreign.entries,
-                  [&](const auto& entry) { return !seen.insert(identityOf(entry.first)).second; });
-    value = Value(std::move(foreign));
+    DictionaryBuilder dictionary(recentKeys_.at(depth));
+    for (auto& [key, content] : entries.entries)
+        dictionary.add(*key.string()) = std::move(content);
+    Dictionary made = dictionary.take(Dictionary::Duplicates::KeepFirst);
+    recentKeys_.remember(depth, made);
+    value = Value(std::move(made));
     return true;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/plist/BinaryObject.h"
+#include "platform/plist/DictionaryBuilder.h"
 #include "platform/plist/Reader.h"
 
 #include <cstdint>
@@ -53,6 +54,7 @@ private:
     const BinaryLayout& layout_;
     std::vector<std::uint32_t> slots_;
     std::vector<Value> known_;
+    RecentKeys recentKeys_;
     std::size_t budget_;
     std::size_t faultOffset_ = 0;
     const char* fault_ = "The list is not valid";

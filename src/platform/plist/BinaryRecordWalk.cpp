@@ -70,15 +70,16 @@ bool BinaryRecordWalk::visitRecord(std::size_t offset, const BinaryObject& objec
     const std::string_view keys = object.content.substr(0, object.content.size() / 2);
     if (keys != recordKeys_.references && !readKeys(keys))
         return false;
-    buffer_.clear();
+    bufferUsed_ = 0;
     for (Record::Slot& slot : slots_)
         slot.state = Record::State::Absent;
     const char* value = keys.data() + keys.size();
+    const std::size_t wanted = slots_.size();
     for (const std::size_t key : recordKeys_.places) {
         const std::uint64_t number = layout_.referenceAt(value);
         value += layout_.referenceSize();
         // Of one key's values the first counts.
-        const bool isWanted = key < slots_.size() && slots_[key].state == Record::State::Absent;
+        const bool isWanted = key < wanted && slots_[key].state == Record::State::Absent;
         if (!(isWanted ? readSlot(number, slots_[key]) : check(number, depthOfEntries)))
             return false;
     }
@@ -114,11 +115,7 @@ std::size_t BinaryRecordWalk::keyAt(std::uint64_t number) {
     BinaryObject object;
     if (!takeBinaryObject(layout_, *layout_.offsetOf(number), object) || !object.isText())
         return noText;
-    if (isPlainText(object))
-        return keys_.find(object.content);
-    std::string text;
-    appendText(text, object);
-    return keys_.find(text);
+    return keys_.find(textOf(object));
 }
 
 bool BinaryRecordWalk::readSlot(std::uint64_t number, Record::Slot& slot) {
@@ -127,13 +124,11 @@ bool BinaryRecordWalk::readSlot(std::uint64_t number, Record::Slot& slot) {
     if (!offset || !takeBinaryObject(layout_, *offset, object))
         return false;
     if (object.isText()) {
-        readText(object, slot);
+        readText(*offset, object, slot);
         return spendOnce(*offset, object);
     }
-    if (faultOf(object))
-        return false;
     readNumber(object, slot);
-    return object.isFixed() || check(*offset, object, depthOfEntries);
+    return check(*offset, object, depthOfEntries);
 }
 
 // A boolean is a number too; any other object is neither.
@@ -151,15 +146,30 @@ void BinaryRecordWalk::readNumber(const BinaryObject& object, Record::Slot& slot
     }
 }
 
-void BinaryRecordWalk::readText(const BinaryObject& object, Record::Slot& slot) {
+void BinaryRecordWalk::readText(std::size_t offset, const BinaryObject& object, Record::Slot& slot) {
     slot.state = Record::State::Text;
+    if (object.content.size() >= longText) {
+        slot.text = {longTextAt(offset, object), 0, 0, false};
+        return;
+    }
     if (isPlainText(object)) {
         slot.text = {object.content, 0, 0, false};
         return;
     }
-    const std::size_t offset = buffer_.size();
-    appendText(buffer_, object);
-    slot.text = {{}, offset, buffer_.size() - offset, true};
+    const std::size_t room = object.count * longestCharacter;
+    if (buffer_.size() - bufferUsed_ < room)
+        buffer_.resize(2 * buffer_.size() + room);
+    char* const start = buffer_.data() + bufferUsed_;
+    const auto length = static_cast<std::size_t>(putText(start, object) - start);
+    slot.text = {{}, bufferUsed_, length, true};
+    bufferUsed_ += length;
+}
+
+std::string_view BinaryRecordWalk::longTextAt(std::size_t offset, const BinaryObject& object) {
+    const auto [place, isNew] = longTexts_.try_emplace(offset);
+    if (isNew)
+        place->second = textOf(object);
+    return place->second;
 }
 
 // Whether an object and all that it refers to is sound.

@@ -7,6 +7,7 @@
 #include <array>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace platform::plist {
@@ -53,7 +54,8 @@ private:
     [[nodiscard]] std::size_t keyAt(std::uint64_t number);
     [[nodiscard]] bool readSlot(std::uint64_t number, Record::Slot& slot);
     static void readNumber(const BinaryObject& object, Record::Slot& slot);
-    void readText(const BinaryObject& object, Record::Slot& slot);
+    void readText(std::size_t offset, const BinaryObject& object, Record::Slot& slot);
+    [[nodiscard]] std::string_view longTextAt(std::size_t offset, const BinaryObject& object);
     [[nodiscard]] bool check(std::uint64_t number, unsigned depth);
     [[nodiscard]] bool check(std::size_t offset, const BinaryObject& object, unsigned depth);
     [[nodiscard]] bool checkContent(const BinaryObject& object, unsigned depth);
@@ -88,7 +90,11 @@ private:
     std::array<KnownKey, 64> recentKeys_;
 
     std::vector<Record::Slot> slots_;
-    std::string buffer_;               // decoded texts of the record at hand
+    std::string buffer_; // decoded texts of the record at hand, and room for more
+    std::size_t bufferUsed_ = 0;
+    // Texts of this many bytes are read once, however many records they stand in.
+    static constexpr std::size_t longText = 1024;
+    std::unordered_map<std::size_t, std::string> longTexts_;
     std::optional<BinaryReader> tree_; // of records that stand in the list twice
 };
 

@@ -2,6 +2,7 @@
 
 #include "platform/plist/Value.h"
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,8 +33,8 @@ public:
     }
 
 private:
-    std::vector<std::string> keys_; // in the dictionary's order
-    std::vector<Line> lines_;       // in the order of writing
+    std::shared_ptr<const Dictionary::Keys> keys_;
+    std::vector<Line> lines_; // in the order of writing
     std::string text_;
 };
 

@@ -59,9 +59,7 @@ RecordsOutcome RecordWalk::runBinary(std::string_view bytes) {
     const std::optional<BinaryLayout> layout = BinaryLayout::of(bytes);
     if (!layout)
         return RecordsOutcome::NoArray;
-    return BinaryRecordWalk(*layout, keys_, wanted_).run([&](const Record& record, const Value* value) {
-        return (*visit_)(record, value);
-    });
+    return BinaryRecordWalk(*layout, keys_, wanted_).run(*visit_);
 }
 
 RecordsOutcome RecordWalk::runTree(std::string_view bytes) {
@@ -195,7 +193,7 @@ bool RecordWalk::readSlot(XmlElement element, unsigned depth, Record::Slot& slot
     if (const std::optional<double> number = numberOf(value)) {
         slot.state = value.boolean() ? Record::State::Boolean : Record::State::Number;
         slot.number = *number;
-    } else if (const std::string* string = value.string()) {
+    } else if (const std::optional<std::string_view> string = value.string()) {
         slot.state = Record::State::Text;
         slot.text = {{}, buffer_.size(), string->size(), true};
         buffer_ += *string;

@@ -35,7 +35,7 @@ public:
 
 private:
     static std::size_t contentOf(const Value& value) {
-        if (const std::string* string = value.string())
+        if (const std::optional<std::string_view> string = value.string())
             return string->size();
         if (const Data* data = value.data())
             return data->bytes.size() * 2;
@@ -58,7 +58,7 @@ private:
 
     Extent ofEntries(const Dictionary& dictionary) {
         Extent extent{sizeOfTags, 2};
-        for (const auto& [key, value] : dictionary.entries()) {
+        for (const auto& [key, value] : dictionary) {
             const std::size_t keySize = sizeOfTags + key.size();
             distinct_ += keySize;
             addInner(extent, {keySize, 1});

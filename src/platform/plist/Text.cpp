@@ -49,32 +49,6 @@ std::size_t sequenceLength(std::string_view text, std::size_t offset, bool allow
     return overlong || tooLarge ? 0 : 4;
 }
 
-constexpr std::size_t longestSequence = 4;
-
-// Writes a code point's UTF-8 sequence; gives its end.
-char* putCodePoint(char* out, char32_t codePoint) {
-    const auto tail = [codePoint](unsigned shift) {
-        return static_cast<char>(0x80U | ((codePoint >> shift) & 0x3FU));
-    };
-    if (codePoint < 0x80) {
-        *out++ = static_cast<char>(codePoint);
-        return out;
-    }
-    if (codePoint < 0x800) {
-        *out++ = static_cast<char>(0xC0U | (codePoint >> 6U));
-    } else {
-        if (codePoint < 0x10000) {
-            *out++ = static_cast<char>(0xE0U | (codePoint >> 12U));
-        } else {
-            *out++ = static_cast<char>(0xF0U | (codePoint >> 18U));
-            *out++ = tail(12);
-        }
-        *out++ = tail(6);
-    }
-    *out++ = tail(0);
-    return out;
-}
-
 // Four UTF-16 units, if all of them are ASCII; false, and nothing written, if not.
 bool takeFourAscii(const char* units, char* out) {
     std::uint64_t word = loadBigEndian(units);
@@ -123,24 +97,36 @@ bool isUtf8(std::string_view bytes) {
     return true;
 }
 
-bool isAscii(std::string_view bytes) {
-    constexpr std::size_t width = sizeof highBits;
-    std::uint64_t seen = 0;
-    std::size_t at = 0;
-    for (; at + width <= bytes.size(); at += width)
-        seen |= loadWord(bytes.data() + at);
-    for (; at < bytes.size(); ++at)
-        seen |= byteAt(bytes, at);
-    return (seen & highBits) == 0;
-}
-
 std::string_view withoutMark(std::string_view text) {
     constexpr std::string_view mark = "\xEF\xBB\xBF";
     return text.starts_with(mark) ? text.substr(mark.size()) : text;
 }
 
+char* putCodePoint(char* out, char32_t codePoint) {
+    const auto tail = [codePoint](unsigned shift) {
+        return static_cast<char>(0x80U | ((codePoint >> shift) & 0x3FU));
+    };
+    if (codePoint < 0x80) {
+        *out++ = static_cast<char>(codePoint);
+        return out;
+    }
+    if (codePoint < 0x800) {
+        *out++ = static_cast<char>(0xC0U | (codePoint >> 6U));
+    } else {
+        if (codePoint < 0x10000) {
+            *out++ = static_cast<char>(0xE0U | (codePoint >> 12U));
+        } else {
+            *out++ = static_cast<char>(0xF0U | (codePoint >> 18U));
+            *out++ = tail(12);
+        }
+        *out++ = tail(6);
+    }
+    *out++ = tail(0);
+    return out;
+}
+
 void appendCodePoint(std::string& text, char32_t codePoint) {
-    std::array<char, longestSequence> sequence{};
+    std::array<char, 4> sequence{};
     text.append(sequence.data(), putCodePoint(sequence.data(), codePoint));
 }
 
@@ -157,20 +143,15 @@ void appendUtf16Unit(std::string& text, char16_t unit) {
     appendCodePoint(text, unit);
 }
 
-void appendBigEndianUtf16(std::string& text, std::string_view bytes) {
-    constexpr std::size_t longestOfUnit = 3;
+char* putBigEndianUtf16(char* out, std::string_view bytes) {
     const std::size_t count = bytes.size() / 2;
-    const std::size_t before = text.size();
-    text.resize(before + count * longestOfUnit);
     const auto unit = [bytes](std::size_t index) {
         return static_cast<char32_t>((byteAt(bytes, 2 * index) << 8U) | byteAt(bytes, 2 * index + 1));
     };
-    char* out = text.data() + before;
-    for (std::size_t i = 0; i < count; ++i) {
-        for (; i + 4 <= count && takeFourAscii(bytes.data() + 2 * i, out); out += 4)
-            i += 4;
-        if (i == count)
-            break;
+    std::size_t i = 0;
+    for (; i + 4 <= count && takeFourAscii(bytes.data() + 2 * i, out); out += 4)
+        i += 4;
+    for (; i < count; ++i) {
         char32_t point = unit(i);
         const bool isPair =
             point >= 0xD800 && point <= 0xDBFF && i + 1 < count && (unit(i + 1) & 0xFC00U) == 0xDC00U;
@@ -178,7 +159,7 @@ void appendBigEndianUtf16(std::string& text, std::string_view bytes) {
             point = 0x10000 + ((point - 0xD800) << 10U) + (unit(++i) - 0xDC00);
         out = putCodePoint(out, point);
     }
-    text.resize(static_cast<std::size_t>(out - text.data()));
+    return out;
 }
 
 CodePoint codePointAt(std::string_view text, std::size_t offset) {

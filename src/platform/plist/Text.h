@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/plist/Swar.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -12,10 +14,25 @@ namespace platform::plist {
 // Whether the bytes are UTF-8 (RFC 3629: no overlong form, no surrogate, nothing above U+10FFFF).
 [[nodiscard]] bool isUtf8(std::string_view bytes);
 
-[[nodiscard]] bool isAscii(std::string_view bytes);
+[[nodiscard]] inline bool isAscii(std::string_view bytes) {
+    constexpr std::size_t width = sizeof highBits;
+    std::uint64_t seen = 0;
+    if (bytes.size() >= width) { // the last word may overlap the one before
+        for (std::size_t at = 0; at + width < bytes.size(); at += width)
+            seen |= loadWord(bytes.data() + at);
+        seen |= loadWord(bytes.data() + bytes.size() - width);
+    } else {
+        for (const char byte : bytes)
+            seen |= static_cast<unsigned char>(byte);
+    }
+    return (seen & highBits) == 0;
+}
 
 // A UTF-8 text without the byte order mark at its start.
 [[nodiscard]] std::string_view withoutMark(std::string_view text);
+
+// Writes a code point's UTF-8 sequence, of up to four bytes; gives its end.
+char* putCodePoint(char* out, char32_t codePoint);
 
 // Appends a code point up to U+10FFFF, surrogates included.
 void appendCodePoint(std::string& text, char32_t codePoint);
@@ -23,9 +40,8 @@ void appendCodePoint(std::string& text, char32_t codePoint);
 // Appends one UTF-16 unit. A low surrogate joins a high one that stands at the text's end.
 void appendUtf16Unit(std::string& text, char16_t unit);
 
-// Appends a text of two bytes a unit, the high one first; its units join each other but not what stands
-// before them.
-void appendBigEndianUtf16(std::string& text, std::string_view bytes);
+// Writes a text of two bytes a unit, the high one first, to a room of three bytes a unit; gives its end.
+char* putBigEndianUtf16(char* out, std::string_view bytes);
 
 // A code point of a text and the number of bytes it takes. Bytes that are no UTF-8 stand for themselves.
 struct CodePoint {

@@ -8,6 +8,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <numeric>
 
 namespace platform::plist {
 
@@ -90,19 +91,18 @@ private:
     }
 
     void dictionary(const Dictionary& dictionary) {
-        std::vector<const Dictionary::Entry*> sorted;
-        for (const Dictionary::Entry& entry : dictionary.entries())
-            sorted.push_back(&entry);
-        std::sort(sorted.begin(), sorted.end(), [](const Dictionary::Entry* a, const Dictionary::Entry* b) {
-            return precedesInUtf16(a->first, b->first);
+        std::vector<std::size_t> sorted(dictionary.size());
+        std::iota(sorted.begin(), sorted.end(), std::size_t{0});
+        std::sort(sorted.begin(), sorted.end(), [&](std::size_t a, std::size_t b) {
+            return precedesInUtf16(dictionary.keyAt(a), dictionary.keyAt(b));
         });
         out_ += "{\"dict\":{";
-        for (const Dictionary::Entry* entry : sorted) {
-            if (entry != sorted.front())
+        for (const std::size_t place : sorted) {
+            if (place != sorted.front())
                 out_ += ',';
-            text(entry->first);
+            text(dictionary.keyAt(place));
             out_ += ':';
-            write(entry->second);
+            write(dictionary.valueAt(place));
         }
         out_ += "}}";
     }

@@ -18,114 +18,147 @@ bool sameContent(const std::shared_ptr<const T>& a, const std::shared_ptr<const 
     return a == b || *a == *b;
 }
 
-// The entries' numbers in the order of their keys, equal keys in the order in which they stand.
-std::vector<std::size_t> orderByKey(const std::vector<Dictionary::Entry>& entries) {
-    std::vector<std::size_t> order(entries.size());
+// The places of keys in their order, equal keys in the order in which they stand.
+std::vector<std::size_t> orderOf(const Dictionary::Keys& keys) {
+    std::vector<std::size_t> order(keys.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
     std::stable_sort(order.begin(), order.end(),
-                     [&](std::size_t a, std::size_t b) { return entries[a].first < entries[b].first; });
+                     [&](std::size_t a, std::size_t b) { return keys[a] < keys[b]; });
     return order;
 }
 
-bool hasDuplicates(const std::vector<Dictionary::Entry>& entries) {
-    for (std::size_t i = 1; i < entries.size(); ++i)
+bool hasDuplicates(const Dictionary::Keys& keys) {
+    // Below this many keys, comparing every pair is quicker than sorting.
+    constexpr std::size_t few = 24;
+    if (keys.size() > few) {
+        const std::vector<std::size_t> order = orderOf(keys);
+        return std::adjacent_find(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
+                   return keys[a] == keys[b];
+               }) != order.end();
+    }
+    for (std::size_t i = 1; i < keys.size(); ++i)
         for (std::size_t j = 0; j < i; ++j)
-            if (entries[i].first == entries[j].first)
+            if (keys[i] == keys[j])
                 return true;
     return false;
 }
 
-// Below this many entries, comparing every pair is quicker than sorting.
-constexpr std::size_t fewEntries = 24;
+// Leaves each key once, at its first place, with its first value or its last.
+void dropDuplicates(Dictionary::Keys& keys, std::vector<Value>& values, Dictionary::Duplicates duplicates) {
+    const std::vector<std::size_t> order = orderOf(keys);
+    std::vector<bool> isDropped(keys.size(), false);
+    for (std::size_t i = 0; i < order.size();) {
+        std::size_t last = i;
+        while (last + 1 < order.size() && keys[order[last + 1]] == keys[order[i]])
+            isDropped[order[++last]] = true;
+        if (last != i && duplicates == Dictionary::Duplicates::KeepLast)
+            values[order[i]] = std::move(values[order[last]]);
+        i = last + 1;
+    }
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        if (isDropped[i])
+            continue;
+        if (kept != i) {
+            keys[kept] = std::move(keys[i]);
+            values[kept] = std::move(values[i]);
+        }
+        ++kept;
+    }
+    keys.resize(kept);
+    values.resize(kept);
+}
 
 } // namespace
 
-const Value* Dictionary::find(std::string_view key) const {
-    for (const Entry& entry : entries_)
-        if (entry.first == key)
-            return &entry.second;
-    return nullptr;
+Dictionary::Dictionary(std::shared_ptr<const Keys> keys, std::vector<Value> values)
+    : keys_(std::move(keys))
+    , values_(std::move(values)) {}
+
+Dictionary Dictionary::fromKeysAndValues(Keys keys, std::vector<Value> values, Duplicates duplicates) {
+    if (keys.empty())
+        return {};
+    if (hasDuplicates(keys))
+        dropDuplicates(keys, values, duplicates);
+    return {std::make_shared<const Keys>(std::move(keys)), std::move(values)};
 }
 
-void Dictionary::set(std::string key, Value value) {
-    for (Entry& entry : entries_)
-        if (entry.first == key) {
-            entry.second = std::move(value);
-            return;
-        }
-    entries_.emplace_back(std::move(key), std::move(value));
+// The number of keys for one that is absent.
+std::size_t Dictionary::placeOf(std::string_view key) const {
+    std::size_t place = 0;
+    while (place < values_.size() && keyAt(place) != key)
+        ++place;
+    return place;
+}
+
+const Value* Dictionary::find(std::string_view key) const {
+    const std::size_t place = placeOf(key);
+    return place < size() ? &values_[place] : nullptr;
+}
+
+void Dictionary::set(std::string_view key, Value value) {
+    const std::size_t place = placeOf(key);
+    if (place < size()) {
+        values_[place] = std::move(value);
+        return;
+    }
+    auto keys = keys_ ? std::make_shared<Keys>(*keys_) : std::make_shared<Keys>();
+    keys->emplace_back(key);
+    keys_ = std::move(keys);
+    values_.push_back(std::move(value));
 }
 
 void Dictionary::remove(std::string_view key) {
-    std::erase_if(entries_, [&](const Entry& entry) { return entry.first == key; });
-}
-
-Dictionary Dictionary::fromEntries(std::vector<Entry> entries, Duplicates duplicates) {
-    Dictionary result;
-    if (entries.size() <= fewEntries && !hasDuplicates(entries)) {
-        result.entries_ = std::move(entries);
-        return result;
-    }
-    const std::vector<std::size_t> order = orderByKey(entries);
-    std::vector<bool> dropped(entries.size(), false);
-    for (std::size_t i = 0; i < order.size();) {
-        std::size_t last = i;
-        while (last + 1 < order.size() && entries[order[last + 1]].first == entries[order[i]].first)
-            dropped[order[++last]] = true;
-        if (last != i && duplicates == Duplicates::KeepLast)
-            entries[order[i]].second = std::move(entries[order[last]].second);
-        i = last + 1;
-    }
-    result.entries_.reserve(entries.size());
-    for (std::size_t i = 0; i < entries.size(); ++i)
-        if (!dropped[i])
-            result.entries_.push_back(std::move(entries[i]));
-    return result;
+    const std::size_t place = placeOf(key);
+    if (place == size())
+        return;
+    auto keys = std::make_shared<Keys>(*keys_);
+    keys->erase(keys->begin() + static_cast<std::ptrdiff_t>(place));
+    keys_ = std::move(keys);
+    values_.erase(values_.begin() + static_cast<std::ptrdiff_t>(place));
 }
 
 bool operator==(const Dictionary& a, const Dictionary& b) {
-    if (a.entries_.size() != b.entries_.size())
+    if (a.size() != b.size())
         return false;
-    if (a.entries_ == b.entries_)
+    if (a.size() == 0)
         return true;
-    const std::vector<std::size_t> orderA = orderByKey(a.entries_);
-    const std::vector<std::size_t> orderB = orderByKey(b.entries_);
+    if (a.keys_ == b.keys_ || *a.keys_ == *b.keys_)
+        return a.values_ == b.values_;
+    const std::vector<std::size_t> orderA = orderOf(*a.keys_);
+    const std::vector<std::size_t> orderB = orderOf(*b.keys_);
     for (std::size_t i = 0; i < orderA.size(); ++i)
-        if (a.entries_[orderA[i]] != b.entries_[orderB[i]])
+        if (a.keyAt(orderA[i]) != b.keyAt(orderB[i]) || a.valueAt(orderA[i]) != b.valueAt(orderB[i]))
             return false;
     return true;
 }
 
-Value::Value(bool value)
-    : content_(value) {}
-Value::Value(std::int64_t value)
-    : content_(Integer{static_cast<std::uint64_t>(value), false}) {}
-Value::Value(Integer value)
-    : content_(value) {}
-Value::Value(double value)
-    : content_(value) {}
-Value::Value(Date value)
-    : content_(value) {}
-Value::Value(Data value)
-    : content_(std::make_shared<const Data>(std::move(value))) {}
-Value::Value(std::string value)
-    : content_(std::make_shared<const std::string>(std::move(value))) {}
-Value::Value(Array value)
-    : content_(std::make_shared<const Array>(std::move(value))) {}
-Value::Value(Dictionary value)
-    : content_(std::make_shared<const Dictionary>(std::move(value))) {}
-Value::Value(Set value)
-    : content_(std::move(value)) {}
-Value::Value(Uid value)
-    : content_(value) {}
-Value::Value(ForeignDictionary value)
-    : content_(std::make_shared<const ForeignDictionary>(std::move(value))) {}
-
-bool Value::isShared() const {
-    if (const auto* array = std::get_if<std::shared_ptr<const Array>>(&content_))
-        return array->use_count() > 1;
-    const auto* const dictionary = std::get_if<std::shared_ptr<const Dictionary>>(&content_);
-    return dictionary && dictionary->use_count() > 1;
+Value::Value(Data value) {
+    share(Kind::Data, std::move(value));
+}
+Value::Value(std::string_view value) {
+    if (value.size() > longestShortText)
+        share(Kind::String, std::string(value));
+    else
+        putShortText(value);
+}
+Value::Value(std::string value) {
+    if (value.size() > longestShortText)
+        share(Kind::String, std::move(value));
+    else
+        putShortText(value);
+}
+Value::Value(Array value) {
+    share(Kind::Array, std::move(value));
+}
+Value::Value(Dictionary value) {
+    share(Kind::Dictionary, std::move(value));
+}
+Value::Value(Set value) {
+    share(Kind::Set, std::move(value));
+}
+Value::Value(ForeignDictionary value) {
+    share(Kind::ForeignDictionary, std::move(value));
 }
 
 bool operator==(const Value& a, const Value& b) {
@@ -145,7 +178,7 @@ bool operator==(const Value& a, const Value& b) {
     case Kind::Data:
         return a.data() == b.data() || *a.data() == *b.data();
     case Kind::String:
-        return a.string() == b.string() || *a.string() == *b.string();
+        return *a.string() == *b.string();
     case Kind::Array:
         return a.array() == b.array() || *a.array() == *b.array();
     case Kind::Dictionary:

@@ -69,6 +69,7 @@ void XmlOutput::handOn() {
         isRefused_ = !(*sink_)({text_.data(), size_});
     handedOn_ += size_;
     size_ = 0;
+    text_.resize(std::min(text_.size(), pieceSize)); // a long text may have needed more
 }
 
 bool XmlOutput::finish() {

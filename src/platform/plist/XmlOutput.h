@@ -140,8 +140,11 @@ private:
 inline char* XmlOutput::putText(char* out, std::string_view text) {
     const char* const from = text.data();
     const std::size_t size = text.size();
-    if (size > 32) {
+    if (size > 64) {
         std::memcpy(out, from, size);
+    } else if (size > 32) {
+        std::memcpy(out, from, 32);
+        std::memcpy(out + size - 32, from + size - 32, 32);
     } else if (size >= 16) {
         std::memcpy(out, from, 16);
         std::memcpy(out + size - 16, from + size - 16, 16);

@@ -27,9 +27,9 @@ std::uint64_t uidNumber(const Value& number) {
 } // namespace
 
 std::optional<Uid> uidOf(const Dictionary& dictionary) {
-    if (dictionary.size() != 1 || dictionary.entries().front().first != "CF$UID")
+    if (dictionary.size() != 1 || dictionary.keyAt(0) != "CF$UID")
         return std::nullopt;
-    const Value& number = dictionary.entries().front().second;
+    const Value& number = dictionary.valueAt(0);
     if (!number.integer() && !number.real())
         return std::nullopt;
     return Uid{uidNumber(number)};
@@ -159,13 +159,12 @@ bool XmlValueReader::takeKey(XmlElement element, std::string& buffer, XmlText& t
     return element.isEmpty || (scanner_.takeText(buffer, text) && scanner_.takeCloseTag(XmlTag::Key));
 }
 
-bool XmlValueReader::readEntry(XmlElement element, unsigned depth, Dictionary::Entry* entry) {
+bool XmlValueReader::readEntry(XmlElement element, unsigned depth, DictionaryBuilder* dictionary) {
     scratch_.clear();
     XmlText text;
     if (!takeKey(element, scratch_, text))
         return false;
-    if (entry)
-        entry->first = text.in(scratch_);
+    Value* const value = dictionary ? &dictionary->add(text.in(scratch_)) : nullptr;
     switch (scanner_.findElement(element)) {
     case Found::Fault:
         return false;
@@ -174,13 +173,13 @@ bool XmlValueReader::readEntry(XmlElement element, unsigned depth, Dictionary::E
     case Found::Element:
         break;
     }
-    return read(element, depth, entry ? &entry->second : nullptr);
+    return read(element, depth, value);
 }
 
 bool XmlValueReader::readDictionary(unsigned depth, Value* value) {
     if (!checkDepth(depth))
         return false;
-    std::vector<Dictionary::Entry> entries;
+    DictionaryBuilder builder(value ? recentKeys_.at(depth) : nullptr);
     for (;;) {
         XmlElement element;
         const Found found = scanner_.findElement(element);
@@ -188,11 +187,12 @@ bool XmlValueReader::readDictionary(unsigned depth, Value* value) {
             return false;
         if (found == Found::CloseTag)
             break;
-        if (!readEntry(element, depth, value ? &entries.emplace_back() : nullptr))
+        if (!readEntry(element, depth, value ? &builder : nullptr))
             return false;
     }
     if (value) {
-        Dictionary dictionary = Dictionary::fromEntries(std::move(entries), Dictionary::Duplicates::KeepLast);
+        Dictionary dictionary = builder.take(Dictionary::Duplicates::KeepLast);
+        recentKeys_.remember(depth, dictionary);
         const std::optional<Uid> uid = uidOf(dictionary);
         *value = uid ? Value(*uid) : Value(std::move(dictionary));
     }
@@ -205,7 +205,7 @@ bool XmlValueReader::readText(XmlElement element, Value* value) {
     if (!element.isEmpty && !scanner_.takeText(scratch_, text))
         return false;
     if (value)
-        *value = Value(std::string(text.in(scratch_)));
+        *value = Value(text.in(scratch_));
     return element.isEmpty || scanner_.takeCloseTag(element.tag);
 }
 

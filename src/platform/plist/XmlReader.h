@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/plist/DictionaryBuilder.h"
 #include "platform/plist/Reader.h"
 #include "platform/plist/XmlScanner.h"
 
@@ -49,10 +50,11 @@ private:
     bool readText(XmlElement element, Value* value);
     bool readData(Value* value);
     bool readDate(Value* value);
-    bool readEntry(XmlElement element, unsigned depth, Dictionary::Entry* entry);
+    bool readEntry(XmlElement element, unsigned depth, DictionaryBuilder* dictionary);
 
     XmlScanner& scanner_;
     std::string scratch_;
+    RecentKeys recentKeys_;
 };
 
 // What a dictionary with the single key `CF$UID` and a number stands for: an archive's reference.

@@ -95,13 +95,18 @@ bool XmlWriter::writeDictionary(const Dictionary& dictionary, std::size_t indent
     }
     if (indent >= deepestNesting)
         return false;
-    KeyLines ownLines;
-    KeyLines& keys = indent < keyLines_.size() ? keyLines_[indent] : ownLines;
+    if (indent < keyLines_.size())
+        return writeEntries(dictionary, indent, keyLines_[indent]);
+    KeyLines keys;
+    return writeEntries(dictionary, indent, keys);
+}
+
+bool XmlWriter::writeEntries(const Dictionary& dictionary, std::size_t indent, KeyLines& keys) {
     if (!keys.serves(dictionary))
         keys.make(dictionary, indent + 1);
     output_.tag("<dict>\n", indent);
     for (const KeyLines::Line& line : keys.lines())
-        if (!writeEntry(keys, line, dictionary.entries()[line.entry].second, indent + 1))
+        if (!writeEntry(keys, line, dictionary.valueAt(line.entry), indent + 1))
             return false;
     output_.tag("</dict>\n", indent);
     return true;

@@ -26,6 +26,7 @@ public:
 private:
     bool writeArray(const Array& array, std::size_t indent);
     bool writeDictionary(const Dictionary& dictionary, std::size_t indent);
+    bool writeEntries(const Dictionary& dictionary, std::size_t indent, KeyLines& keys);
     bool writeEntry(const KeyLines& keys, const KeyLines::Line& line, const Value& value, std::size_t indent);
     bool writeUid(Uid uid, std::size_t indent);
     bool mayWrite(const Value& container);

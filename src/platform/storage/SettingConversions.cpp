@@ -62,14 +62,14 @@ std::int64_t settingAsInteger(const plist::Value& value) {
         return truncated(*real);
     if (const bool* boolean = value.boolean())
         return *boolean ? 1 : 0;
-    if (const std::string* text = value.string())
+    if (const std::optional<std::string_view> text = value.string())
         return leadingInteger(*text);
     return 0;
 }
 
 std::optional<std::string> settingAsText(const plist::Value& value) {
-    if (const std::string* text = value.string())
-        return *text;
+    if (const std::optional<std::string_view> text = value.string())
+        return std::string(*text);
     if (const auto* integer = value.integer())
         return textOfInteger(*integer);
     if (const double* real = value.real())

@@ -1,4 +1,5 @@
 #include "platform/plist/Reader.h"
+#include "platform/plist/RecordReader.h"
 #include "platform/plist/TypedJson.h"
 #include "platform/plist/Writer.h"
 
@@ -150,6 +151,48 @@ TEST(SharingBombs, shareTexts) {
     const AllocationMeter meter;
     ASSERT_TRUE(isRead(bytes));
     EXPECT_LT(meter.peak(), 10 * bytes.size());
+}
+
+// Sixty thousand references to one record of as many entries, and as many records with one long text.
+TEST(SharingBombs, areVisitedRecordByRecordInTime) {
+    constexpr std::size_t count = 60000;
+    std::string root = "\xAF\x11" + bigEndianBytes(count, 2);
+    std::string record = "\xDF\x11" + bigEndianBytes(count, 2);
+    for (std::size_t i = 0; i < count; ++i) {
+        root += bigEndianBytes(1, 2);
+        record += bigEndianBytes(2, 2) + bigEndianBytes(2, 2);
+    }
+    const std::string one = binaryList({root, record, "Qa"});
+    const std::array<std::string_view, 2> keys = {"a", "b"};
+    std::size_t visited = 0;
+    EXPECT_EQ(visitRecords(one, keys,
+                           [&](const Record& seen) {
+                               visited += seen.string(0) == "a" ? 1U : 0U;
+                               return true;
+                           }),
+              RecordsOutcome::Complete);
+    EXPECT_EQ(visited, count);
+
+    root = "\xAF\x11" + bigEndianBytes(count, 2);
+    std::vector<std::string> objects(1);
+    for (std::size_t i = 0; i < count; ++i) {
+        root += bigEndianBytes(i + 3, 2);
+        objects.push_back("\xD1" + bigEndianBytes(1, 2) + bigEndianBytes(2, 2));
+    }
+    objects[0] = root;
+    objects.insert(objects.begin() + 1,
+                   {"Qa", "\x6F\x12" + bigEndianBytes(100000, 4) + repeated("\x04\x1F", 100000)});
+    const std::string many = binaryList(objects);
+    const AllocationMeter meter;
+    std::size_t length = 0;
+    EXPECT_EQ(visitRecords(many, keys,
+                           [&](const Record& seen) {
+                               length += seen.string(0)->size();
+                               return true;
+                           }),
+              RecordsOutcome::Complete);
+    EXPECT_EQ(length, count * 200000);
+    EXPECT_LT(meter.peak(), 4 * many.size());
 }
 
 // Containers that begin within one another, each stating to hold all that follows.

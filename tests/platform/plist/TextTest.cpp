@@ -1,6 +1,7 @@
 #include "platform/plist/Text.h"
 
 #include "platform/plist/NextStep.h"
+#include "platform/plist/TextCare.h"
 #include "platform/plist/TextRun.h"
 
 #include <gtest/gtest.h>
@@ -50,6 +51,37 @@ TEST(TextRun, endsAtTheFirstByteThatNeedsALookInEveryWidth) {
         ASSERT_EQ(run.end, slow.end) << text;
         ASSERT_EQ(run.isAscii, slow.isAscii) << text;
     }
+}
+
+TEST(TextCare, isNeededForAByteThatMayNotStandInEveryWidth) {
+    for (std::size_t size = 0; size < 70; ++size)
+        for (const std::string_view byte : {"<", ">", "&", "\xED", "=", "'", "x", "\x7F"})
+            for (std::size_t place = 0; place < size + 2; ++place) {
+                std::string text(size + 16, 'x'); // with what may be read beyond the text
+                text[place] = byte[0];
+                const bool isInside = place < size;
+                const bool expected = isInside && std::string_view("<>&\xED").find(byte) != std::string::npos;
+                ASSERT_EQ(portableMayNeedCare(text.data(), size), expected) << size << byte << place;
+                ASSERT_EQ(mayNeedCare(text.data(), size), expected) << size << byte << place;
+            }
+}
+
+TEST(Text, ofTwoBytesAUnitIsReadWithItsSurrogates) {
+    const auto read = [](std::u16string_view units) {
+        std::string bytes;
+        for (const char16_t unit : units)
+            bytes += {static_cast<char>(unit >> 8U), static_cast<char>(unit)};
+        std::string text(3 * units.size(), '\0');
+        text.resize(static_cast<std::size_t>(putBigEndianUtf16(text.data(), bytes) - text.data()));
+        return text;
+    };
+    EXPECT_EQ(read(u""), "");
+    EXPECT_EQ(read(u"abcdefgh1"), "abcdefgh1");
+    EXPECT_EQ(read(u"abc\u0080efgh"), "abc\xC2\x80"
+                                      "efgh");
+    EXPECT_EQ(read(u"\u20AC \U0001F600"), "\xE2\x82\xAC \xF0\x9F\x98\x80");
+    constexpr char16_t alone[] = {0xDC00, 'x', 0xD83D, 0xD83D, 0xDE00, 0xD800};
+    EXPECT_EQ(read({alone, 6}), "\xED\xB0\x80x\xED\xA0\xBD\xF0\x9F\x98\x80\xED\xA0\x80");
 }
 
 struct Utf8Case {

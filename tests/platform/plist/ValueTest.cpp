@@ -17,8 +17,9 @@ TEST(Dictionary, replacesAValueAtItsPlace) {
     dictionary.set("b", Value(false));
     dictionary.set("a", Value("new"));
     ASSERT_EQ(dictionary.size(), 2U);
-    EXPECT_EQ(dictionary.entries()[0], Dictionary::Entry("a", Value("new")));
-    EXPECT_EQ(dictionary.entries()[1].first, "b");
+    EXPECT_EQ(dictionary.keyAt(0), "a");
+    EXPECT_EQ(dictionary.valueAt(0), Value("new"));
+    EXPECT_EQ(dictionary.keyAt(1), "b");
 }
 
 TEST(Dictionary, removesAKeyAndIgnoresAnAbsentOne) {
@@ -48,17 +49,24 @@ TEST(Dictionary, isEqualWhateverTheOrderOfKeys) {
 class DuplicateKeys : public testing::TestWithParam<std::size_t> {};
 
 TEST_P(DuplicateKeys, leaveTheFirstOrTheLastAtTheFirstPlace) {
-    std::vector<Dictionary::Entry> entries;
-    for (std::size_t i = 0; i < GetParam(); ++i)
-        entries.emplace_back("key" + std::to_string(i), Value(static_cast<std::int64_t>(i)));
-    entries.emplace_back("key1", Value("second"));
-    entries.emplace_back("key1", Value("third"));
-    const Dictionary first = Dictionary::fromEntries(entries, Dictionary::Duplicates::KeepFirst);
-    const Dictionary last = Dictionary::fromEntries(entries, Dictionary::Duplicates::KeepLast);
+    Dictionary::Keys keys;
+    std::vector<Value> values;
+    for (std::size_t i = 0; i < GetParam(); ++i) {
+        keys.push_back("key" + std::to_string(i));
+        values.emplace_back(static_cast<std::int64_t>(i));
+    }
+    for (const char* const later : {"second", "third"}) {
+        keys.emplace_back("key1");
+        values.emplace_back(later);
+    }
+    const Dictionary first = Dictionary::fromKeysAndValues(keys, values, Dictionary::Duplicates::KeepFirst);
+    const Dictionary last = Dictionary::fromKeysAndValues(keys, values, Dictionary::Duplicates::KeepLast);
     ASSERT_EQ(first.size(), GetParam());
     ASSERT_EQ(last.size(), GetParam());
-    EXPECT_EQ(first.entries()[1], Dictionary::Entry("key1", Value(std::int64_t{1})));
-    EXPECT_EQ(last.entries()[1], Dictionary::Entry("key1", Value("third")));
+    EXPECT_EQ(first.keyAt(1), "key1");
+    EXPECT_EQ(first.valueAt(1), Value(std::int64_t{1}));
+    EXPECT_EQ(last.valueAt(1), Value("third"));
+    EXPECT_EQ(last.valueAt(2), Value(std::int64_t{2}));
 }
 
 INSTANTIATE_TEST_SUITE_P(Dictionary, DuplicateKeys, testing::Values(3, 24, 100));

@@ -165,7 +165,7 @@ TEST_F(SharedDefaultsTest, synchronizeKeepsOtherKeysWithTheirKinds) {
     defaults.setString("url_string", "tw_new_transaction");
     EXPECT_TRUE(defaults.synchronize());
     ASSERT_EQ(before.size(), 7U);
-    for (const auto& [key, value] : before.entries())
+    for (const auto& [key, value] : before)
         EXPECT_EQ(stored(key), value) << key;
     EXPECT_EQ(stored("url_string"), Value("tw_new_transaction"));
 }

@@ -5,6 +5,7 @@ language that is read from the right, which places are mirrored.
 """
 
 import datetime
+import functools
 import os
 import stat
 
@@ -163,6 +164,13 @@ class Panel:
                for dy in range(-12, 13) for side in (range(4, 13) if self.mirrored else range(-12, -3))]
         return max(map(min, far)) > 150
 
+    def shows_title(self, row):
+        """Whether there is anything in a row where its title begins, beside the picture and above the date."""
+        picture = self.window.picture()
+        there = {picture[self.at(self.leading(x), self.row_middle(row) + dy)]
+                 for x in range(52, 115) for dy in range(-14, -2)}
+        return len(there) > 1
+
     def open_row(self, row):
         self.click_row(row)
         self.wait_until_open(row)
@@ -170,8 +178,85 @@ class Panel:
     def wait_until_open(self, row):
         harness.wait_for(lambda: self.is_open(row), f"an open row {row}")
 
+    def wait_for_row(self, row, picture):
+        """Waits until a row looks as in a picture of a row."""
+        harness.wait_for(lambda: self.row_picture(row) == picture, f"row {row} as it was seen before")
+
+    def hold_row(self, row):
+        """Presses a closed row and waits until it shows that. What the mouse did before has been handled then."""
+        before = self.row_picture(row)
+        self.window.hold(*self.on_row(row))
+        harness.wait_for(lambda: self.row_picture(row) != before, f"a held row {row}")
+
     def row_picture(self, row):
         """The pixels of a row's middle line, without those of the hairlines between rows."""
         picture = self.window.picture()
         (left, y), (right, _) = self.at(0, self.row_middle(row)), self.at(WIDTH, 0)
         return [picture[x, y + dy * self.scale] for x in range(left, right) for dy in (-12, -6, 0, 6, 12)]
+
+
+def in_each_variant(flow):
+    """Runs a test in both directions of reading, at scale 1 and 2."""
+    @functools.wraps(flow)
+    def run(self):
+        for variant in VARIANTS:
+            with self.subTest(locale=variant[0], scale=variant[1]):
+                flow(self, variant)
+    return run
+
+
+class Flow(harness.DesktopTest):
+    """A panel, the files of its container, and a host application."""
+
+    account = "Jörg Müller"
+
+    def setUp(self):
+        super().setUp()
+        self.host = Host(self.desktop)
+        self.opened = 0
+
+    def open(self, records, variant=VARIANTS[0], **settings):
+        self.opened += 1
+        self.container = containers.Container(self.desktop.folder / f"containers-{self.opened}", self.account)
+        self.container.write_settings(**settings)
+        self.container.write_feed(records)
+        self.feed, self.log = records, []
+        self.feed_before = self.feed_file().read_bytes()
+        self.settings_before = self.settings_file().read_bytes()
+        self.panel = Panel(self.desktop, self.container, *variant)
+        return self.panel
+
+    def open_sheet(self, button, row, shown, choices):
+        self.panel.wait_for_rows(shown)
+        self.panel.open_row(row)
+        self.panel.click_button(button, row)
+        self.panel.wait_for_sheet(choices)
+
+    def feed_file(self):
+        return self.container.folder / "notifications.xml"
+
+    def log_file(self):
+        return self.container.account / "actions.xml"
+
+    def settings_file(self):
+        return self.container.folder / "Library" / "Preferences" / f"{self.container.folder.name}.plist"
+
+    def close(self):
+        self.panel.window.press("Escape")
+        self.assertEqual(self.panel.program.end_status(), 0)
+        self.assertEqual(self.panel.program.err, "")
+
+    def assert_untouched(self):
+        self.assertEqual(self.feed_file().read_bytes(), self.feed_before)
+        self.assertEqual(self.settings_file().read_bytes(), self.settings_before)
+        self.assertFalse(self.log_file().exists())
+        self.assertEqual(self.host.received(), b"")
+
+    def assert_carried_out(self, feed, record):
+        """Waits for the feed, which is written last, and compares every file."""
+        self.feed, self.log = feed, [*self.log, record]
+        expected = property_list(feed)
+        harness.wait_for(lambda: self.feed_file().read_bytes() == expected, "the feed without what was acted on")
+        self.assertEqual(self.log_file().read_bytes(), property_list(self.log))
+        self.assertEqual(self.settings_file().read_bytes(), self.settings_before)
+        self.assertEqual(self.host.received(), b"")

@@ -11,6 +11,7 @@ Nothing waits for a time: wait_for() looks until a condition holds and fails at 
 desktop starts ends with it, also when the test fails or is killed.
 """
 
+import contextlib
 import ctypes
 import dataclasses
 import json
@@ -154,7 +155,9 @@ class Window:
         self.desktop.xdotool("mouseup", button)
 
     def press(self, key):
-        """Gives the window the keyboard, then presses a key, named as X names it."""
+        """Gives the window the keyboard, then presses a key, named as X names it. A click goes through the window
+        manager's hands; the key must not overtake it there."""
+        self.desktop.wait_for_window_manager()
         self.desktop.xdotool("windowfocus", "--sync", self.ident)
         self.desktop.xdotool("key", key)
 
@@ -195,6 +198,17 @@ class Program:
         if len(windows) != 1:
             raise AssertionError(f"{len(windows)} windows where there should be one")
         return windows[0]
+
+    @contextlib.contextmanager
+    def paused(self):
+        """Holds the program still: what the mouse and the keyboard do meanwhile reaches it at one blow, before any
+        time has passed for it. So "at once after" does not hang on how fast the machine is."""
+        os.kill(self.process.pid, signal.SIGSTOP)
+        os.waitid(os.P_PID, self.process.pid, os.WSTOPPED)
+        try:
+            yield
+        finally:
+            os.kill(self.process.pid, signal.SIGCONT)
 
     def end_status(self):
         """The exit status, once it has ended by itself; negative for a signal."""
@@ -260,13 +274,24 @@ class Desktop:
         self.env["DISPLAY"] = f":{number}"
 
     def _start_window_manager(self):
-        # While it starts it may lose a window that asks to be shown; so wait until it answers a request, which it
-        # does from its event loop only: to have one desktop where its own settings say four.
-        def answers():
-            _output(("xdotool", "set_num_desktops", "1"), self.env)
-            return _output(("xdotool", "get_num_desktops"), self.env) == b"1\n"
+        # While it starts it may lose a window that asks to be shown, and a request too; its own settings say four
+        # desktops.
         self.start(("openbox", "--sm-disable"))
-        wait_for(answers, "a window manager")
+        self._desktops = 1
+        wait_for(lambda: self._ask_for_desktops() or self._has_desktops(), "a window manager")
+
+    def _ask_for_desktops(self):
+        _output(("xdotool", "set_num_desktops", str(self._desktops)), self.env)
+
+    def _has_desktops(self):
+        return _output(("xdotool", "get_num_desktops"), self.env) == f"{self._desktops}\n".encode()
+
+    def wait_for_window_manager(self):
+        """Returns when it has handled what came before. It takes one thing after the other, so it is asked for
+        another number of desktops and has come to that when it has it."""
+        self._desktops = 3 - self._desktops
+        self._ask_for_desktops()
+        wait_for(self._has_desktops, "the window manager's answer")
 
     def _start_compositor(self):
         self.start(("xcompmgr",))

@@ -1,77 +1,16 @@
 """Whole flows: a hand opens rows, presses buttons and answers sheets, and the host application finds exactly that in
 its files and in the URL it is opened with."""
 
-import functools
 import unittest
 
-import containers
 import flows
 import harness
-from flows import VARIANTS, days_from_now, logged, overdue, property_list
+from flows import days_from_now, in_each_variant, logged, overdue, property_list
 
 KEPT = {"note": "ü & <x>", "weights": [1, -2, 0.5, {}], "empty": []}  # keys that only the host knows
 
 
-def in_each_variant(flow):
-    """Runs a test in both directions of reading, at scale 1 and 2."""
-    @functools.wraps(flow)
-    def run(self):
-        for variant in VARIANTS:
-            with self.subTest(locale=variant[0], scale=variant[1]):
-                flow(self, variant)
-    return run
-
-
-class Flow(harness.DesktopTest):
-    account = "Jörg Müller"
-
-    def setUp(self):
-        super().setUp()
-        self.host = flows.Host(self.desktop)
-        self.opened = 0
-
-    def open(self, records, variant=VARIANTS[0], **settings):
-        self.opened += 1
-        self.container = containers.Container(self.desktop.folder / f"containers-{self.opened}", self.account)
-        self.container.write_settings(**settings)
-        self.container.write_feed(records)
-        self.feed, self.log = records, []
-        self.feed_before = self.feed_file().read_bytes()
-        self.settings_before = self.settings_file().read_bytes()
-        self.panel = flows.Panel(self.desktop, self.container, *variant)
-        return self.panel
-
-    def feed_file(self):
-        return self.container.folder / "notifications.xml"
-
-    def log_file(self):
-        return self.container.account / "actions.xml"
-
-    def settings_file(self):
-        return self.container.folder / "Library" / "Preferences" / f"{self.container.folder.name}.plist"
-
-    def close(self):
-        self.panel.window.press("Escape")
-        self.assertEqual(self.panel.program.end_status(), 0)
-        self.assertEqual(self.panel.program.err, "")
-
-    def assert_untouched(self):
-        self.assertEqual(self.feed_file().read_bytes(), self.feed_before)
-        self.assertEqual(self.settings_file().read_bytes(), self.settings_before)
-        self.assertFalse(self.log_file().exists())
-        self.assertEqual(self.host.received(), b"")
-
-    def assert_carried_out(self, feed, record):
-        """Waits for the feed, which is written last, and compares every file."""
-        self.feed, self.log = feed, [*self.log, record]
-        expected = property_list(feed)
-        harness.wait_for(lambda: self.feed_file().read_bytes() == expected, "the feed without what was acted on")
-        self.assertEqual(self.log_file().read_bytes(), property_list(self.log))
-        self.assertEqual(self.settings_file().read_bytes(), self.settings_before)
-        self.assertEqual(self.host.received(), b"")
-
-
-class EachAction(Flow):
+class EachAction(flows.Flow):
     @in_each_variant
     def test_paid_takes_the_occurrence_out_and_logs_it(self, variant):
         other = overdue(3, planpk="plan-2", **KEPT)
@@ -83,12 +22,6 @@ class EachAction(Flow):
         self.assert_carried_out([records[0], other], logged(1, records[1], 0))
         panel.wait_for_rows(2)
         self.close()
-
-    def open_sheet(self, button, row, shown, choices):
-        self.panel.wait_for_rows(shown)
-        self.panel.open_row(row)
-        self.panel.click_button(button, row)
-        self.panel.wait_for_sheet(choices)
 
     @in_each_variant
     def test_later_moves_the_occurrence_by_each_choice_and_not_at_all_by_cancel(self, variant):

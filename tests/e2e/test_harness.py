@@ -46,6 +46,15 @@ class OneWindow(harness.DesktopTest):
         self.window.wait_for_size(200, 130)
         self.assertEqual(self.window.picture()[5, 5], RED)
 
+    def test_paused_program_hears_of_everything_in_its_order_afterwards(self):
+        harness.wait_for(lambda: self.window.picture()[5, 5] == RED, "a red window")
+        with self.program.paused():
+            self.window.click(60, 35)
+            self.window.press("F1")
+            self.assertEqual((self.window.picture()[5, 5], self.window.geometry().height), (RED, 100))
+        self.window.wait_for_size(200, 130)
+        harness.wait_for(lambda: self.window.picture()[5, 5] == GREEN, "a green window")
+
     def test_keys_reach_the_window(self):
         self.window.press("F1")
         self.window.wait_for_size(200, 130)

@@ -1,11 +1,14 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
 namespace support {
 
-// A new empty folder, removed with all that is in it at the end.
+// A new empty folder, removed with all that is in it at the end. A death test runs in a process of its own
+// from the start, and dies before it can remove anything: its folders lie beside the one of the test that
+// waits for the death, and go with it.
 class TemporaryFolder final {
 public:
     TemporaryFolder();
@@ -25,7 +28,9 @@ public:
     [[nodiscard]] std::size_t count(std::string_view name = "") const;
 
 private:
+    std::string holder_; // the folder around it, for those of processes that die
     std::string path_;
+    std::optional<std::string> before_; // of the environment variable that names the holder
 };
 
 } // namespace support

@@ -34,6 +34,9 @@ TodayViewController::tableViewViewForTableColumnRow(platform::TableView& table, 
         table.makeViewWithIdentifier(tableViewAddReuseIdentifier));
     platform::require(addRow != nullptr);
     addRow->titleLabel->setStringValue(lastRowTitle());
+    // What a click does there, for those who do not see that nothing is written.
+    if (trCount.isCustom())
+        addRow->setAccessibleName(qtTrId("ShowAllTitle"));
     addRow->delegate = sharedSelf();
     return addRow;
 }

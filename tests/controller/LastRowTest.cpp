@@ -56,6 +56,14 @@ TEST_F(LastRowTest, aClickUnderCustomDoesSoAlsoWithAnEmptyCaption) {
     EXPECT_THAT(opened, ElementsAre("korvelWidget://tw_all_transactions"));
 }
 
+TEST_F(LastRowTest, anEmptyCaptionDoesNotKeepFromAssistiveProgramsWhatAClickDoes) {
+    giveFeedOf(2);
+    load();
+    EXPECT_EQ(addRow()->accessibleName(), QStringLiteral("ShowAllTitle"));
+    load(Count::None()); // where a click does nothing
+    EXPECT_EQ(addRow()->accessibleName(), QString());
+}
+
 TEST_F(LastRowTest, aClickUnderCustomDoesSoAlsoWithAnEmptyList) {
     load();
     controller->todayAddTableViewCellClickContentCell();

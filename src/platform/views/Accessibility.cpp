@@ -5,6 +5,7 @@
 #include <QAccessibleWidget>
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace platform {
@@ -34,6 +35,8 @@ public:
             state.expanded = *isExpanded;
             state.collapsed = !*isExpanded;
         }
+        if (isFadedOut())
+            state.invisible = true;
         return state;
     }
 
@@ -81,16 +84,43 @@ private:
         return shown;
     }
 
+    [[nodiscard]] bool isFadedOut() const {
+        for (const View* shown = &view(); shown; shown = shown->superview())
+            if (shown->alphaValue() <= 0)
+                return true;
+        return false;
+    }
+
     [[nodiscard]] View& view() const { return *static_cast<View*>(object()); }
     [[nodiscard]] AccessibleTraits traits() const { return view().accessibleTraits(); }
 };
 
+std::function<void(QAccessibleEvent&)>& eventHandler() {
+    static std::function<void(QAccessibleEvent&)> handler;
+    return handler;
+}
+
 QAccessibleInterface* makeInterface(const QString&, QObject* object) {
-    auto* view = qobject_cast<View*>(object);
-    return view ? new AccessibleView(*view) : nullptr;
+    if (auto* view = qobject_cast<View*>(object))
+        return new AccessibleView(*view);
+    // The toolkit has a role for its own windows only.
+    if (auto* widget = qobject_cast<QWidget*>(object); widget && widget->isWindow())
+        return new QAccessibleWidget(widget, QAccessible::Window);
+    return nullptr;
 }
 
 } // namespace
+
+void tellAssistivePrograms(QAccessibleEvent& event) {
+    if (const auto& handler = eventHandler())
+        handler(event);
+    else
+        QAccessible::updateAccessibility(&event);
+}
+
+void setAssistiveProgramsHandler(std::function<void(QAccessibleEvent&)> handler) {
+    eventHandler() = std::move(handler);
+}
 
 void installViewAccessibility() {
     QAccessible::installFactory(&makeInterface);

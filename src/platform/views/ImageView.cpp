@@ -14,6 +14,12 @@ void ImageView::setImage(const Image& image) {
     update();
 }
 
+AccessibleTraits ImageView::accessibleTraits() const {
+    AccessibleTraits traits;
+    traits.role = QAccessible::Graphic;
+    return traits;
+}
+
 void ImageView::paintEvent(QPaintEvent*) {
     if (image_.isNull())
         return;

@@ -15,6 +15,8 @@ public:
     [[nodiscard]] const Image& image() const { return image_; }
     void setImage(const Image& image);
 
+    [[nodiscard]] AccessibleTraits accessibleTraits() const override;
+
 protected:
     void paintEvent(QPaintEvent* event) override;
 

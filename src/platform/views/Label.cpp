@@ -71,6 +71,13 @@ void Label::sizeToFit() {
     setFrame(QRectF(frame().topLeft(), QSizeF(std::ceil(textWidth(text_, font_)), height)));
 }
 
+AccessibleTraits Label::accessibleTraits() const {
+    AccessibleTraits traits;
+    traits.role = QAccessible::StaticText;
+    traits.name = text_;
+    return traits;
+}
+
 void Label::paintEvent(QPaintEvent*) {
     if (text_.isEmpty())
         return;

@@ -33,6 +33,8 @@ public:
     // Gives the frame the size that the text takes, its origin kept.
     void sizeToFit();
 
+    [[nodiscard]] AccessibleTraits accessibleTraits() const override;
+
 protected:
     void paintEvent(QPaintEvent* event) override;
 

@@ -1,5 +1,7 @@
 #include "platform/views/View.h"
 
+#include "platform/views/Accessibility.h"
+
 #include <QFocusEvent>
 #include <QGraphicsOpacityEffect>
 #include <QMouseEvent>
@@ -222,6 +224,16 @@ void View::press(const MouseEvent& event, bool isSecondOfDoubleClick) {
     lastTarget = target;
     if (target)
         target->mouseDown(event);
+}
+
+void View::notifyExpandedChanged() {
+    QAccessible::State changed;
+    changed.expanded = true;
+    changed.collapsed = true;
+    QAccessibleStateChangeEvent stateChange(this, changed);
+    tellAssistivePrograms(stateChange);
+    QAccessibleEvent descriptionChange(this, QAccessible::DescriptionChanged);
+    tellAssistivePrograms(descriptionChange);
 }
 
 void View::resizeEvent(QResizeEvent* event) {

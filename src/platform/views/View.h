@@ -104,6 +104,10 @@ public:
     // An assistive program asks for one of the actions that the traits name.
     virtual void performAccessibleAction(const QString& action) { Q_UNUSED(action) }
 
+    // Tells assistive programs that isExpanded of the traits is another now. The desktop's bridge passes no
+    // such change on, but one of the description: a view that opens and closes says it there too, in words.
+    void notifyExpandedChanged();
+
     // Called when an ancestor has scrolled or changed its size, so that exposedRect may differ.
     virtual void exposedRectChanged() {}
 

@@ -59,5 +59,9 @@
         <source></source>
         <translation>متأخر</translation>
     </message>
+    <message id="OpenRowDescription">
+        <source></source>
+        <translation>الإجراءات معروضة</translation>
+    </message>
 </context>
 </TS>

@@ -59,5 +59,9 @@
         <source></source>
         <translation>überfällig</translation>
     </message>
+    <message id="OpenRowDescription">
+        <source></source>
+        <translation>Aktionen sichtbar</translation>
+    </message>
 </context>
 </TS>

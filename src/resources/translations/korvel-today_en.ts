@@ -59,5 +59,9 @@
         <source></source>
         <translation>overdue</translation>
     </message>
+    <message id="OpenRowDescription">
+        <source></source>
+        <translation>actions shown</translation>
+    </message>
 </context>
 </TS>

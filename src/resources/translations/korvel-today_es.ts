@@ -59,5 +59,9 @@
         <source></source>
         <translation>vencido</translation>
     </message>
+    <message id="OpenRowDescription">
+        <source></source>
+        <translation>acciones visibles</translation>
+    </message>
 </context>
 </TS>

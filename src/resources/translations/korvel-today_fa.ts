@@ -59,5 +59,9 @@
         <source></source>
         <translation>سررسید گذشته</translation>
     </message>
+    <message id="OpenRowDescription">
+        <source></source>
+        <translation>کنش‌ها نمایان‌اند</translation>
+    </message>
 </context>
 </TS>

@@ -59,5 +59,9 @@
         <source></source>
         <translation>en retard</translation>
     </message>
+    <message id="OpenRowDescription">
+        <source></source>
+        <translation>actions affichées</translation>
+    </message>
 </context>
 </TS>

@@ -59,5 +59,9 @@
         <source></source>
         <translation>באיחור</translation>
     </message>
+    <message id="OpenRowDescription">
+        <source></source>
+        <translation>הפעולות מוצגות</translation>
+    </message>
 </context>
 </TS>

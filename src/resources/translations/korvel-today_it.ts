@@ -59,5 +59,9 @@
         <source></source>
         <translation>scaduto</translation>
     </message>
+    <message id="OpenRowDescription">
+        <source></source>
+        <translation>azioni visibili</translation>
+    </message>
 </context>
 </TS>

@@ -59,5 +59,9 @@
         <source></source>
         <translation>期限超過</translation>
     </message>
+    <message id="OpenRowDescription">
+        <source></source>
+        <translation>操作を表示中</translation>
+    </message>
 </context>
 </TS>

@@ -59,5 +59,9 @@
         <source></source>
         <translation>просрочено</translation>
     </message>
+    <message id="OpenRowDescription">
+        <source></source>
+        <translation>действия показаны</translation>
+    </message>
 </context>
 </TS>

@@ -170,6 +170,8 @@ platform::AccessibleTraits TodayTableCellView::accessibleTraits() const {
         traits.description = dateText(*item);
         if (item->isOverdue())
             traits.description += QStringLiteral(", ") + qtTrId("OverdueDescription");
+        if (isExpandedState_)
+            traits.description += QStringLiteral(", ") + qtTrId("OpenRowDescription");
     }
     traits.isExpanded = isExpandedState_;
     traits.actions = {QAccessibleActionInterface::toggleAction(), QAccessibleActionInterface::pressAction()};

@@ -98,6 +98,7 @@ private:
     void configureBadge();
     void configureDueState();
     void layoutContent(double rowWidth);
+    void setExpanded(bool expanded);
     void setCurrentStateExpanded();
     void close();
 

@@ -15,8 +15,15 @@ constexpr auto slideDuration = 200ms;
 
 } // namespace
 
+void TodayTableCellView::setExpanded(bool expanded) {
+    if (isExpandedState_ == expanded)
+        return;
+    isExpandedState_ = expanded;
+    notifyExpandedChanged();
+}
+
 void TodayTableCellView::cellClicked() {
-    isExpandedState_ = !isExpandedState_;
+    setExpanded(!isExpandedState_);
     if (!isExpandedState_) {
         close();
         return;
@@ -34,7 +41,7 @@ void TodayTableCellView::cellClicked() {
 void TodayTableCellView::collapseCell() {
     if (!isExpandedState_)
         return;
-    isExpandedState_ = false;
+    setExpanded(false);
     close();
 }
 
@@ -80,7 +87,7 @@ void TodayTableCellView::buttonsPanelUserClickAction(TodayTransactionAction acti
     // it closes, also where it is closed already.
     if (!action.isLater() && !action.isDelete())
         return;
-    isExpandedState_ = false;
+    setExpanded(false);
     close();
 }
 

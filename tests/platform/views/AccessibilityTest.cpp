@@ -1,8 +1,11 @@
 #include "platform/views/Accessibility.h"
 
 #include "platform/views/Button.h"
+#include "platform/views/ImageView.h"
+#include "platform/views/Label.h"
 #include "platform/views/TableView.h"
 #include "platform/views/View.h"
+#include "support/AccessibleEvents.h"
 #include "support/Application.h"
 #include "support/Events.h"
 
@@ -132,6 +135,58 @@ TEST_F(Accessibility, aButtonWithoutATitleHasItsHelpTextForAName) {
     button.setHelpTextKey("SomeKeyWithoutAText"); // which then shows itself
     add(button);
     EXPECT_EQ(interfaceOf(button).text(QAccessible::Name), QStringLiteral("SomeKeyWithoutAText"));
+}
+
+TEST_F(Accessibility, aLabelIsItsText) {
+    platform::Label label;
+    label.setStringValue(QStringLiteral("Rent"));
+    add(label);
+    EXPECT_EQ(interfaceOf(label).role(), QAccessible::StaticText);
+    EXPECT_EQ(interfaceOf(label).text(QAccessible::Name), QStringLiteral("Rent"));
+}
+
+TEST_F(Accessibility, anImageIsAPicture) {
+    platform::ImageView image;
+    add(image);
+    EXPECT_EQ(interfaceOf(image).role(), QAccessible::Graphic);
+}
+
+TEST_F(Accessibility, aWindowThatIsNoViewIsAWindow) {
+    QWidget window;
+    QWidget child(&window);
+    EXPECT_EQ(interfaceOf(window).role(), QAccessible::Window);
+    EXPECT_EQ(interfaceOf(child).role(), QAccessible::Client);
+}
+
+TEST_F(Accessibility, aViewThatHasFadedOutIsInvisible) {
+    View panel;
+    Button button;
+    add(panel);
+    panel.addSubview(button);
+    const auto isInvisible = [&] { return bool(interfaceOf(button).state().invisible); };
+    EXPECT_FALSE(isInvisible());
+    for (View* faded : {&panel, static_cast<View*>(&button)}) {
+        faded->setAlphaValue(0);
+        EXPECT_TRUE(isInvisible());
+        faded->setAlphaValue(0.01);
+        EXPECT_FALSE(isInvisible());
+    }
+}
+
+// --- what is told unasked
+
+TEST_F(Accessibility, tellsOfAViewThatOpensInItsStateAndItsDescription) {
+    Described view;
+    add(view);
+    support::AccessibleEvents events;
+    view.notifyExpandedChanged();
+    ASSERT_EQ(events.all().size(), 2U);
+    for (const auto& event : events.all())
+        EXPECT_EQ(event.object, &view);
+    EXPECT_EQ(events.all()[0].type, QAccessible::StateChanged);
+    EXPECT_TRUE(events.all()[0].changed.expanded);
+    EXPECT_TRUE(events.all()[0].changed.collapsed);
+    EXPECT_EQ(events.all()[1].type, QAccessible::DescriptionChanged);
 }
 
 // --- the tree

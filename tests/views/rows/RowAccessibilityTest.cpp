@@ -1,4 +1,5 @@
 #include "platform/views/Accessibility.h"
+#include "support/AccessibleEvents.h"
 #include "support/Application.h"
 #include "views/rows/RowTest.h"
 
@@ -61,6 +62,45 @@ TEST_F(RowAccessibilityTest, aRowTellsWhetherItIsOpen) {
     row->cellClicked();
     EXPECT_TRUE(face().state().expanded);
     EXPECT_FALSE(face().state().collapsed);
+}
+
+TEST_F(RowAccessibilityTest, aRowSaysInWordsThatItIsOpen) {
+    row->cellClicked();
+    EXPECT_EQ(face().text(QAccessible::Description), QStringLiteral("Mar 10, 2026, OpenRowDescription"));
+    row->collapseCell();
+    EXPECT_EQ(face().text(QAccessible::Description), QStringLiteral("Mar 10, 2026"));
+}
+
+TEST_F(RowAccessibilityTest, aRowTellsEachTimeItOpensOrClosesAndNoOftener) {
+    support::AccessibleEvents events;
+    const auto expectTold = [&](std::size_t count) {
+        EXPECT_EQ(events.count(QAccessible::StateChanged, row.get()), count);
+        EXPECT_EQ(events.count(QAccessible::DescriptionChanged, row.get()), count);
+    };
+    row->cellClicked();
+    expectTold(1);
+    row->cellClicked();
+    expectTold(2);
+    row->collapseCell(); // closed already
+    expectTold(2);
+    row->cellClicked();
+    row->collapseCell();
+    expectTold(4);
+    row->cellClicked();
+    row->buttonsPanelUserClickAction(TodayTransactionAction::Info());
+    expectTold(5);
+    row->buttonsPanelUserClickAction(TodayTransactionAction::Later(0));
+    expectTold(6);
+    row->buttonsPanelUserClickAction(TodayTransactionAction::Delete(false));
+    finishSlide();
+    expectTold(6);
+}
+
+TEST_F(RowAccessibilityTest, aRowIsOpenWhenItTellsThatItOpens) {
+    bool wasExpanded = false;
+    delegate->during = [&] { wasExpanded = face().state().expanded; };
+    row->cellClicked();
+    EXPECT_TRUE(wasExpanded);
 }
 
 TEST_F(RowAccessibilityTest, aRowIsPressedAndToggled) {

@@ -3,6 +3,7 @@
 
 accessible.py tree                     what every program on the accessibility bus tells, as nested objects
 accessible.py act ROLE NAME ACTION     does an action of the one accessible with that role and name
+accessible.py listen EVENT...          a line for each such event, until it is ended; the first line when it begins
 """
 
 import json
@@ -54,8 +55,19 @@ def act(role, name, action):
     return found[0].do_action(actions.index(action))
 
 
+def listen(*events):
+    def told(event):
+        print(json.dumps({"event": event.type, "role": event.source.get_role_name(), "name": event.source.get_name(),
+                          "detail": event.detail1}, ensure_ascii=False), flush=True)
+    listener = Atspi.EventListener.new(told)
+    for event in events:
+        listener.register(event)
+    print(json.dumps("listening"), flush=True)
+    Atspi.event_main()
+
+
 def main(command, *words):
-    print(json.dumps({"tree": tree, "act": act}[command](*words), ensure_ascii=False))
+    print(json.dumps({"tree": tree, "act": act, "listen": listen}[command](*words), ensure_ascii=False))
 
 
 if __name__ == "__main__":

@@ -195,11 +195,58 @@ class Panel:
         return [picture[x, y + dy * self.scale] for x in range(left, right) for dy in (-12, -6, 0, 6, 12)]
 
 
+class AssistedPanel(Panel):
+    """A panel that an assistive program uses: rows and buttons are found by role and name and pressed by their
+    action. The pictures and heights to wait for are a Panel's."""
+
+    BUTTONS = {"Paid": "Mark as paid", "Later": "Postpone", "Info": "Open", "Delete": "Delete"}
+    CHOICES = {3: ("Tomorrow", "In 3 days", "Next week"), 2: ("This and all future entries", "This entry only")}
+
+    def press(self, role, name, action="Press"):
+        """A row that slides shut keeps its buttons until it is shut; by then there is one of a name."""
+        def pressed():
+            found = [told for told in self.accessibles(role) if told["name"] == name]
+            return len(found) == 1 and self.window.desktop.accessible("act", role, name, action)
+        harness.wait_for(pressed, f"one {role} {name!r}")
+
+    def accessibles(self, role):
+        """All with that role, as the client tells them, in their order."""
+        def below(node):
+            if node["role"] == role:
+                yield node
+            for child in node["children"]:
+                yield from below(child)
+        return [told for program in self.window.desktop.accessible("tree") for told in below(program)]
+
+    def row_name(self, row):
+        harness.wait_for(lambda: len(self.accessibles("list item")) > row, f"row {row} on the accessibility bus")
+        return self.accessibles("list item")[row]["name"]
+
+    def click_row(self, row, x=25, **options):
+        self.press("list item", self.row_name(row))
+
+    def click_button(self, name, row, **options):
+        self.press("push button", self.BUTTONS[name])
+
+    def choose(self, choice):
+        choices = self.CHOICES[len(self.accessibles("push button")) - 1]
+        self.press("push button", choices[choice - 1])
+
+    def cancel(self, choices):
+        self.press("push button", "Cancel")
+
+    def click_add(self, row):
+        self.press("push button", "Add a transaction")
+
+    def click_last_row(self, row):
+        self.press("list item", "Show all…")
+
+
 def in_each_variant(flow):
     """Runs a test in both directions of reading, at scale 1 and 2."""
     @functools.wraps(flow)
     def run(self):
-        for variant in VARIANTS:
+        for variant in self.variants:
             with self.subTest(locale=variant[0], scale=variant[1]):
                 flow(self, variant)
     return run
@@ -209,6 +256,8 @@ class Flow(harness.DesktopTest):
     """A panel, the files of its container, and a host application."""
 
     account = "Jörg Müller"
+    panel_kind = Panel
+    variants = VARIANTS
 
     def setUp(self):
         super().setUp()
@@ -223,7 +272,7 @@ class Flow(harness.DesktopTest):
         self.feed, self.log = records, []
         self.feed_before = self.feed_file().read_bytes()
         self.settings_before = self.settings_file().read_bytes()
-        self.panel = Panel(self.desktop, self.container, *variant)
+        self.panel = self.panel_kind(self.desktop, self.container, *variant)
         return self.panel
 
     def open_sheet(self, button, row, shown, choices):

@@ -1,7 +1,9 @@
 #include "center/Panel.h"
 
 #include "controller/InterfaceFiles.h"
+#include "platform/system/MainQueue.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace center {
@@ -16,6 +18,8 @@ Panel::Panel(Backdrop backdrop, Height height, int contentWidth)
     updateTimer_.setTimerType(Qt::VeryCoarseTimer);
     updateTimer_.setInterval(15min);
     QObject::connect(&updateTimer_, &QTimer::timeout, window_.get(), [this] { askForUpdate(); });
+    loadTimer_.setSingleShot(true);
+    QObject::connect(&loadTimer_, &QTimer::timeout, window_.get(), [this] { loadIfAwaited(); });
 }
 
 Panel::~Panel() {
@@ -32,8 +36,29 @@ void Panel::load() {
         old->releaseViews();
 }
 
-void Panel::open() {
+// In a window that is hidden nothing is held, open or shown.
+bool Panel::isInUse() const {
+    const auto isOpen = [](const auto& row) { return row->isExpanded(); };
+    return window_->isVisible() && (platform::View::isPressHeld() || controller_->actionSheet ||
+                                    std::ranges::any_of(controller_->cellArray, isOpen));
+}
+
+void Panel::loadIfAwaited() {
+    if (!awaitsLoad_)
+        return;
+    const bool isPending = controller_ && !platform::MainQueue::current().isIdle();
+    if (isPending || (controller_ && isInUse())) {
+        // Deferred work is done within half a second; a row may stay open as long as its user likes.
+        loadTimer_.start(isPending ? 20ms : 1s);
+        return;
+    }
+    awaitsLoad_ = false;
     load();
+}
+
+void Panel::open() {
+    awaitsLoad_ = true;
+    loadIfAwaited();
     window_->moveToEdge();
     window_->show();
     askForUpdate();
@@ -44,6 +69,9 @@ void Panel::close() {
     if (!updateTimer_.isActive())
         return;
     updateTimer_.stop();
+    loadTimer_.stop();
+    awaitsLoad_ = false;
+    platform::View::dropHeldPress();
     window_->hide();
     if (closed_)
         closed_();

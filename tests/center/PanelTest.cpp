@@ -3,6 +3,7 @@
 #include "center/Snapshot.h"
 #include "platform/system/Clock.h"
 #include "platform/system/ManualMainQueue.h"
+#include "support/Application.h"
 #include "support/Containers.h"
 #include "support/Events.h"
 
@@ -48,6 +49,29 @@ protected:
     }
 
     [[nodiscard]] center::PanelWindow& window() const { return panel->window(); }
+
+    void openSheet() {
+        panel->controller().cellArray[0]->cellClicked();
+        panel->controller().todayTableViewCellClickedAction(TodayTransactionAction::Later(0));
+        panel->controller().cellArray[0]->collapseCell();
+    }
+
+    void expectLoadNow(const TodayViewController* before) {
+        const std::weak_ptr<platform::ViewController> old = panel->controller().weak_from_this();
+        EXPECT_EQ(&panel->controller(), before);
+        panel->loadIfAwaited();
+        support::flushDeferredDeletes();
+        EXPECT_TRUE(old.expired());
+        const auto* now = &panel->controller();
+        panel->loadIfAwaited();
+        EXPECT_EQ(&panel->controller(), now) << "loaded twice";
+    }
+
+    // The middle of a row's picture.
+    static QPoint rowPoint(int row) {
+        return {center::PanelWindow::horizontalMargin + 25,
+                center::PanelWindow::verticalMargin + 50 * row + 25};
+    }
 
     support::Containers containers;
     platform::ManualClock clock{now};
@@ -157,6 +181,108 @@ TEST_F(PanelTest, makesANewControllerEachTimeItIsOpened) {
     EXPECT_EQ(window().height(), 100 + around);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); // the last row lets go as it ends
     EXPECT_TRUE(first.expired());
+}
+
+TEST_F(PanelTest, openedAgainItCarriesOutAPendingChoiceBeforeItLoads) {
+    open(2);
+    const auto* first = &panel->controller();
+    openSheet();
+    panel->controller().actionSheet->checkButtonClick2();
+    panel->close();
+    panel->open();
+    EXPECT_EQ(&panel->controller(), first);
+    queue.advance(499ms);
+    panel->loadIfAwaited();
+    EXPECT_EQ(&panel->controller(), first);
+    EXPECT_FALSE(containers.has("-/actions.xml"));
+    queue.advance(1ms);
+    EXPECT_TRUE(containers.has("-/actions.xml"));
+    expectLoadNow(first);
+    EXPECT_EQ(panel->controller().actionSheet, nullptr);
+    EXPECT_EQ(panel->controller().transactionsArray.size(), 1U) << "the other lies days ahead";
+}
+
+TEST_F(PanelTest, openedAgainItRefreshesALeftRowBeforeItLoads) {
+    open(3);
+    const auto* first = &panel->controller();
+    panel->controller().cellArray[1]->cellClicked();
+    panel->controller().todayTableViewCellClickedAction(TodayTransactionAction::Paid());
+    panel->close();
+    panel->open();
+    EXPECT_EQ(&panel->controller(), first);
+    panel->controller().cellArray[0]->collapseCell();
+    queue.advance(300ms);
+    expectLoadNow(first);
+    queue.advance(200ms); // the window comes to its height
+    EXPECT_EQ(window().height(), 150 + around);
+}
+
+TEST_F(PanelTest, openedAgainItForgetsAnOpenRowAndAWaitingSheet) {
+    open(2);
+    panel->controller().cellArray[0]->cellClicked();
+    queue.advance(200ms);
+    panel->close();
+    panel->open();
+    EXPECT_FALSE(panel->controller().cellArray[0]->isExpanded());
+    openSheet();
+    queue.advance(200ms);
+    panel->close();
+    panel->open();
+    EXPECT_EQ(panel->controller().actionSheet, nullptr);
+    EXPECT_FALSE(panel->controller().mainTableView->isHidden());
+    EXPECT_FALSE(containers.has("-/actions.xml"));
+}
+
+TEST_F(PanelTest, openedAgainItForgetsAPressThatWasHeld) {
+    open(2);
+    support::press(window(), rowPoint(0));
+    panel->close();
+    panel->open();
+    support::release(window(), rowPoint(0));
+    EXPECT_FALSE(panel->controller().cellArray[0]->isExpanded());
+    EXPECT_EQ(panel->controller().cellArray[0]->cellContentView->alphaValue(), 1);
+}
+
+TEST_F(PanelTest, loadsNothingUnderAHandThatIsAtWork) {
+    open(2);
+    const auto* first = &panel->controller();
+    openSheet();
+    panel->controller().actionSheet->checkButtonClick2();
+    panel->close();
+    panel->open();
+    queue.advance(500ms);
+    const auto expectNoLoad = [&] {
+        panel->loadIfAwaited();
+        EXPECT_EQ(&panel->controller(), first);
+    };
+    support::press(window(), rowPoint(0));
+    expectNoLoad();
+    support::release(window(), rowPoint(0));
+    expectNoLoad(); // it is open
+    queue.advance(200ms);
+    expectNoLoad();
+    panel->controller().todayTableViewCellClickedAction(TodayTransactionAction::Later(0));
+    panel->controller().cellArray[0]->collapseCell();
+    queue.advance(200ms);
+    expectNoLoad(); // a sheet is shown
+    panel->controller().actionSheet->cancelButtonClick();
+    expectNoLoad();
+    queue.advance(500ms);
+    expectLoadNow(first);
+}
+
+TEST_F(PanelTest, loadsNothingWhenItHasClosedMeanwhile) {
+    open(2);
+    openSheet();
+    panel->controller().actionSheet->checkButtonClick2();
+    panel->close();
+    panel->open();
+    panel->close();
+    const auto* first = &panel->controller();
+    queue.advance(500ms);
+    panel->loadIfAwaited();
+    EXPECT_EQ(&panel->controller(), first);
+    EXPECT_EQ(closed, 2);
 }
 
 TEST_F(PanelTest, marksNoRowUntilAKeyComesToIt) {

@@ -172,6 +172,14 @@ void View::mouseUp(const MouseEvent& event) {
         next->mouseUp(event);
 }
 
+bool View::isPressHeld() {
+    return heldTarget != nullptr;
+}
+
+void View::dropHeldPress() {
+    heldTarget = nullptr;
+}
+
 View* View::rootView() {
     View* root = this;
     while (View* above = root->superview())

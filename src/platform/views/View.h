@@ -96,6 +96,11 @@ public:
     virtual void mouseDragged(const MouseEvent& event);
     virtual void mouseUp(const MouseEvent& event);
 
+    // Whether a press waits for its release. Dropped, the release reaches nobody: a window that hides
+    // meanwhile never hears of it.
+    [[nodiscard]] static bool isPressHeld();
+    static void dropHeldPress();
+
     // Called once, when the view and its outlets have come out of an interface file.
     virtual void awakeFromNib() {}
 

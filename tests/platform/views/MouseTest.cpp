@@ -120,6 +120,25 @@ TEST_F(Mouse, staysWithTheTargetOfThePress) {
     EXPECT_THAT(log, ElementsAre("left down", "left dragged", "left dragged", "left up"));
 }
 
+TEST_F(Mouse, isHeldFromPressToRelease) {
+    EXPECT_FALSE(View::isPressHeld());
+    support::press(root, {50, 50});
+    EXPECT_TRUE(View::isPressHeld());
+    support::drag(root, {60, 50});
+    EXPECT_TRUE(View::isPressHeld());
+    support::release(root, {60, 50});
+    EXPECT_FALSE(View::isPressHeld());
+}
+
+TEST_F(Mouse, releaseOfADroppedPressReachesNobody) {
+    support::press(root, {50, 50});
+    View::dropHeldPress();
+    EXPECT_FALSE(View::isPressHeld());
+    support::drag(root, {60, 50});
+    support::release(root, {60, 50});
+    EXPECT_THAT(log, ElementsAre("root down"));
+}
+
 TEST_F(Mouse, tellsWhereItIsOnTheDesktop) {
     support::press(root, {50, 50});
     support::drag(root, {60, 55});

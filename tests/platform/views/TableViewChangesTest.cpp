@@ -42,6 +42,29 @@ TEST_F(Table, anInsertedRowSlidesDownFromBehind) {
     EXPECT_EQ(rows.view("c")->alphaValue(), 1);
 }
 
+TEST_F(Table, aRowThatTakesTheFirstOnesPlaceSlidesInOverTheUpperEdge) {
+    load({"a", "last"});
+    table.beginUpdates();
+    remove(0);
+    insert(0, "b");
+    table.endUpdates();
+    EXPECT_TRUE(isShown("b"));
+    EXPECT_EQ(top("b"), -50);
+    EXPECT_EQ(rows.view("b")->alphaValue(), 0);
+    EXPECT_EQ(top("a"), 0);
+    EXPECT_EQ(top("last"), 50);
+    queue.advance(100ms);
+    EXPECT_NEAR(top("b"), -25, 1e-9);
+    EXPECT_NEAR(rows.view("b")->alphaValue(), 0.5, 1e-9);
+    EXPECT_NEAR(rows.view("a")->alphaValue(), 0.5, 1e-9);
+    EXPECT_EQ(top("last"), 50);
+    queue.advance(100ms);
+    EXPECT_EQ(top("b"), 0);
+    EXPECT_EQ(rows.view("b")->alphaValue(), 1);
+    EXPECT_FALSE(isShown("a"));
+    EXPECT_THAT(standing(), ElementsAre("b", "last"));
+}
+
 TEST_F(Table, anInsertedRowMayFadeInWhereItStands) {
     load({"a"});
     insert(1, "b", RowAnimation::Fade);

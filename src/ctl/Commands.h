@@ -19,7 +19,8 @@ namespace ctl {
 // choice and delete-future its first.
 [[nodiscard]] int act(const Options& options, Streams& streams);
 
-// consume [--json]: prints the account's action log and then empties it, as the host application does.
+// consume [--json]: takes the account's action log, as the host application does, prints it and then removes
+// it. What a run that was ended in between had taken, the next one hands out first.
 [[nodiscard]] int consume(const Options& options, Streams& streams);
 
 // settings get KEY [--json], settings set KEY VALUE.

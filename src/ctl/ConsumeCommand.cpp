@@ -7,7 +7,6 @@
 #include "exchange/SharedSettings.h"
 #include "platform/storage/Files.h"
 
-#include <algorithm>
 #include <optional>
 #include <ostream>
 
@@ -48,8 +47,23 @@ std::string recordText(const plist::Value& value) {
            terminalText(*key->string());
 }
 
-bool startsWith(const plist::Array& array, const plist::Array& start) {
-    return array.size() >= start.size() && std::equal(start.begin(), start.end(), array.begin());
+// Prints the records that are set aside, then removes them. Only what has left this process is removed: a
+// kill before hands a record out twice rather than never.
+int handOut(const Options& options, Streams& streams, const std::string& log,
+                   const std::string& aside) {
+    const std::optional<plist::Array> records = exchange::arrayFromFile(aside);
+    if (!records)
+        return failed(streams, aside, "no array of records can be read");
+    for (const plist::Value& record : *records)
+        streams.out << (options.json ? jsonValue(record) : recordText(record)) << '\n';
+    streams.out.flush();
+    if (!streams.out)
+        return failed(streams, "standard output", "it cannot be written; the records wait in " + aside);
+    if (exchange::arrayFromFile(aside) != records)
+        return failed(streams, aside, "the records were changed by another; they stay");
+    if (platform::removeAside(log))
+        return failed(streams, aside, "the records cannot be removed");
+    return Done;
 }
 
 } // namespace
@@ -61,6 +75,13 @@ int consume(const Options& options, Streams& streams) {
         return failed(streams, containerPath(), "there is no container");
     const std::string log =
         exchange::actionLogFile(exchange::accountFolder(containerPath(), exchange::accountKey()));
+    const std::optional<std::string> aside = platform::pathAside(log);
+    if (!aside)
+        return Done; // no folder of the account, no log
+    // Taken by a run that was ended before it could remove them.
+    if (platform::fileExists(*aside))
+        if (const int status = handOut(options, streams, log, *aside); status != Done)
+            return status;
     if (!platform::fileExists(log))
         return Done;
     const std::optional<plist::Array> records = exchange::arrayFromFile(log);
@@ -68,22 +89,11 @@ int consume(const Options& options, Streams& streams) {
         return failed(streams, log, "no array of records can be read");
     if (records->empty())
         return Done;
-
-    for (const plist::Value& record : *records)
-        streams.out << (options.json ? jsonValue(record) : recordText(record)) << '\n';
-    // Only what has left this process is taken: a kill before the log is written hands a record out twice
-    // rather than never.
-    streams.out.flush();
-    if (!streams.out)
-        return failed(streams, "standard output", "it cannot be written; the log stays");
-    // What the widget has logged meanwhile stays.
-    plist::Array now = exchange::arrayFromFile(log).value_or(plist::Array());
-    if (!startsWith(now, *records))
-        return failed(streams, log, "the log was changed by another; it stays");
-    now.erase(now.begin(), now.begin() + static_cast<std::ptrdiff_t>(records->size()));
-    if (!exchange::writeArray(log, std::move(now)))
-        return failed(streams, log, "the log could not be emptied");
-    return Done;
+    // From here on the widget logs into a new file: nothing that it logs can be lost. What it read before this
+    // and writes back after it is handed out twice.
+    if (platform::setAside(log))
+        return failed(streams, log, "the log could not be taken");
+    return handOut(options, streams, log, *aside);
 }
 
 } // namespace ctl

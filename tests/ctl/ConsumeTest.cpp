@@ -1,9 +1,14 @@
 #include "ctl/CtlTest.h"
 #include "ctl/Program.h"
+#include "platform/storage/FileSystemCalls.h"
 
 #include <filesystem>
+#include <fstream>
 #include <functional>
+#include <sstream>
 #include <streambuf>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace ctl {
 namespace {
@@ -29,7 +34,7 @@ TEST_F(ConsumeTest, printsTheLogAndEmptiesIt) {
                    "1970-01-01 00:00  delete         d\n"
                    "nan               delete-future  e\n"
                    "\"odd\"\n");
-    EXPECT_EQ(log(), arrayFile(""));
+    EXPECT_TRUE(std::filesystem::is_empty(path("-")));
     EXPECT_EQ(run({"consume"}), 0);
     EXPECT_EQ(out, "");
 }
@@ -91,42 +96,148 @@ protected:
     }
 };
 
-TEST_F(ConsumeFlushTest, keepsTheLogWhereItsOutputIsLost) {
+TEST_F(ConsumeFlushTest, keepsTheRecordsWhereItsOutputIsLost) {
     write("-/actions.xml", arrayFile(logged(1, "a", "1", 0)));
-    const std::string before = log();
     Sink sink;
     sink.onFlush = [] { return false; };
     EXPECT_EQ(consumeInto(sink), 1);
-    EXPECT_EQ(log(), before);
+    EXPECT_EQ(run({"consume"}), 0) << err;
+    EXPECT_EQ(out, "1970-01-01 00:00  paid           a\n");
+    EXPECT_TRUE(std::filesystem::is_empty(path("-")));
 }
 
-TEST_F(ConsumeFlushTest, emptiesTheLogOnlyAfterItsOutputHasLeft) {
+TEST_F(ConsumeFlushTest, removesTheRecordsOnlyAfterItsOutputHasLeft) {
     write("-/actions.xml", arrayFile(logged(1, "a", "1", 0)));
     const std::string before = log();
     std::string whenFlushed;
     Sink sink;
     sink.onFlush = [&] {
         if (whenFlushed.empty())
-            whenFlushed = log();
+            whenFlushed = read("-/actions.xml.aside").value_or("");
         return true;
     };
     EXPECT_EQ(consumeInto(sink), 0);
     EXPECT_EQ(whenFlushed, before);
-    EXPECT_EQ(log(), arrayFile(""));
+    EXPECT_TRUE(std::filesystem::is_empty(path("-")));
 }
 
 TEST_F(ConsumeFlushTest, keepsWhatIsLoggedMeanwhile) {
     write("-/actions.xml", arrayFile(logged(1, "a", "1", 0)));
+    const std::string logged2 = arrayFile(logged(1, "b", "2", 0));
     Sink sink;
     bool isFirst = true;
     sink.onFlush = [&] {
-        if (isFirst)
-            write("-/actions.xml", arrayFile(logged(1, "a", "1", 0) + "<string>new</string>"));
+        if (isFirst) {
+            EXPECT_FALSE(std::filesystem::exists(path("-/actions.xml"))) << "the widget would write it back";
+            write("-/actions.xml", logged2);
+        }
         isFirst = false;
         return true;
     };
     EXPECT_EQ(consumeInto(sink), 0);
-    EXPECT_EQ(log(), arrayFile("\t<string>new</string>\n"));
+    EXPECT_EQ(log(), logged2);
+    EXPECT_FALSE(std::filesystem::exists(path("-/actions.xml.aside")));
+}
+
+TEST_F(ConsumeFlushTest, leavesRecordsThatAnotherPutInTheirPlace) {
+    write("-/actions.xml", arrayFile(logged(1, "a", "1", 0)));
+    const std::string other = arrayFile(logged(1, "b", "2", 0));
+    Sink sink;
+    sink.onFlush = [&] {
+        write("-/actions.xml.aside", other);
+        return true;
+    };
+    EXPECT_EQ(consumeInto(sink), 1);
+    EXPECT_EQ(read("-/actions.xml.aside"), other);
+}
+
+TEST_F(ConsumeTest, handsOutFirstWhatAnEndedRunHadTaken) {
+    write("-/actions.xml.aside", arrayFile(logged(1, "a", "1", 0)));
+    write("-/actions.xml", arrayFile(logged(1, "b", "2", 0)));
+    EXPECT_EQ(run({"consume"}), 0) << err;
+    EXPECT_EQ(out, "1970-01-01 00:00  paid           a\n1970-01-01 00:00  paid           b\n");
+    EXPECT_TRUE(std::filesystem::is_empty(path("-")));
+}
+
+TEST_F(ConsumeTest, handsOutWhatAnEndedRunHadTakenAlsoWithoutANewLog) {
+    write("-/actions.xml.aside", arrayFile(logged(1, "a", "1", 0)));
+    EXPECT_EQ(run({"consume"}), 0) << err;
+    EXPECT_EQ(out, "1970-01-01 00:00  paid           a\n");
+    EXPECT_TRUE(std::filesystem::is_empty(path("-")));
+}
+
+TEST_F(ConsumeTest, leavesTakenRecordsThatCannotBeReadAndTheLogToo) {
+    write("-/actions.xml.aside", "garbage <");
+    write("-/actions.xml", arrayFile(logged(1, "b", "2", 0)));
+    const std::string before = log();
+    EXPECT_EQ(run({"consume"}), 1);
+    EXPECT_EQ(out, "");
+    EXPECT_EQ(read("-/actions.xml.aside"), "garbage <");
+    EXPECT_EQ(log(), before);
+}
+
+// Ends the process at one of the moments around the calls that change files.
+class DyingCalls final : public platform::FileSystemCalls {
+public:
+    explicit DyingCalls(int moment)
+        : left_(moment) {
+        setCurrent(this);
+    }
+    ~DyingCalls() override { setCurrent(nullptr); }
+
+    int rename(int folder, const char* from, const char* to) override {
+        return around([&] { return FileSystemCalls::rename(folder, from, to); });
+    }
+    int unlink(int folder, const char* name) override {
+        return around([&] { return FileSystemCalls::unlink(folder, name); });
+    }
+    int sync(int file) override {
+        return around([&] { return FileSystemCalls::sync(file); });
+    }
+
+private:
+    template <class Call>
+    int around(Call call) {
+        pass();
+        const int result = call();
+        pass();
+        return result;
+    }
+    void pass() {
+        if (left_-- == 0)
+            _exit(9);
+    }
+
+    int left_;
+};
+
+TEST_F(ConsumeTest, endedAtAnyMomentHandsOutEachRecordAtLeastOnce) {
+    const std::string both = "1970-01-01 00:00  paid           a\n1970-01-01 00:00  paid           b\n";
+    int moments = 0;
+    for (bool isDone = false; !isDone; ++moments) {
+        ASSERT_LT(moments, 50);
+        write("-/actions.xml", arrayFile(logged(1, "a", "1", 0) + logged(1, "b", "2", 0)));
+        write("printed", "");
+        const pid_t child = fork();
+        if (child == 0) {
+            const DyingCalls calls(moments);
+            std::ofstream output(path("printed"), std::ios::binary);
+            std::istringstream in;
+            std::ostringstream errors;
+            Streams streams{in, output, errors};
+            _exit(ctl::run({"--containers", scratch, "consume"}, streams));
+        }
+        int status = 0;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        ASSERT_TRUE(WIFEXITED(status));
+        isDone = WEXITSTATUS(status) == 0;
+        EXPECT_TRUE(isDone || WEXITSTATUS(status) == 9) << WEXITSTATUS(status);
+        const std::string first = read("printed").value_or("");
+        EXPECT_EQ(run({"consume"}), 0) << err;
+        EXPECT_TRUE(first + out == both || (first == both && out == both)) << moments << ": " << first << out;
+        EXPECT_TRUE(std::filesystem::is_empty(path("-")));
+    }
+    EXPECT_EQ(moments, 9) << "two around each of rename, sync, unlink, sync, and none";
 }
 
 } // namespace

@@ -167,6 +167,19 @@ class Sheet(flows.Flow):
         self.close()
         self.assert_untouched()
 
+    def test_second_click_on_a_button_chooses_nothing_in_the_sheet_that_comes_under_it(self):
+        single_first = [overdue(1), overdue(2, single=False)]
+        for button, choices in (("Later", 3), ("Delete", 2)):
+            self.open(single_first).wait_for_rows(2)
+            self.panel.open_row(1)
+            with self.panel.program.paused():
+                self.panel.click_button(button, 1, times=2)
+            self.panel.wait_for_sheet(choices)
+            self.panel.window.press("Escape")  # no answered sheet would take it
+            self.panel.wait_for_rows(2)
+            self.close()
+            self.assert_untouched()
+
     def test_escape_in_an_answered_sheet_does_nothing(self):
         self.open_sheet("Later", 0, shown=2, choices=3)
         with self.panel.program.paused():

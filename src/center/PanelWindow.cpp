@@ -52,8 +52,8 @@ void paintRoundSheet(QPainter& painter, const QRect& sheet) {
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     painter.fillRect(QRect(middle.left(), sheet.top(), middle.width(), 1), edgeColor);
     painter.fillRect(QRect(middle.left(), sheet.bottom(), middle.width(), 1), edgeColor);
-    painter.fillRect(QRect(sheet.left(), sides.top(), 1, sides.height()), edgeColor);
-    painter.fillRect(QRect(sheet.right(), sides.top(), 1, sides.height()), edgeColor);
+    fillInBands(painter, QRect(sheet.left(), sides.top(), 1, sides.height()), edgeColor);
+    fillInBands(painter, QRect(sheet.right(), sides.top(), 1, sides.height()), edgeColor);
 
     painter.setClipRegion(QRegion(sheet) - middle - sides);
     painter.setRenderHint(QPainter::Antialiasing);

@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QImage>
 #include <QScreen>
 
@@ -302,6 +303,18 @@ TEST_F(PanelTest, drawsNothingOutsideItsRoundCorners) {
     EXPECT_EQ(picture.size(), QSize(344, 100 + around));
     EXPECT_EQ(qAlpha(picture.pixel(0, 0)), 0);
     EXPECT_GT(qAlpha(picture.pixel(170, 5)), 200);
+}
+
+// The toolkit shares out what it blends over many lines to threads; starting them takes longer than the
+// blending.
+TEST_F(PanelTest, paintsWithoutStartingThreads) {
+    const auto threads = [] {
+        return QDir(QStringLiteral("/proc/self/task")).entryList({}, QDir::Dirs).size();
+    };
+    const auto before = threads();
+    open(5);
+    ASSERT_FALSE(window().grab().isNull());
+    EXPECT_EQ(threads(), before);
 }
 
 // The offscreen platform has an interface to an X server and no connection behind it.

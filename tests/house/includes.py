@@ -26,7 +26,7 @@ ROOMS = {
     "platform/system": _room(foreign="posix icu QtCore"),
     "platform/storage": _room("platform/plist platform/system", "posix QtCore"),
     "platform/images": _room(foreign="posix QtCore QtGui QtSvg"),
-    "platform/views": _room("platform/system platform/images", _WIDGETS),
+    "platform/views": _room("platform/system platform/images", "fontconfig " + _WIDGETS),
     "platform/extension": _room("platform/system platform/views", _WIDGETS),
     "model": _room("platform/system", "QtCore"),
     "exchange": _room("model " + _GROUND, "QtCore QtGui"),
@@ -86,13 +86,14 @@ class QtHeaders:
 
 
 def kind_of(path, qt):
-    """What a foreign header belongs to: std, icu, xcb, a Qt module or posix."""
+    """What a foreign header belongs to: std, icu, xcb, fontconfig, a Qt module or posix."""
     if path in STD_HEADERS:
         return "std"
     if path.startswith("unicode/"):
         return "icu"
-    if path.startswith("xcb/"):
-        return "xcb"
+    for library in ("xcb", "fontconfig"):
+        if path.startswith(library + "/"):
+            return library
     return qt.module(path) or "posix"
 
 

@@ -1,5 +1,7 @@
 #include "platform/views/Fonts.h"
 
+#include "platform/views/FontFamily.h"
+
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QScreen>
@@ -35,6 +37,7 @@ bool isCovered(const QString& text, const QFont& alone) {
 
 QFont systemFont(double size) {
     QFont font = QGuiApplication::font();
+    font.setFamily(concreteFontFamily(font.family()));
     const double pixels = std::max(size, smallestSize);
     if (pixels == std::floor(pixels)) {
         font.setPixelSize(static_cast<int>(pixels));

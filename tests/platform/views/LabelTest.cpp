@@ -3,6 +3,7 @@
 #include "platform/views/Fonts.h"
 #include "support/Application.h"
 
+#include <QFontInfo>
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QScreen>
@@ -232,7 +233,7 @@ TEST_F(Labels, sizeToFitALineBreakAsASpace) {
 
 TEST(SystemFont, isOfItsSizeInDeviceIndependentPixels) {
     EXPECT_EQ(platform::systemFont(15).pixelSize(), 15);
-    EXPECT_EQ(platform::systemFont(15).family(), QFont().family());
+    EXPECT_EQ(platform::systemFont(15).family(), QFontInfo(QFont()).family());
     EXPECT_FALSE(platform::systemFont(15).bold());
 }
 

@@ -3,6 +3,7 @@
 
 #include "platform/system/Fatal.h"
 #include "platform/views/Fonts.h"
+#include "platform/views/TextLine.h"
 
 #include <algorithm>
 #include <limits>

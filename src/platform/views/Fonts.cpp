@@ -67,22 +67,4 @@ ExactFont exactFont(const QFont& font, const QString& text) {
     return exact;
 }
 
-double textWidth(const QString& text, const QFont& font) {
-    const ExactFont exact = exactFont(font, text);
-    return QFontMetricsF(exact.font).horizontalAdvance(singleLine(text)) * exact.scale;
-}
-
-QString singleLine(const QString& text) {
-    const auto breaks = [](QChar c) {
-        return c == QLatin1Char('\n') || c == QLatin1Char('\r') || c == QLatin1Char('\t') ||
-               c == QChar::LineSeparator || c == QChar::ParagraphSeparator;
-    };
-    if (std::none_of(text.begin(), text.end(), breaks))
-        return text;
-    QString line = text;
-    line.replace(QStringLiteral("\r\n"), QStringLiteral(" "));
-    std::replace_if(line.begin(), line.end(), breaks, QLatin1Char(' '));
-    return line;
-}
-
 } // namespace platform

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QFont>
-#include <QSizeF>
 #include <QString>
 
 namespace platform {
@@ -18,11 +17,5 @@ struct ExactFont {
     double scale = 1;
 };
 [[nodiscard]] ExactFont exactFont(const QFont& font, const QString& text);
-
-// The width in points that a text takes on one line, whatever its length; line breaks count as spaces.
-[[nodiscard]] double textWidth(const QString& text, const QFont& font);
-
-// A text as one line shows it: line breaks and tabs are spaces.
-[[nodiscard]] QString singleLine(const QString& text);
 
 } // namespace platform

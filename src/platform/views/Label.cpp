@@ -1,13 +1,14 @@
 #include "platform/views/Label.h"
 
 #include "platform/views/Fonts.h"
+#include "platform/views/TextLine.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QStyle>
 
-#include <algorithm>
 #include <cmath>
+#include <memory>
 
 namespace platform {
 
@@ -17,12 +18,16 @@ namespace {
 // a megabyte would take long and show nothing more.
 constexpr qsizetype longestShown = 2000;
 
-QString shownText(const QString& text, const QFont& font, double width, Label::LineBreakMode mode) {
-    const QString line = singleLine(text.size() > longestShown ? text.left(longestShown) : text);
-    const QFontMetricsF metrics(font);
-    if (mode == Label::LineBreakMode::Clipping || metrics.horizontalAdvance(line) <= width)
+std::shared_ptr<const TextLine> shownLine(const QString& text, const QFont& font, double width,
+                                          Label::LineBreakMode mode) {
+    const QString head = text.size() > longestShown ? text.left(longestShown) : text;
+    auto line = TextLine::of(head, font);
+    if (mode == Label::LineBreakMode::Clipping || line->width() <= width)
         return line;
-    return metrics.elidedText(line, Qt::ElideRight, width);
+    const ExactFont exact = exactFont(font, head);
+    const QString elided =
+        QFontMetricsF(exact.font).elidedText(singleLine(head), Qt::ElideRight, width / exact.scale);
+    return TextLine::of(elided, font);
 }
 
 } // namespace
@@ -82,15 +87,9 @@ void Label::paintEvent(QPaintEvent*) {
     if (text_.isEmpty())
         return;
     QPainter painter(this);
-    const ExactFont exact = exactFont(font_, text_);
-    painter.scale(exact.scale, exact.scale);
-    painter.setFont(exact.font);
     painter.setPen(color_);
-    const QSizeF room = QSizeF(size()) / exact.scale;
-    const QString shown = shownText(text_, exact.font, room.width(), lineBreakMode_);
-    const auto alignment = QStyle::visualAlignment(layoutDirection(), alignment_);
-    painter.drawText(QRectF(QPointF(), room),
-                     static_cast<int>(alignment | Qt::TextSingleLine | Qt::AlignAbsolute), shown);
+    const auto line = shownLine(text_, font_, width(), lineBreakMode_);
+    line->draw(painter, QRectF(rect()), QStyle::visualAlignment(layoutDirection(), alignment_));
 }
 
 } // namespace platform

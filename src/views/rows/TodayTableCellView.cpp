@@ -5,6 +5,7 @@
 #include "platform/system/DateText.h"
 #include "platform/system/Fatal.h"
 #include "platform/views/Fonts.h"
+#include "platform/views/TextLine.h"
 
 #include <QPainter>
 

@@ -1,6 +1,7 @@
 #include "platform/views/Label.h"
 
 #include "platform/views/Fonts.h"
+#include "platform/views/TextLine.h"
 #include "support/Application.h"
 
 #include <QFontInfo>

@@ -1,6 +1,7 @@
 #include "views/rows/RowTest.h"
 
 #include "platform/views/Fonts.h"
+#include "platform/views/TextLine.h"
 #include "platform/views/InterfaceFile.h"
 #include "support/Application.h"
 #include "views/rows/InterfaceFiles.h"

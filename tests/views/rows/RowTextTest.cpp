@@ -1,4 +1,5 @@
 #include "platform/views/Fonts.h"
+#include "platform/views/TextLine.h"
 #include "support/Application.h"
 #include "views/rows/RowTest.h"
 

@@ -1,0 +1,101 @@
+#include "platform/views/TextLine.h"
+
+#include "platform/views/Fonts.h"
+#include "support/Application.h"
+
+#include <QFontMetricsF>
+#include <QImage>
+#include <QPainter>
+
+#include <gtest/gtest.h>
+
+using platform::TextLine;
+
+namespace {
+
+const QStringList texts{QStringLiteral("Rent"),        QStringLiteral("ends in spaces  "),
+                        QStringLiteral("−1,234.50 €"), QStringLiteral("إيجار الشقة 12"),
+                        QStringLiteral("家賃"),        QStringLiteral("mixed إيجار and ジム"),
+                        QStringLiteral("  "),          QString()};
+
+QImage canvas() {
+    QImage image(300, 40, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    return image;
+}
+
+// A line as the painter draws a text, which is what it must look like.
+QImage drawnByPainter(const QString& text, const QFont& font, Qt::Alignment side) {
+    QImage image = canvas();
+    QPainter painter(&image);
+    painter.setPen(Qt::white);
+    painter.setFont(platform::exactFont(font, text).font);
+    painter.drawText(QRectF(10, 3, 280, 31),
+                     static_cast<int>(side | Qt::AlignVCenter | Qt::AlignAbsolute | Qt::TextSingleLine),
+                     text);
+    return image;
+}
+
+QImage drawn(const TextLine& line, const QRectF& rect, Qt::Alignment side) {
+    QImage image = canvas();
+    QPainter painter(&image);
+    painter.setPen(Qt::white);
+    line.draw(painter, rect, side);
+    return image;
+}
+
+} // namespace
+
+TEST(TextLine, isAsWideAsItsFontSays) {
+    const QFont font = platform::systemFont(15);
+    for (const QString& text : texts)
+        EXPECT_EQ(platform::textWidth(text, font),
+                  QFontMetricsF(platform::exactFont(font, text).font).horizontalAdvance(text))
+            << qPrintable(text);
+}
+
+TEST(TextLine, looksAsThePainterDrawsIt) {
+    for (const int size : {12, 15, 16})
+        for (const QString& text : texts)
+            for (const auto side : {Qt::AlignLeft, Qt::AlignRight, Qt::AlignHCenter}) {
+                const QFont font = platform::boldSystemFont(size);
+                EXPECT_EQ(drawn(TextLine(text, font), QRectF(10, 3, 280, 31), side),
+                          drawnByPainter(text, font, side))
+                    << qPrintable(text) << ' ' << size << ' ' << side;
+            }
+}
+
+TEST(TextLine, ofAFractionalSizeIsDrawnAsWideAsItIsMeasured) {
+    const QString text = QStringLiteral("████████");
+    const TextLine line(text, platform::boldSystemFont(12.4));
+    const QRect ink = support::inkOf(drawn(line, QRectF(0, 0, 300, 40), Qt::AlignLeft));
+    EXPECT_NEAR(ink.width(), line.width(), 2);
+    EXPECT_LT(line.width(), platform::textWidth(text, platform::boldSystemFont(13)));
+}
+
+TEST(TextLine, isShapedOnceForAsLongAsItIsKept) {
+    const QFont font = platform::systemFont(15);
+    EXPECT_EQ(TextLine::of(QStringLiteral("Rent"), font), TextLine::of(QStringLiteral("Rent"), font));
+}
+
+TEST(TextLine, isAnotherInAnotherFont) {
+    const auto line = TextLine::of(QStringLiteral("Rent"), platform::systemFont(15));
+    EXPECT_NE(line, TextLine::of(QStringLiteral("Rent"), platform::systemFont(12)));
+    EXPECT_NE(line, TextLine::of(QStringLiteral("Rent"), platform::boldSystemFont(15)));
+    EXPECT_NE(line, TextLine::of(QStringLiteral("rent"), platform::systemFont(15)));
+}
+
+TEST(TextLine, outlivesItsPlaceAmongTheKept) {
+    const QFont font = platform::systemFont(15);
+    const auto line = TextLine::of(QStringLiteral("first"), font);
+    for (int i = 0; i < 1000; ++i)
+        (void)TextLine::of(QString::number(i), font);
+    EXPECT_NE(line, TextLine::of(QStringLiteral("first"), font));
+    EXPECT_EQ(line->width(), platform::textWidth(QStringLiteral("first"), font));
+}
+
+TEST(TextLine, isNotKeptWhereItIsLong) {
+    const QString page(2000, QLatin1Char('x'));
+    const QFont font = platform::systemFont(15);
+    EXPECT_NE(TextLine::of(page, font), TextLine::of(page, font));
+}

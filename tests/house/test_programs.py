@@ -21,6 +21,9 @@ class Libraries(unittest.TestCase):
         # The same question asked of a program for which the answer is yes.
         self.assertIn("libQt6Widgets.so.6", loaded_libraries(os.environ["KORVEL_TODAY"]))
 
+    def test_panel_loads_no_reader_of_svg(self):
+        self.assertNotIn("libQt6Svg.so.6", loaded_libraries(os.environ["KORVEL_TODAY"]))
+
 
 if __name__ == "__main__":
     unittest.main()

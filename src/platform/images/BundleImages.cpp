@@ -3,10 +3,11 @@
 #include "platform/images/ImageSource.h"
 
 #include <QCache>
+#include <QDataStream>
 #include <QFile>
 #include <QHash>
 #include <QPainter>
-#include <QSvgRenderer>
+#include <QPicture>
 
 #include <algorithm>
 #include <utility>
@@ -22,8 +23,14 @@ constexpr qreal largestSide = 2048;
 // What the kept rasters may take, in bytes. All glyphs at all usual ratios and tints take less.
 constexpr qsizetype rasterBudget = 4 * 1024 * 1024;
 
+// As it was recorded when the program was built: it looks as its SVG does, and what reads SVG is not loaded.
+struct Drawing {
+    QSize size; // points
+    QPicture painting;
+};
+
 struct RasterKey {
-    const QSvgRenderer* art;
+    const Drawing* art;
     QSize size; // pixels
     QList<QRgb> tints;
 
@@ -34,7 +41,7 @@ size_t qHash(const RasterKey& key, size_t seed = 0) {
     return qHashMulti(seed, key.art, key.size.width(), key.size.height(), key.tints);
 }
 
-QImage rasterOf(const RasterKey& key, QSvgRenderer& art) {
+QImage rasterOf(const RasterKey& key) {
     static QCache<RasterKey, QImage> kept(rasterBudget);
     if (const QImage* found = kept.object(key))
         return *found;
@@ -42,7 +49,9 @@ QImage rasterOf(const RasterKey& key, QSvgRenderer& art) {
     raster.fill(Qt::transparent);
     QPainter painter(&raster);
     painter.setRenderHint(QPainter::Antialiasing);
-    art.render(&painter, QRectF(QPointF(0, 0), QSizeF(key.size)));
+    painter.scale(qreal(key.size.width()) / key.art->size.width(),
+                  qreal(key.size.height()) / key.art->size.height());
+    painter.drawPicture(0, 0, key.art->painting);
     painter.end();
     for (const QRgb tint : key.tints)
         tintPixels(raster, tint);
@@ -52,11 +61,11 @@ QImage rasterOf(const RasterKey& key, QSvgRenderer& art) {
 
 class ArtSource final : public Image::Source {
 public:
-    ArtSource(std::shared_ptr<QSvgRenderer> art, QList<QRgb> tints)
+    ArtSource(std::shared_ptr<const Drawing> art, QList<QRgb> tints)
         : art_(std::move(art))
         , tints_(std::move(tints)) {}
 
-    QSizeF size() const override { return QSizeF(art_->defaultSize()); }
+    QSizeF size() const override { return QSizeF(art_->size); }
 
     QImage pixels(qreal ratio) const override {
         QImage raster = pixelsFilling(size() * ratio);
@@ -67,7 +76,7 @@ public:
     QImage pixelsFilling(const QSizeF& devicePixels) const override {
         const QSizeF bounded(std::min(devicePixels.width(), largestSide),
                              std::min(devicePixels.height(), largestSide));
-        return rasterOf({art_.get(), wholePixels(bounded), tints_}, *art_);
+        return rasterOf({art_.get(), wholePixels(bounded), tints_});
     }
 
     std::shared_ptr<const Image::Source> tinted(const QColor& color) const override {
@@ -77,7 +86,7 @@ public:
     }
 
 private:
-    std::shared_ptr<QSvgRenderer> art_;
+    std::shared_ptr<const Drawing> art_;
     QList<QRgb> tints_;
 };
 
@@ -86,12 +95,15 @@ std::vector<QString>& hiddenNames() {
     return names;
 }
 
-Image parsedImage(const QString& name) {
-    QFile file(QStringLiteral(":/images/%1.svg").arg(name));
+Image recordedImage(const QString& name) {
+    QFile file(QStringLiteral(":/images/%1.drawing").arg(name));
     if (!file.open(QIODevice::ReadOnly))
         return {};
-    auto art = std::make_shared<QSvgRenderer>(file.readAll());
-    if (!art->isValid() || art->defaultSize().isEmpty())
+    QDataStream stream(&file);
+    stream.setVersion(QDataStream::Qt_6_0);
+    auto art = std::make_shared<Drawing>();
+    stream >> art->size >> art->painting;
+    if (stream.status() != QDataStream::Ok || art->size.isEmpty() || art->painting.isNull())
         return {};
     return Image(std::make_shared<ArtSource>(std::move(art), QList<QRgb>()));
 }
@@ -102,13 +114,13 @@ Image imageNamed(const QString& name) {
     const auto& hidden = hiddenNames();
     if (std::find(hidden.begin(), hidden.end(), name) != hidden.end())
         return {};
-    static QHash<QString, Image> parsed; // only what there is, so that it stays small
-    const auto found = parsed.constFind(name);
-    if (found != parsed.constEnd())
+    static QHash<QString, Image> read; // only what there is, so that it stays small
+    const auto found = read.constFind(name);
+    if (found != read.constEnd())
         return *found;
-    const Image image = parsedImage(name);
+    const Image image = recordedImage(name);
     if (image)
-        parsed.insert(name, image);
+        read.insert(name, image);
     return image;
 }
 

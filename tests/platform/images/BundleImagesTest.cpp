@@ -3,6 +3,7 @@
 #include "platform/images/Pictures.h"
 
 #include <QPainter>
+#include <QSvgRenderer>
 
 #include <gtest/gtest.h>
 
@@ -47,6 +48,24 @@ TEST(BundleImagesTest, hasPixelsForEachRatio) {
             const QImage pixels = imageNamed(name).pixels(ratio);
             EXPECT_EQ(QSizeF(pixels.size()), imageNamed(name).size() * ratio);
             EXPECT_EQ(pixels.devicePixelRatio(), ratio);
+        }
+    }
+}
+
+TEST(BundleImagesTest, looksAsItsSvgDoes) {
+    for (const QString& name : allNames) {
+        QSvgRenderer svg(QStringLiteral(KORVEL_SOURCE_DIR "/src/resources/images/%1.svg").arg(name));
+        ASSERT_TRUE(svg.isValid()) << name.toStdString();
+        for (const qreal ratio : {1.0, 1.25, 2.0, 3.0}) {
+            QImage pixels = imageNamed(name).pixels(ratio);
+            pixels.setDevicePixelRatio(1);
+            QImage wanted(pixels.size(), QImage::Format_ARGB32_Premultiplied);
+            wanted.fill(Qt::transparent);
+            QPainter painter(&wanted);
+            painter.setRenderHint(QPainter::Antialiasing);
+            svg.render(&painter, QRectF(wanted.rect()));
+            painter.end();
+            EXPECT_EQ(pixels, wanted) << name.toStdString() << ' ' << ratio;
         }
     }
 }

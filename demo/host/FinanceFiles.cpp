@@ -21,9 +21,9 @@ std::string accountPath() {
     return exchange::accountFolder(containerPath(), exchange::accountKey());
 }
 
-const std::string* textAt(const plist::Dictionary& record, const char* key) {
+std::optional<std::string_view> textAt(const plist::Dictionary& record, const char* key) {
     const plist::Value* value = record.find(key);
-    return value ? value->string() : nullptr;
+    return value ? value->string() : std::nullopt;
 }
 
 } // namespace
@@ -61,8 +61,8 @@ QStringList foldersToWatch() {
 void PlanNames::learn(const plist::Array& feed) {
     for (const plist::Value& value : feed) {
         const plist::Dictionary* record = value.dictionary();
-        const std::string* plan = record ? textAt(*record, "planpk") : nullptr;
-        const std::string* name = record ? textAt(*record, "name") : nullptr;
+        const auto plan = record ? textAt(*record, "planpk") : std::nullopt;
+        const auto name = record ? textAt(*record, "name") : std::nullopt;
         if (plan && name)
             names_.insert(exchange::textFromUtf8(*plan), exchange::textFromUtf8(*name));
     }

@@ -85,7 +85,7 @@ QString recordText(const plist::Value& record) {
     if (!fields)
         return valueText(record);
     QStringList parts;
-    for (const auto& [key, value] : fields->entries())
+    for (const auto& [key, value] : *fields)
         parts << exchange::textFromUtf8(key) + QLatin1Char(' ') + valueText(value);
     return parts.join(QStringLiteral(", "));
 }

@@ -11,9 +11,9 @@ namespace {
 // One key of any kind as bytes, so that equal keys give equal bytes. Numbers are equal whatever their kind.
 std::string identityOf(const Value& value) {
     if (const std::optional<std::string_view> string = value.string())
-        return 's' + std::string(*string);
+        return std::string("s").append(*string);
     if (const Data* data = value.data())
-        return 'd' + data->bytes;
+        return std::string("d").append(data->bytes);
     double number = 0;
     char kind = 'n';
     if (const Date* date = value.date()) {
@@ -32,7 +32,7 @@ std::string identityOf(const Value& value) {
         number = value.real() ? *value.real() : 0;
     }
     const auto bits = std::bit_cast<std::uint64_t>(number + 0.0); // one zero only
-    return kind + std::to_string(bits);
+    return std::string(1, kind).append(std::to_string(bits));
 }
 
 bool isContainer(const Value& value) {

@@ -1,6 +1,7 @@
 #include "platform/images/Averaging.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -14,7 +15,6 @@ namespace {
 constexpr int wholeBits = 14;
 
 // The channels of one pixel, handled at once.
-using Sums = std::int32_t __attribute__((vector_size(16)));
 using Channels = float __attribute__((vector_size(16)));
 
 // Of which old pixels each new one is made. Each is given equally many, some with no weight: loops of one
@@ -40,6 +40,8 @@ public:
             }
             weight[-1] = static_cast<std::int16_t>(weight[-1] + (1 << wholeBits) - given);
         }
+        for (const std::int16_t weight : weights_)
+            shares_.insert(shares_.end(), 4, std::ldexp(static_cast<float>(weight), -wholeBits));
     }
 
     [[nodiscard]] int count() const { return static_cast<int>(firsts_.size()); }
@@ -48,11 +50,16 @@ public:
     [[nodiscard]] const std::int16_t* weights(int at) const {
         return weights_.data() + std::ptrdiff_t{taps_} * at;
     }
+    // The same as fractions of 1, which they are exactly, each four times: once for each channel.
+    [[nodiscard]] const float* shares(int at) const {
+        return shares_.data() + std::ptrdiff_t{4} * taps_ * at;
+    }
 
 private:
     int taps_;
     std::vector<int> firsts_;
     std::vector<std::int16_t> weights_;
+    std::vector<float> shares_;
 };
 
 // One new row, as wide as the old ones still: each channel of their pixels, times the whole.
@@ -68,22 +75,21 @@ void addRows(std::vector<std::int32_t>& sums, const QImage& pixels, const Shares
     }
 }
 
-void narrowRow(uchar* line, const std::vector<std::int32_t>& sums, const Shares& columns) {
-    constexpr float wholeSquared = 1 << (2 * wholeBits);
-    const int taps = columns.taps();
+// The channels of the new row, a half added, so that cutting their fractions off rounds them.
+void narrowRow(std::vector<float>& narrow, const std::vector<float>& wide, const Shares& columns) {
+    float* result = narrow.data();
     for (int at = 0; at < columns.count(); ++at) {
-        Channels average = {};
-        const std::int32_t* pixel = sums.data() + std::ptrdiff_t{4} * columns.first(at);
-        const std::int16_t* weights = columns.weights(at);
-        for (int tap = 0; tap < taps; ++tap) {
-            Sums sum;
-            std::memcpy(&sum, pixel, sizeof sum);
-            average += static_cast<float>(weights[tap]) * __builtin_convertvector(sum, Channels);
-            pixel += 4;
+        Channels average = {0.5F, 0.5F, 0.5F, 0.5F};
+        const float* pixel = wide.data() + std::ptrdiff_t{4} * columns.first(at);
+        const float* shares = columns.shares(at);
+        for (int tap = 0; tap < columns.taps(); ++tap) {
+            Channels old, share;
+            std::memcpy(&old, pixel + std::ptrdiff_t{4} * tap, sizeof old);
+            std::memcpy(&share, shares + std::ptrdiff_t{4} * tap, sizeof share);
+            average += share * old;
         }
-        const auto rounded = __builtin_convertvector(average * (1 / wholeSquared) + 0.5F, Sums);
-        for (int channel = 0; channel < 4; ++channel)
-            *line++ = static_cast<uchar>(rounded[channel]);
+        std::memcpy(result, &average, sizeof average);
+        result += 4;
     }
 }
 
@@ -92,11 +98,19 @@ void narrowRow(uchar* line, const std::vector<std::int32_t>& sums, const Shares&
 QImage averaged(const QImage& pixels, const QSize& size) {
     const Shares columns(pixels.width(), size.width());
     const Shares rows(pixels.height(), size.height());
-    std::vector<std::int32_t> sums(std::size_t{4} * static_cast<std::size_t>(pixels.width()));
+    const auto channels = [](const QSize& image) {
+        return std::size_t{4} * static_cast<std::size_t>(image.width());
+    };
+    std::vector<std::int32_t> sums(channels(pixels.size()));
+    std::vector<float> wide(sums.size()), narrow(channels(size));
     QImage result(size, pixels.format());
     for (int y = 0; y < size.height(); ++y) {
         addRows(sums, pixels, rows, y);
-        narrowRow(result.scanLine(y), sums, columns);
+        std::transform(sums.begin(), sums.end(), wide.begin(),
+                       [](std::int32_t sum) { return static_cast<float>(sum) * (1.0F / (1 << wholeBits)); });
+        narrowRow(narrow, wide, columns);
+        std::transform(narrow.begin(), narrow.end(), result.scanLine(y),
+                       [](float channel) { return static_cast<uchar>(static_cast<std::int32_t>(channel)); });
     }
     return result;
 }

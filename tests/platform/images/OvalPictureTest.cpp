@@ -63,6 +63,22 @@ TEST(OvalPictureTest, coversAsMuchAsACircleHas) {
     EXPECT_NEAR(covered, 3.14159265 * 20 * 20, 12);
 }
 
+TEST(OvalPictureTest, isOfTheSizeThatIsAskedForEachTime) {
+    const Image picture(plainPicture(64, 64, red));
+    for (const int side : {40, 24, 40}) {
+        const QSizeF size(side, side);
+        const QImage pixels = ovalPicture(picture, QRectF({}, size), size, 1).pixels(1);
+        EXPECT_EQ(pixels.size(), size.toSize());
+        expectOval(pixels, side, side, red);
+    }
+}
+
+TEST(OvalPictureTest, leavesThePictureItselfWhole) {
+    const Image picture(plainPicture(40, 40, red));
+    ASSERT_FALSE(ovalPicture(picture, QRectF(0, 0, 40, 40), QSizeF(40, 40), 1).isNull());
+    EXPECT_EQ(picture.pixels(1), plainPicture(40, 40, red));
+}
+
 TEST(OvalPictureTest, isDrawnAtTheRatio) {
     const Image image = ovalPicture(Image(plainPicture(80, 80, red)), QRectF(0, 0, 40, 40), {40, 40}, 2);
     EXPECT_EQ(image.size(), QSizeF(40, 40));

@@ -49,8 +49,7 @@ std::string recordText(const plist::Value& value) {
 
 // Prints the records that are set aside, then removes them. Only what has left this process is removed: a
 // kill before hands a record out twice rather than never.
-int handOut(const Options& options, Streams& streams, const std::string& log,
-                   const std::string& aside) {
+int handOut(const Options& options, Streams& streams, const std::string& log, const std::string& aside) {
     const std::optional<plist::Array> records = exchange::arrayFromFile(aside);
     if (!records)
         return failed(streams, aside, "no array of records can be read");
@@ -77,7 +76,7 @@ int consume(const Options& options, Streams& streams) {
         exchange::actionLogFile(exchange::accountFolder(containerPath(), exchange::accountKey()));
     const std::optional<std::string> aside = platform::pathAside(log);
     if (!aside)
-        return Done; // no folder of the account, no log
+        return platform::fileExists(log) ? failed(streams, log, "the log's folder cannot be opened") : Done;
     // Taken by a run that was ended before it could remove them.
     if (platform::fileExists(*aside))
         if (const int status = handOut(options, streams, log, *aside); status != Done)
@@ -89,8 +88,8 @@ int consume(const Options& options, Streams& streams) {
         return failed(streams, log, "no array of records can be read");
     if (records->empty())
         return Done;
-    // From here on the widget logs into a new file: nothing that it logs can be lost. What it read before this
-    // and writes back after it is handed out twice.
+    // From here on the widget logs into a new file: nothing that it logs can be lost. What it read before
+    // this and writes back after it is handed out twice.
     if (platform::setAside(log))
         return failed(streams, log, "the log could not be taken");
     return handOut(options, streams, log, *aside);

@@ -2,6 +2,8 @@
 #include "ctl/Program.h"
 #include "platform/storage/FileSystemCalls.h"
 
+#include <cerrno>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -60,6 +62,22 @@ TEST_F(ConsumeTest, printsNothingWithoutALogAndMakesNone) {
     EXPECT_EQ(run({"consume"}), 0);
     EXPECT_EQ(out, "");
     EXPECT_FALSE(std::filesystem::exists(path("-")));
+}
+
+TEST_F(ConsumeTest, failsWhereTheFolderOfTheLogCannotBeOpened) {
+    class Closed final : public platform::FileSystemCalls {
+        int open(const char* path, int flags) override {
+            return (flags & O_DIRECTORY) == 0 ? FileSystemCalls::open(path, flags) : (errno = EACCES, -1);
+        }
+    } calls;
+    write("-/actions.xml", arrayFile(logged(1, "a", "1", 0)));
+    const std::string before = log();
+    platform::FileSystemCalls::setCurrent(&calls);
+    EXPECT_EQ(run({"consume"}), 1);
+    platform::FileSystemCalls::setCurrent(nullptr);
+    EXPECT_EQ(err, "korvel-todayctl: " + path("-/actions.xml") + ": the log's folder cannot be opened\n");
+    EXPECT_EQ(out, "");
+    EXPECT_EQ(log(), before);
 }
 
 TEST_F(ConsumeTest, leavesALogThatIsNoArray) {

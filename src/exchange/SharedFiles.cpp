@@ -1,10 +1,9 @@
 #include "exchange/SharedFiles.h"
 
 #include "platform/plist/Reader.h"
+#include "platform/plist/RecordReader.h"
 #include "platform/plist/Writer.h"
 #include "platform/storage/Files.h"
-
-#include <utility>
 
 namespace exchange {
 
@@ -33,9 +32,14 @@ std::optional<plist::Array> arrayFromFile(const std::string& path) {
     return *root->array();
 }
 
-bool writeArray(const std::string& path, plist::Array array) {
-    const std::optional<std::string> bytes = plist::writeXml(plist::Value(std::move(array)));
-    return bytes && !platform::replaceFile(path, *bytes);
+bool appendToArray(const std::string& path, const plist::Value& element) {
+    const std::optional<std::string> before = platform::readFile(path);
+    plist::RewrittenRecords after;
+    if (before)
+        after = plist::appendRecord(*before, element);
+    if (after.outcome == plist::RecordsOutcome::NoArray)
+        after.xml = plist::writeXml(plist::Value(plist::Array{element}));
+    return after.xml && !platform::replaceFile(path, *after.xml);
 }
 
 } // namespace exchange

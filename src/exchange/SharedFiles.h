@@ -22,8 +22,9 @@ namespace exchange {
 // list, or has another root.
 [[nodiscard]] std::optional<platform::plist::Array> arrayFromFile(const std::string& path);
 
-// Replaces a file by an array in the XML form, whole or not at all. False, and the old file stands, where it
-// cannot be written or holds what the XML form has no place for (a null or a set).
-bool writeArray(const std::string& path, platform::plist::Array array);
+// Appends an element to the array in a file, which becomes one of the XML form, whole or not at all. A file
+// that holds no array, as arrayFromFile() reads it, becomes one of the element alone. False, and the old file
+// stands, where it cannot be written or holds what the XML form has no place for (a null or a set).
+bool appendToArray(const std::string& path, const platform::plist::Value& element);
 
 } // namespace exchange

@@ -27,13 +27,11 @@ plist::Value logRecord(std::int64_t type, const TodayTransaction& item, std::int
 
 // The log's older records are never looked at and go back as they are. A failure is soft: the action is then
 // not logged, and nobody is told.
-void appendToLog(const std::string& accountFolder, plist::Value record) {
+void appendToLog(const std::string& accountFolder, const plist::Value& record) {
     if (!platform::fileExists(accountFolder))
         static_cast<void>(platform::makeFolders(accountFolder));
     const std::string log = exchange::actionLogFile(accountFolder);
-    plist::Array records = exchange::arrayFromFile(log).value_or(plist::Array());
-    records.push_back(std::move(record));
-    exchange::writeArray(log, std::move(records));
+    exchange::appendToArray(log, record);
 }
 
 // Fatal where the feed cannot be read or breaks its layout; a failure to write it is soft.

@@ -100,6 +100,10 @@ struct RewrittenRecords {
     std::optional<std::string> xml;
 };
 
+// A list with one element more at its end. What stands there already keeps its kinds and values, whatever it
+// is.
+[[nodiscard]] RewrittenRecords appendRecord(std::string_view bytes, const Value& record);
+
 // Rewrites a list record by record. What is not replaced, keys that are not wanted included, keeps its kind
 // and value. Elements that are no dictionaries can be kept as well.
 [[nodiscard]] RewrittenRecords rewriteRecords(std::string_view bytes, std::span<const std::string_view> keys,

@@ -16,41 +16,65 @@ public:
         : keys_(keys)
         , edit_(edit)
         , mayShare_(hasBinaryMagic(bytes))
-        , largest_(largestExpansion(bytes.size())) {
+        , largest_(largestExpansion(bytes.size()))
+        , walk_(keys, output_) {
+        output_.reserve(bytes.size() + bytes.size() / 16 + xmlHeader.size());
         output_.raw(xmlHeader);
+        output_.raw("<array>\n");
+        end_ = output_.size();
     }
 
-    bool visit(const Record& record, const Value& value) {
-        const RecordEdit edit = edit_(record);
-        switch (edit.action) {
-        case RecordEdit::Action::Stop:
-            return false;
-        case RecordEdit::Action::Drop:
-            return true;
-        case RecordEdit::Action::Keep:
-            write(value);
-            return true;
-        case RecordEdit::Action::Replace: {
-            Dictionary changed = *value.dictionary();
-            changed.set(std::string(keys_[edit.key]), Value(edit.number));
-            write(Value(std::move(changed)));
-            return true;
-        }
-        }
-        return true;
+    RecordsOutcome run(std::string_view bytes) {
+        return walk_.run(bytes,
+                         [this](const Record& record, const Value* value) { return visit(record, value); });
+    }
+
+    void append(const Value& record) {
+        write(record);
+        end_ = output_.size();
     }
 
     std::optional<std::string> finish() {
-        output_.raw(hasRecords_ ? "</array>\n" : "<array/>\n");
+        if (output_.size() == xmlHeader.size() + std::string_view("<array>\n").size()) {
+            output_.cutTo(xmlHeader.size());
+            output_.raw("<array/>\n");
+        } else {
+            output_.raw("</array>\n");
+        }
         output_.raw(xmlFooter);
         return isWritable_ ? std::optional(output_.take()) : std::nullopt;
     }
 
 private:
+    // Without a value the record is written already.
+    bool visit(const Record& record, const Value* value) {
+        const RecordEdit edit = edit_(record);
+        switch (edit.action) {
+        case RecordEdit::Action::Stop:
+            return false;
+        case RecordEdit::Action::Drop:
+            output_.cutTo(end_);
+            break;
+        case RecordEdit::Action::Keep:
+            if (value)
+                write(*value);
+            break;
+        case RecordEdit::Action::Replace:
+            output_.cutTo(end_);
+            write(replaced(value ? *value : walk_.readAgain(), edit));
+            break;
+        }
+        end_ = output_.size();
+        return true;
+    }
+
+    [[nodiscard]] Value replaced(const Value& value, const RecordEdit& edit) const {
+        Dictionary changed = *value.dictionary();
+        changed.set(keys_[edit.key], Value(edit.number));
+        return Value(std::move(changed));
+    }
+
     void write(const Value& value) {
-        if (!hasRecords_)
-            output_.raw("<array>\n");
-        hasRecords_ = true;
         if (mayShare_ && isWritable_)
             isWritable_ = writtenSize(value).expanded <= largest_ - std::min(output_.size(), largest_);
         if (isWritable_)
@@ -61,10 +85,11 @@ private:
     const std::function<RecordEdit(const Record&)>& edit_;
     XmlOutput output_;
     XmlWriter writer_{output_};
-    bool mayShare_; // only the binary form can name one container twice
+    std::size_t end_ = 0; // of the records that are kept
+    bool mayShare_;       // only the binary form can name one container twice
     std::size_t largest_;
-    bool hasRecords_ = false;
     bool isWritable_ = true;
+    RecordWalk walk_;
 };
 
 } // namespace
@@ -72,11 +97,19 @@ private:
 RewrittenRecords rewriteRecords(std::string_view bytes, std::span<const std::string_view> keys,
                                 const std::function<RecordEdit(const Record&)>& edit) {
     Rewriter rewriter(bytes, keys, edit);
-    RecordWalk walk(keys, RecordWalk::Purpose::Rewrite);
-    const RecordsOutcome outcome = walk.run(
-        bytes, [&](const Record& record, const Value* value) { return rewriter.visit(record, *value); });
+    const RecordsOutcome outcome = rewriter.run(bytes);
     if (outcome != RecordsOutcome::Complete)
         return {outcome, std::nullopt};
+    return {outcome, rewriter.finish()};
+}
+
+RewrittenRecords appendRecord(std::string_view bytes, const Value& record) {
+    const std::function<RecordEdit(const Record&)> keep = [](const Record&) { return RecordEdit::keep(); };
+    Rewriter rewriter(bytes, {}, keep);
+    const RecordsOutcome outcome = rewriter.run(bytes);
+    if (outcome != RecordsOutcome::Complete)
+        return {outcome, std::nullopt};
+    rewriter.append(record);
     return {outcome, rewriter.finish()};
 }
 

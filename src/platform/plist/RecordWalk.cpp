@@ -3,6 +3,7 @@
 #include "platform/plist/BinaryRecordWalk.h"
 #include "platform/plist/Encoding.h"
 #include "platform/plist/Reader.h"
+#include "platform/plist/Text.h"
 
 #include <algorithm>
 
@@ -13,6 +14,7 @@ namespace {
 using Found = XmlScanner::Found;
 
 constexpr std::string_view uidKey = "CF$UID";
+constexpr std::size_t recordIndent = 1;
 
 std::vector<std::string_view> withUidKey(std::span<const std::string_view> keys) {
     std::vector<std::string_view> all(keys.begin(), keys.end());
@@ -28,17 +30,21 @@ bool beginsAsXml(std::string_view text) {
 
 } // namespace
 
-RecordWalk::RecordWalk(std::span<const std::string_view> keys, Purpose purpose)
+RecordWalk::RecordWalk(std::span<const std::string_view> keys)
     : wanted_(keys)
     , keys_(withUidKey(keys))
-    , purpose_(purpose)
     , uidKey_(keys_.find(uidKey))
     , slots_(keys_.size()) {}
+
+RecordWalk::RecordWalk(std::span<const std::string_view> keys, XmlOutput& transcript)
+    : RecordWalk(keys) {
+    transcript_ = &transcript;
+}
 
 RecordsOutcome RecordWalk::run(std::string_view bytes, const Visit& visit) {
     visit_ = &visit;
     hasStopped_ = false;
-    if (hasBinaryMagic(bytes) && purpose_ == Purpose::Read)
+    if (hasBinaryMagic(bytes) && !transcript_)
         return runBinary(bytes);
     DecodedText text;
     const bool isText = !hasBinaryMagic(bytes) && !bytes.empty();
@@ -108,8 +114,12 @@ bool RecordWalk::walkElement(XmlElement element, unsigned depth) {
     if (hasStopped_)
         return reader_.read(element, depth, nullptr);
     const bool isRecord = element.tag == XmlTag::Dictionary && !element.isEmpty;
-    if (isRecord && purpose_ == Purpose::Read)
-        return walkRecord(depth + 1);
+    if (isRecord)
+        return transcript_ ? rewriteRecord(element, depth) : walkRecord(depth + 1);
+    return visitAsValue(element, depth);
+}
+
+bool RecordWalk::visitAsValue(XmlElement element, unsigned depth) {
     Value value;
     if (!reader_.read(element, depth, &value))
         return false;
@@ -120,14 +130,13 @@ bool RecordWalk::walkElement(XmlElement element, unsigned depth) {
 bool RecordWalk::walkRecord(unsigned depth) {
     if (!reader_.checkDepth(depth))
         return false;
-    buffer_.clear();
-    for (Record::Slot& slot : slots_)
-        slot.state = Record::State::Absent;
+    clearSlots();
     bool hasOtherKeys = false;
     for (;;) {
         std::size_t key = WantedKeys::none;
+        XmlText text;
         XmlElement element;
-        const Found found = findKey(key);
+        const Found found = findKey(key, text);
         if (found == Found::CloseTag)
             break;
         if (found == Found::Fault || scanner_.findElement(element) != Found::Element)
@@ -145,8 +154,106 @@ bool RecordWalk::walkRecord(unsigned depth) {
     return true;
 }
 
+void RecordWalk::clearSlots() {
+    buffer_.clear();
+    for (Record::Slot& slot : slots_)
+        slot.state = Record::State::Absent;
+}
+
+bool RecordWalk::rewriteRecord(XmlElement element, unsigned depth) {
+    recordStart_ = scanner_;
+    recordDepth_ = depth;
+    const std::size_t start = transcript_->size();
+    switch (transcribeRecord(depth + 1)) {
+    case Transcribed::Fault:
+        return false;
+    case Transcribed::Whole:
+        visitRecord(true);
+        return true;
+    case Transcribed::Unusual:
+        break;
+    }
+    transcript_->cutTo(start);
+    scanner_ = recordStart_;
+    return visitAsValue(element, depth);
+}
+
+Value RecordWalk::readAgain() const {
+    XmlScanner scanner = recordStart_;
+    Value value;
+    const bool isRead = XmlValueReader(scanner).read({XmlTag::Dictionary, false}, recordDepth_, &value);
+    return isRead ? value : Value();
+}
+
+RecordWalk::Transcribed RecordWalk::transcribeRecord(unsigned depth) {
+    if (!reader_.checkDepth(depth))
+        return Transcribed::Fault;
+    clearSlots();
+    transcript_->tag("<dict>\n", recordIndent);
+    const Transcribed entries = transcribeEntries();
+    if (entries != Transcribed::Whole)
+        return entries;
+    transcript_->tag("</dict>\n", recordIndent);
+    return scanner_.takeCloseTag(XmlTag::Dictionary) ? Transcribed::Whole : Transcribed::Fault;
+}
+
+// Keys that are decoded, and those of an archive's reference, are left to the reader of values; so are equal
+// ones and those that would have to be sorted.
+RecordWalk::Transcribed RecordWalk::transcribeEntries() {
+    std::string_view last;
+    for (bool isFirst = true;; isFirst = false) {
+        std::size_t key = WantedKeys::none;
+        XmlText text;
+        XmlElement element;
+        const Found found = findKey(key, text);
+        if (found == Found::CloseTag)
+            return isFirst ? Transcribed::Unusual : Transcribed::Whole;
+        if (found == Found::Fault || scanner_.findElement(element) != Found::Element)
+            return Transcribed::Fault;
+        if (text.isDecoded || key == uidKey_ || !(isFirst || precedesInUtf16(last, text.source)))
+            return Transcribed::Unusual;
+        last = text.source;
+        transcript_->key(last, recordIndent + 1);
+        const Transcribed value = transcribeValue(element, key == WantedKeys::none ? nullptr : &slots_[key]);
+        if (value != Transcribed::Whole)
+            return value;
+    }
+}
+
+RecordWalk::Transcribed RecordWalk::transcribeValue(XmlElement element, Record::Slot* slot) {
+    Record::Slot ignored;
+    Record::Slot& read = slot ? *slot : ignored;
+    Integer integer;
+    switch (element.tag) {
+    case XmlTag::Key:
+    case XmlTag::String:
+    case XmlTag::True:
+    case XmlTag::False:
+    case XmlTag::Real:
+        if (!readSlot(element, recordDepth_, read))
+            return Transcribed::Fault;
+        break;
+    case XmlTag::Integer:
+        if (element.isEmpty || !reader_.readInteger(integer))
+            return Transcribed::Fault;
+        read.state = Record::State::Number;
+        read.number = doubleOf(integer);
+        transcript_->integer(integer, recordIndent + 1);
+        return Transcribed::Whole;
+    default:
+        return Transcribed::Unusual;
+    }
+    if (read.state == Record::State::Text)
+        transcript_->string(read.text.in(buffer_), recordIndent + 1);
+    else if (read.state == Record::State::Boolean)
+        transcript_->boolean(read.number != 0, recordIndent + 1);
+    else
+        transcript_->real(read.number, recordIndent + 1);
+    return Transcribed::Whole;
+}
+
 // Any key, most often one that is not wanted.
-XmlScanner::Found RecordWalk::findOtherKey(bool isUsualTag, std::size_t& key) {
+XmlScanner::Found RecordWalk::findOtherKey(bool isUsualTag, std::size_t& key, XmlText& text) {
     XmlElement element{XmlTag::Key, false};
     if (isUsualTag) {
         scanner_.passKey(0);
@@ -155,7 +262,6 @@ XmlScanner::Found RecordWalk::findOtherKey(bool isUsualTag, std::size_t& key) {
         if (found != Found::Element)
             return found;
     }
-    XmlText text;
     if (!reader_.takeKey(element, buffer_, text))
         return Found::Fault;
     key = keys_.find(text.in(buffer_));

@@ -179,7 +179,7 @@ CodePoint codePointAt(std::string_view text, std::size_t offset) {
     }
 }
 
-bool precedesInUtf16(std::string_view a, std::string_view b) {
+bool precedesInUtf16FromTheFirst(std::string_view a, std::string_view b) {
     const std::size_t common = std::min(a.size(), b.size());
     std::size_t at = 0;
     while (at < common && a[at] == b[at])

@@ -51,7 +51,11 @@ struct CodePoint {
 [[nodiscard]] CodePoint codePointAt(std::string_view text, std::size_t offset);
 
 // The order in which the platform sorts keys: by UTF-16 units.
-[[nodiscard]] bool precedesInUtf16(std::string_view a, std::string_view b);
+[[nodiscard]] bool precedesInUtf16FromTheFirst(std::string_view a, std::string_view b);
+[[nodiscard]] inline bool precedesInUtf16(std::string_view a, std::string_view b) {
+    const bool differInAscii = !a.empty() && !b.empty() && a[0] != b[0] && ((a[0] | b[0]) & 0x80) == 0;
+    return differInAscii ? a[0] < b[0] : precedesInUtf16FromTheFirst(a, b);
+}
 
 // The line of an offset, from 1; CR, LF and CR LF end one.
 [[nodiscard]] std::size_t lineAt(std::string_view text, std::size_t offset);

@@ -9,7 +9,7 @@ WantedKeys::WantedKeys(std::vector<std::string_view> keys)
     : keys_(std::move(keys)) {
     for (std::size_t key = 0; key < keys_.size(); ++key) {
         lengths_ |= std::uint64_t{1} << std::min<std::size_t>(keys_[key].size(), 63);
-        const std::string text = std::string(keys_[key]) + "</key>";
+        const std::string text = std::string(keys_[key]).append(closeTag);
         const bool isPlain = keys_[key].find_first_of("<&") == std::string_view::npos &&
                              std::all_of(text.begin(), text.end(), [](char c) { return c > 0; });
         if (text.size() < sizeof(std::uint64_t) || !isPlain)

@@ -15,6 +15,7 @@ namespace platform::plist {
 class WantedKeys final {
 public:
     static constexpr std::size_t none = static_cast<std::size_t>(-1);
+    static constexpr std::string_view closeTag = "</key>";
 
     explicit WantedKeys(std::vector<std::string_view> keys);
     [[nodiscard]] std::size_t size() const { return keys_.size(); }

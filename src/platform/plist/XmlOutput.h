@@ -32,6 +32,8 @@ public:
         std::size_t of = 0;
     };
     void expect(Progress progress) { progress_ = progress; }
+    // Makes room for so many bytes at once.
+    void reserve(std::size_t size) { room(size); }
 
     // Each writes whole lines after `indent` tabs.
     void key(std::string_view text, std::size_t indent) {
@@ -82,6 +84,8 @@ public:
 
     // Of all that was written.
     [[nodiscard]] std::size_t size() const { return handedOn_ + size_; }
+    // Forgets what was written since it was of this size; without a sink.
+    void cutTo(std::size_t size) { size_ = size; }
     // All of it, without a sink.
     [[nodiscard]] std::string take();
     // Hands on what is left; false where the sink did not take all.

@@ -240,6 +240,77 @@ TEST(RecordRewriter, agreesWithTheTreeOnRandomLists) {
     }
 }
 
+// Lists as a program writes them, which are rewritten as they are read.
+std::string writtenList(RandomList& random) {
+    Array records;
+    for (std::size_t count = random.below(6); count > 0; --count) {
+        Dictionary record;
+        for (const char* const key : {"amount", "date", "income", "name", "planpk", "CF$UID", "rest"})
+            switch (random.below(9)) {
+            case 0:
+                record.set(key, Value(static_cast<double>(random.below(900)) / 7 - 50));
+                break;
+            case 1:
+                record.set(key, Value(static_cast<std::int64_t>(random.below(100)) - 50));
+                break;
+            case 2:
+                record.set(key, Value(random.below(2) == 0));
+                break;
+            case 3:
+                record.set(key,
+                           Value(std::string(random.below(40), 'x') + (random.below(2) == 0 ? "<&>" : "")));
+                break;
+            case 4:
+                if (random.below(10) == 0)
+                    record.set(key, Value(Array{Value("inner")}));
+                break;
+            default:
+                record.set(key, Value("text"));
+            }
+        records.emplace_back(record);
+        if (random.below(10) == 0)
+            records.emplace_back("no record");
+    }
+    return *writeXml(Value(records));
+}
+
+TEST(RecordRewriter, agreesWithTheTreeOnListsThatProgramsWrite) {
+    RandomList random(5);
+    std::size_t rewrittenLists = 0;
+    for (int i = 0; i < 20000; ++i) {
+        const std::string sound = writtenList(random);
+        const std::string xml = random.below(2) == 0 ? random.broken(sound) : sound;
+        const RewrittenRecords rewritten = rewriteAsStream(xml);
+        ASSERT_EQ(rewritten.xml, rewriteAsTree(xml)) << xml;
+        rewrittenLists += rewritten.xml ? 1 : 0;
+        const RewrittenRecords kept =
+            rewriteRecords(sound, keys, [](const Record&) { return RecordEdit::keep(); });
+        ASSERT_EQ(kept.xml, sound);
+    }
+    EXPECT_GT(rewrittenLists, 10000U);
+}
+
+TEST(RecordRewriter, appendsARecordToWhateverStandsThere) {
+    RandomList random(6);
+    const Value added(Array{Value("added")});
+    for (int i = 0; i < 4000; ++i) {
+        const std::string xml = random.below(3) == 0   ? random.broken(random.xml())
+                                : random.below(2) == 0 ? random.xml()
+                                                       : writtenList(random);
+        const ReadResult result = read(xml);
+        const Value* const root = std::get_if<Value>(&result);
+        const RewrittenRecords appended = appendRecord(xml, added);
+        if (!root || !root->array()) {
+            ASSERT_EQ(appended.outcome, RecordsOutcome::NoArray) << xml;
+            continue;
+        }
+        Array expected = *root->array();
+        expected.push_back(added);
+        ASSERT_EQ(appended.xml, writeXml(Value(expected))) << xml;
+    }
+    EXPECT_EQ(appendRecord("()", added).xml, writeXml(Value(Array{added})));
+}
+
 TEST(RecordRewriter, givesNothingWhereItsVisitorStopped) {
     const RewrittenRecords rewritten =
         rewriteRecords(listOf("<dict/><dict/>"), keys, [](const Record&) { return RecordEdit::stop(); });

@@ -1,9 +1,7 @@
 #include "platform/plist/BinaryLayout.h"
 #include "platform/plist/RecordWalk.h"
-#include "platform/plist/Sharing.h"
+#include "platform/plist/Writer.h"
 #include "platform/plist/XmlWriter.h"
-
-#include <algorithm>
 
 namespace platform::plist {
 
@@ -16,7 +14,6 @@ public:
         : keys_(keys)
         , edit_(edit)
         , mayShare_(hasBinaryMagic(bytes))
-        , largest_(largestExpansion(bytes.size()))
         , walk_(keys, output_) {
         output_.reserve(bytes.size() + bytes.size() / 16 + xmlHeader.size());
         output_.raw(xmlHeader);
@@ -35,6 +32,8 @@ public:
     }
 
     std::optional<std::string> finish() {
+        if (mayShare_)
+            return writeXml(Value(std::move(kept_)));
         if (output_.size() == xmlHeader.size() + std::string_view("<array>\n").size()) {
             output_.cutTo(xmlHeader.size());
             output_.raw("<array/>\n");
@@ -75,9 +74,9 @@ private:
     }
 
     void write(const Value& value) {
-        if (mayShare_ && isWritable_)
-            isWritable_ = writtenSize(value).expanded <= largest_ - std::min(output_.size(), largest_);
-        if (isWritable_)
+        if (mayShare_)
+            kept_.push_back(value);
+        else if (isWritable_)
             isWritable_ = writer_.write(value, 1);
     }
 
@@ -86,9 +85,10 @@ private:
     XmlOutput output_;
     XmlWriter writer_{output_};
     std::size_t end_ = 0; // of the records that are kept
-    bool mayShare_;       // only the binary form can name one container twice
-    std::size_t largest_;
     bool isWritable_ = true;
+    // Only the binary form can name one container twice. What that grows to is told by all records together.
+    bool mayShare_;
+    Array kept_;
     RecordWalk walk_;
 };
 

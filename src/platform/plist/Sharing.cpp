@@ -94,14 +94,11 @@ WrittenSize writtenSize(const Value& value) {
     return {expanded.bytes, estimate.distinct()};
 }
 
-std::size_t largestExpansion(std::size_t ownSize) {
+bool isBeyondMeasure(const WrittenSize& size) {
     constexpr std::size_t alwaysAllowed = std::size_t{8} << 20U;
     constexpr std::size_t allowedGrowth = 16;
-    return alwaysAllowed + allowedGrowth * std::min(ownSize, largestSize / allowedGrowth);
-}
-
-bool isBeyondMeasure(const WrittenSize& size) {
-    return size.expanded > largestExpansion(size.distinct);
+    return size.expanded >
+           alwaysAllowed + allowedGrowth * std::min(size.distinct, largestSize / allowedGrowth);
 }
 
 } // namespace platform::plist

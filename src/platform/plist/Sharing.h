@@ -15,9 +15,8 @@ struct WrittenSize {
 };
 [[nodiscard]] WrittenSize writtenSize(const Value& value);
 
-// How large a value may grow when it is written, given its own size: to so many times that, and to a size
-// that is always allowed.
-[[nodiscard]] std::size_t largestExpansion(std::size_t ownSize);
+// Whether a value grows too large when it is written: to more than so many times its own size, and than a
+// size that is always allowed.
 [[nodiscard]] bool isBeyondMeasure(const WrittenSize& size);
 
 } // namespace platform::plist

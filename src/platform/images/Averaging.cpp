@@ -34,7 +34,7 @@ public:
             int given = 0;
             for (int tap = 0; tap < taps_; ++tap) {
                 const double covered = std::clamp((first + tap + 1 - start) / step, 0.0, 1.0);
-                const int upToHere = static_cast<int>(covered * (1 << wholeBits) + 0.5);
+                const int upToHere = static_cast<int>(std::lround(covered * (1 << wholeBits)));
                 *weight++ = static_cast<std::int16_t>(upToHere - given);
                 given = upToHere;
             }

@@ -21,7 +21,7 @@ namespace {
 constexpr qreal largestSide = 2048;
 
 // What the kept rasters may take, in bytes. All glyphs at all usual ratios and tints take less.
-constexpr qsizetype rasterBudget = 4 * 1024 * 1024;
+constexpr qsizetype rasterBudget = qsizetype{4} * 1024 * 1024;
 
 // As it was recorded when the program was built: it looks as its SVG does, and what reads SVG is not loaded.
 struct Drawing {
@@ -118,7 +118,7 @@ Image imageNamed(const QString& name) {
     const auto found = read.constFind(name);
     if (found != read.constEnd())
         return *found;
-    const Image image = recordedImage(name);
+    Image image = recordedImage(name);
     if (image)
         read.insert(name, image);
     return image;

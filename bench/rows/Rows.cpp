@@ -3,6 +3,7 @@
 #include "exchange/TodayWidgetLogic.h"
 #include "platform/storage/GroupContainers.h"
 #include "platform/system/Clock.h"
+#include "platform/views/Disposal.h"
 #include "platform/views/InterfaceFile.h"
 #include "views/rows/InterfaceFiles.h"
 #include "views/rows/TodayTableCellView.h"
@@ -32,6 +33,7 @@ double seconds(Clock::time_point start) {
 void settle() {
     QCoreApplication::sendPostedEvents();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    platform::deleteWaitingViews();
 }
 
 double makeBareWidgets(std::size_t count) {

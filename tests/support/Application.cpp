@@ -7,6 +7,7 @@
 
 void support::flushDeferredDeletes() {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    platform::deleteWaitingViews();
 }
 
 void support::settle() {

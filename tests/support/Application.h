@@ -11,7 +11,7 @@ class View;
 // the test has brought about fails it.
 namespace support {
 
-// Carries out what deleteLater() has deferred.
+// Carries out what deleteLater() has deferred, and deletes all views that nobody refers to any more.
 void flushDeferredDeletes();
 
 // Hands on all posted events, and lays out and paints what is shown. Nothing is waited for.

@@ -66,6 +66,43 @@ TEST_F(TableMouse, aLeavingRowTakesNoKeyAndNoAssistiveProgram) {
     EXPECT_TRUE(inner.isEnabled()) << "as it was, should it come back";
 }
 
+// --- painting
+
+namespace {
+
+// Counts the events of one type that a view gets.
+class EventCount final : public QObject {
+public:
+    EventCount(View& view, QEvent::Type type)
+        : type_(type) {
+        view.installEventFilter(this);
+    }
+    bool eventFilter(QObject*, QEvent* event) override {
+        count += event->type() == type_;
+        return false;
+    }
+    int count = 0;
+
+private:
+    QEvent::Type type_;
+};
+
+} // namespace
+
+TEST_F(Table, polishesARowWhenItShows) {
+    support::showWindow(root, 200, 200);
+    EventCount inSight(*rows.view("a"), QEvent::Polish);
+    EventCount outOfSight(*rows.view("e"), QEvent::Polish);
+    load({"a", "b", "c", "d", "e"}, 100);
+    support::settle();
+    EXPECT_EQ(inSight.count, 1);
+    EXPECT_EQ(outOfSight.count, 0) << "a thousand rows would take long";
+    root.setFrame(QRectF(0, 0, 200, 250));
+    table.setFrame(QRectF(0, 0, 200, 250));
+    support::settle();
+    EXPECT_EQ(outOfSight.count, 1);
+}
+
 // --- separators
 
 TEST_F(Table, drawsAHairlineBetweenTwoRows) {

@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QEasingCurve>
+#include <QPaintEvent>
 #include <QPainter>
 #include <QStyle>
 
@@ -218,7 +219,8 @@ void TableView::applyProgress(double progress) {
         if (row.view && row.arrival != RowAnimation::None)
             row.view->setAlphaValue(eased);
     }
-    update();
+    if (progress > 0) // at its start nothing looks other than before
+        update();
     if (progress >= 1)
         endAnimation();
 }
@@ -262,7 +264,7 @@ AccessibleTraits TableView::accessibleTraits() const {
     return traits;
 }
 
-void TableView::paintEvent(QPaintEvent*) {
+void TableView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     if (backgroundColor_.alpha() > 0)
         painter.fillRect(rect(), backgroundColor_);
@@ -270,8 +272,11 @@ void TableView::paintEvent(QPaintEvent*) {
         return;
     // One device pixel, whatever the scale.
     const double hairline = 1.0 / devicePixelRatioF();
+    const QRectF painted = event->rect();
     for (std::size_t i = 1; i < rows_.size(); ++i) {
         const QRectF line(separatorIndent_, rows_[i].y - hairline, width() - separatorIndent_, hairline);
+        if (line.bottom() < painted.top() || line.top() > painted.bottom())
+            continue;
         const double x = layoutDirection() == Qt::RightToLeft ? 0 : line.x();
         painter.fillRect(QRectF(x, line.y(), line.width(), line.height()), separatorColor_);
     }

@@ -103,6 +103,19 @@ TEST_F(Table, polishesARowWhenItShows) {
     EXPECT_EQ(outOfSight.count, 1);
 }
 
+TEST_F(Table, paintsTheRowsThatMoveOnceTheyMove) {
+    support::showWindow(root, 200, 400);
+    load({"a", "b", "c"});
+    support::settle();
+    EventCount paints(*rows.view("c"), QEvent::Paint);
+    remove(1);
+    support::settle();
+    EXPECT_EQ(paints.count, 0) << "nothing looks different yet";
+    queue.advance(16ms);
+    support::settle();
+    EXPECT_GE(paints.count, 1);
+}
+
 // --- separators
 
 TEST_F(Table, drawsAHairlineBetweenTwoRows) {
@@ -113,6 +126,18 @@ TEST_F(Table, drawsAHairlineBetweenTwoRows) {
     EXPECT_EQ(image.pixelColor(30, 49), QColor(Qt::red));
     EXPECT_EQ(image.pixelColor(199, 99), QColor(Qt::red));
     EXPECT_EQ(image.pixelColor(100, 50).alpha(), 0);
+}
+
+TEST_F(Table, drawsTheHairlinesOfAPartThatIsPaintedAlone) {
+    table.setSeparator(Qt::red, 30);
+    load({"a", "b", "c", "d"});
+    const QImage whole = support::painted(table);
+    for (const QRect part : {QRect(0, 49, 200, 1), QRect(0, 90, 200, 100), QRect(0, 50, 200, 49)}) {
+        QImage image(200, 400, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        table.render(&image, part.topLeft(), part, QWidget::DrawChildren);
+        EXPECT_EQ(image.copy(part), whole.copy(part)) << part.y();
+    }
 }
 
 TEST_F(Table, indentsTheHairlineFromTheLeadingEdge) {

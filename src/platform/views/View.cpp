@@ -7,7 +7,6 @@
 #include <QMouseEvent>
 #include <QStyle>
 
-#include <ranges>
 #include <utility>
 
 namespace platform {
@@ -151,8 +150,9 @@ View* View::hitTest(QPointF point) {
     if (!takesPoint(point))
         return nullptr;
     const QPointF inside = point - origin();
-    for (View* subview : subviews() | std::views::reverse)
-        if (View* hit = subview->hitTest(inside))
+    const std::vector<View*> views = subviews();
+    for (auto subview = views.rbegin(); subview != views.rend(); ++subview) // the topmost first
+        if (View* hit = (*subview)->hitTest(inside))
             return hit;
     return this;
 }

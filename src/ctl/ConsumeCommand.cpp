@@ -5,6 +5,7 @@
 #include "ctl/Terminal.h"
 #include "exchange/SharedFiles.h"
 #include "exchange/SharedSettings.h"
+#include "platform/plist/Writer.h"
 #include "platform/storage/Files.h"
 
 #include <optional>
@@ -47,8 +48,8 @@ std::string recordText(const plist::Value& value) {
            terminalText(*key->string());
 }
 
-// Prints the records that are set aside, then removes them. Only what has left this process is removed: a
-// kill before hands a record out twice rather than never.
+// Prints the records that are set aside, then removes them and leaves an empty log. Only what has left this
+// process is removed: a kill before hands a record out twice rather than never.
 int handOut(const Options& options, Streams& streams, const std::string& log, const std::string& aside) {
     const std::optional<plist::Array> records = exchange::arrayFromFile(aside);
     if (!records)
@@ -60,7 +61,7 @@ int handOut(const Options& options, Streams& streams, const std::string& log, co
         return failed(streams, "standard output", "it cannot be written; the records wait in " + aside);
     if (exchange::arrayFromFile(aside) != records)
         return failed(streams, aside, "the records were changed by another; they stay");
-    if (platform::removeAside(log))
+    if (platform::replaceAside(log, *plist::writeXml(plist::Value(plist::Array()))))
         return failed(streams, aside, "the records cannot be removed");
     return Done;
 }

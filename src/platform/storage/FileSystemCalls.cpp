@@ -73,6 +73,10 @@ int FileSystemCalls::rename(int folder, const char* from, const char* to) {
     return ::renameat(folder, from, folder, to);
 }
 
+int FileSystemCalls::link(int folder, const char* from, const char* to) {
+    return ::linkat(folder, from, folder, to, 0);
+}
+
 int FileSystemCalls::unlink(int folder, const char* name) {
     return ::unlinkat(folder, name, 0);
 }

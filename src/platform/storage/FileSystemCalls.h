@@ -26,6 +26,7 @@ public:
     virtual int changeOwner(int file, uid_t owner, gid_t group);
     virtual int sync(int file);
     virtual int rename(int folder, const char* from, const char* to);
+    virtual int link(int folder, const char* from, const char* to);
     virtual int unlink(int folder, const char* name);
     virtual int makeFolder(const char* path);
 

@@ -1,6 +1,8 @@
 #include "platform/storage/FilePlace.h"
 #include "platform/storage/FileSystemCalls.h"
 #include "platform/storage/Files.h"
+#include "platform/storage/OpenFile.h"
+#include "platform/storage/TemporaryFile.h"
 
 namespace platform {
 
@@ -29,11 +31,26 @@ std::error_code setAside(const std::string& path) {
     return place.syncFolder();
 }
 
-std::error_code removeAside(const std::string& path) {
+std::error_code replaceAside(const std::string& path, std::string_view bytes) {
     FilePlace place;
     if (const auto error = place.find(path))
         return error;
-    if (FileSystemCalls::current().unlink(place.folder(), asideOf(place.name()).c_str()) != 0)
+    const std::string aside = asideOf(place.name());
+    struct stat old {};
+    if (FileSystemCalls::current().statusAt(place.folder(), aside.c_str(), &old) != 0)
+        return lastError();
+    TemporaryFile file(place.folder());
+    if (const auto error = file.make(0600))
+        return error;
+    if (const auto error = file.write(bytes))
+        return error;
+    if (const auto error = file.setOwnerAndMode(old.st_uid, old.st_gid, old.st_mode & 07777))
+        return error;
+    if (const auto error = file.syncAndClose())
+        return error;
+    if (const auto error = file.takeFreePlace(place.name()))
+        return error;
+    if (FileSystemCalls::current().unlink(place.folder(), aside.c_str()) != 0)
         return lastError();
     return place.syncFolder();
 }

@@ -25,6 +25,8 @@ public:
     // The bytes are on the disk after this.
     [[nodiscard]] std::error_code syncAndClose();
     [[nodiscard]] std::error_code takePlaceOf(const std::string& name);
+    // Takes a name that is free; what stands there stays, which is no error.
+    [[nodiscard]] std::error_code takeFreePlace(const std::string& name);
 
 private:
     [[nodiscard]] int close();

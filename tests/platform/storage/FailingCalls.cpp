@@ -72,6 +72,10 @@ int FailingCalls::rename(int folder, const char* from, const char* to) {
     return fails("rename") ? -1 : FileSystemCalls::rename(folder, from, to);
 }
 
+int FailingCalls::link(int folder, const char* from, const char* to) {
+    return fails("link") ? -1 : FileSystemCalls::link(folder, from, to);
+}
+
 int FailingCalls::unlink(int folder, const char* name) {
     return fails("unlink") ? -1 : FileSystemCalls::unlink(folder, name);
 }

@@ -37,6 +37,7 @@ public:
     int changeOwner(int file, uid_t owner, gid_t group) override;
     int sync(int file) override;
     int rename(int folder, const char* from, const char* to) override;
+    int link(int folder, const char* from, const char* to) override;
     int unlink(int folder, const char* name) override;
     int makeFolder(const char* path) override;
 

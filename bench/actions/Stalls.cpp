@@ -89,8 +89,9 @@ public:
         return stall;
     }
 
+    // As after a click: with a panel opened just before, so that both find the caches as that leaves them.
     double action(const TodayTransactionAction& action) {
-        container_.putBack();
+        open();
         return seconds(
             [&] { TodayWidgetLogic::performTransactionAction(container_.middle(), action, nullptr); });
     }

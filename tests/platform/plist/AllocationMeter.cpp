@@ -25,6 +25,15 @@ void* operator new(std::size_t size) {
     return block;
 }
 
+// The standard's calls the one above, but a sanitizer's does not.
+void* operator new(std::size_t size, const std::nothrow_t& /*nothrow*/) noexcept {
+    try {
+        return operator new(size);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
 void operator delete(void* block) noexcept {
     inUse -= block ? malloc_usable_size(block) : 0;
     std::free(block);

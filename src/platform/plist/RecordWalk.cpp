@@ -134,9 +134,8 @@ bool RecordWalk::walkRecord(unsigned depth) {
     bool hasOtherKeys = false;
     for (;;) {
         std::size_t key = WantedKeys::none;
-        XmlText text;
         XmlElement element;
-        const Found found = findKey(key, text);
+        const Found found = findKey(key, nullptr);
         if (found == Found::CloseTag)
             break;
         if (found == Found::Fault || scanner_.findElement(element) != Found::Element)
@@ -205,7 +204,7 @@ RecordWalk::Transcribed RecordWalk::transcribeEntries() {
         std::size_t key = WantedKeys::none;
         XmlText text;
         XmlElement element;
-        const Found found = findKey(key, text);
+        const Found found = findKey(key, &text);
         if (found == Found::CloseTag)
             return isFirst ? Transcribed::Unusual : Transcribed::Whole;
         if (found == Found::Fault || scanner_.findElement(element) != Found::Element)
@@ -253,7 +252,7 @@ RecordWalk::Transcribed RecordWalk::transcribeValue(XmlElement element, Record::
 }
 
 // Any key, most often one that is not wanted.
-XmlScanner::Found RecordWalk::findOtherKey(bool isUsualTag, std::size_t& key, XmlText& text) {
+XmlScanner::Found RecordWalk::findOtherKey(bool isUsualTag, std::size_t& key, XmlText* text) {
     XmlElement element{XmlTag::Key, false};
     if (isUsualTag) {
         scanner_.passKey(0);
@@ -262,9 +261,11 @@ XmlScanner::Found RecordWalk::findOtherKey(bool isUsualTag, std::size_t& key, Xm
         if (found != Found::Element)
             return found;
     }
-    if (!reader_.takeKey(element, buffer_, text))
+    XmlText own;
+    XmlText& read = text ? *text : own;
+    if (!reader_.takeKey(element, buffer_, read))
         return Found::Fault;
-    key = keys_.find(text.in(buffer_));
+    key = keys_.find(read.in(buffer_));
     return Found::Element;
 }
 

@@ -39,18 +39,19 @@ private:
     Transcribed transcribeEntries();
     Transcribed transcribeValue(XmlElement element, Record::Slot* slot);
     void clearSlots();
-    // The next key's place among the wanted ones, and its text.
-    XmlScanner::Found findKey(std::size_t& key, XmlText& text) {
+    // The next key's place among the wanted ones, and its text where that is asked for.
+    XmlScanner::Found findKey(std::size_t& key, XmlText* text) {
         const std::string_view following = scanner_.afterKeyTag();
         const WantedKeys::Match match = keys_.match(following);
         if (match.key == WantedKeys::none)
             return findOtherKey(!following.empty(), key, text);
         key = match.key;
-        text.source = following.substr(0, match.length - WantedKeys::closeTag.size());
+        if (text)
+            text->source = following.substr(0, match.length - WantedKeys::closeTag.size());
         scanner_.passKey(match.length);
         return XmlScanner::Found::Element;
     }
-    XmlScanner::Found findOtherKey(bool isUsualTag, std::size_t& key, XmlText& text);
+    XmlScanner::Found findOtherKey(bool isUsualTag, std::size_t& key, XmlText* text);
     bool readSlot(XmlElement element, unsigned depth, Record::Slot& slot);
     void visitRecord(bool isDictionary);
     void visitValue(const Value& value);

@@ -5,7 +5,7 @@
 #include <vector>
 
 // How a desktop learns, for one process and its children, which program opens the host application's URLs:
-// a desktop entry and an association (freedesktop's Desktop Entry and MIME Applications specifications) in
+// a desktop entry and an association (freedesktop's Desktop Entry and MIME Applications standards) in
 // data and config folders of that process's own.
 namespace host {
 

@@ -27,20 +27,6 @@ std::error_code inspect(int folder, const std::string& name, std::optional<struc
     return {};
 }
 
-// A file that keeps nobody out while it is new follows the umask; one that replaces another is closed to
-// others until it has that one's mode.
-std::error_code writeBeside(TemporaryFile& file, const std::optional<struct stat>& old,
-                            std::string_view bytes) {
-    if (const auto error = file.make(old ? 0600 : 0666))
-        return error;
-    if (const auto error = file.write(bytes))
-        return error;
-    if (old)
-        if (const auto error = file.setOwnerAndMode(old->st_uid, old->st_gid, old->st_mode & 07777))
-            return error;
-    return file.syncAndClose();
-}
-
 } // namespace
 
 std::error_code replaceFile(const std::string& path, std::string_view bytes) {
@@ -51,7 +37,7 @@ std::error_code replaceFile(const std::string& path, std::string_view bytes) {
     if (const auto error = inspect(place.folder(), place.name(), old))
         return error;
     TemporaryFile file(place.folder());
-    if (const auto error = writeBeside(file, old, bytes))
+    if (const auto error = file.writeWhole(old, bytes))
         return error;
     if (const auto error = file.takePlaceOf(place.name()))
         return error;

@@ -40,13 +40,7 @@ std::error_code replaceAside(const std::string& path, std::string_view bytes) {
     if (FileSystemCalls::current().statusAt(place.folder(), aside.c_str(), &old) != 0)
         return lastError();
     TemporaryFile file(place.folder());
-    if (const auto error = file.make(0600))
-        return error;
-    if (const auto error = file.write(bytes))
-        return error;
-    if (const auto error = file.setOwnerAndMode(old.st_uid, old.st_gid, old.st_mode & 07777))
-        return error;
-    if (const auto error = file.syncAndClose())
+    if (const auto error = file.writeWhole(old, bytes))
         return error;
     if (const auto error = file.takeFreePlace(place.name()))
         return error;

@@ -36,6 +36,17 @@ int TemporaryFile::close() {
     return file < 0 ? 0 : FileSystemCalls::current().close(file);
 }
 
+std::error_code TemporaryFile::writeWhole(const std::optional<struct stat>& old, std::string_view bytes) {
+    if (const auto error = make(old ? 0600 : 0666))
+        return error;
+    if (const auto error = write(bytes))
+        return error;
+    if (old)
+        if (const auto error = setOwnerAndMode(old->st_uid, old->st_gid, old->st_mode & 07777))
+            return error;
+    return syncAndClose();
+}
+
 std::error_code TemporaryFile::make(mode_t mode) {
     constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
     constexpr int attempts = 16;

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
+#include <sys/stat.h>
 #include <sys/types.h>
 #include <system_error>
 
@@ -17,7 +19,11 @@ public:
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-    // The umask narrows the mode.
+    // Makes it, writes all of it and brings it to the disk. A file that keeps nobody out while it is new
+    // follows the umask; one that comes after another is closed to others until it has that one's mode.
+    [[nodiscard]] std::error_code writeWhole(const std::optional<struct stat>& old, std::string_view bytes);
+
+    // The single steps. The umask narrows the mode.
     [[nodiscard]] std::error_code make(mode_t mode);
     [[nodiscard]] std::error_code write(std::string_view bytes);
     // The mode as it stands; the owner and the group as far as this process may give them.

@@ -4,7 +4,6 @@ namespace platform::plist {
 
 namespace {
 
-constexpr std::size_t magicSize = 8;
 constexpr std::size_t trailerSize = 32;
 
 // Whether `width` bytes can hold every number below a bound.
@@ -15,7 +14,7 @@ bool canHold(std::size_t width, std::uint64_t bound) {
 } // namespace
 
 bool hasBinaryMagic(std::string_view bytes) {
-    return bytes.size() >= magicSize && bytes.starts_with("bplist0");
+    return bytes.size() >= binaryHeaderSize && bytes.starts_with("bplist0");
 }
 
 std::uint64_t bigEndian(std::string_view bytes) {
@@ -26,7 +25,7 @@ std::uint64_t bigEndian(std::string_view bytes) {
 }
 
 std::optional<BinaryLayout> BinaryLayout::of(std::string_view bytes) {
-    if (!hasBinaryMagic(bytes) || bytes.size() < headerSize + 1 + trailerSize)
+    if (!hasBinaryMagic(bytes) || bytes.size() < binaryHeaderSize + 1 + trailerSize)
         return std::nullopt;
     const std::string_view trailer = bytes.substr(bytes.size() - trailerSize);
     BinaryLayout layout;
@@ -38,7 +37,7 @@ std::optional<BinaryLayout> BinaryLayout::of(std::string_view bytes) {
     const std::size_t beforeTrailer = bytes.size() - trailerSize;
     if (offsetSize < 1 || referenceSize < 1 || layout.topObject_ >= layout.count_)
         return std::nullopt;
-    if (tableOffset < headerSize + 1 || tableOffset >= beforeTrailer)
+    if (tableOffset < binaryHeaderSize + 1 || tableOffset >= beforeTrailer)
         return std::nullopt;
     const std::uint64_t tableSize = beforeTrailer - tableOffset;
     if (tableSize % offsetSize != 0 || tableSize / offsetSize != layout.count_)

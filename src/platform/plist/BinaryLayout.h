@@ -11,19 +11,14 @@
 namespace platform::plist {
 
 // `bplist0` and any one character.
+constexpr std::size_t binaryHeaderSize = 8;
 [[nodiscard]] bool hasBinaryMagic(std::string_view bytes);
 
 // The last 64 bits of a big-endian number of any width.
 [[nodiscard]] std::uint64_t bigEndian(std::string_view bytes);
 
-// Likewise, of a number of one byte or more that eight readable bytes follow: anything before the trailer.
-inline std::uint64_t bigEndianAt(const char* bytes, std::size_t width) {
-    constexpr std::size_t wordSize = sizeof(std::uint64_t);
-    return width < wordSize ? loadBigEndian(bytes) >> (8 * (wordSize - width))
-                            : loadBigEndian(bytes + width - wordSize);
-}
-
-// Big-endian numbers of one width each, of which the last 64 bits count, read as bigEndianAt() does.
+// Likewise, of numbers of one width each (a byte or more) that eight readable bytes follow, as anything
+// before the trailer does.
 class BinaryNumbers final {
 public:
     BinaryNumbers() = default;
@@ -42,6 +37,10 @@ private:
     unsigned shift_ = 56;
 };
 
+inline std::uint64_t bigEndianAt(const char* bytes, std::size_t width) {
+    return BinaryNumbers(width).at(bytes);
+}
+
 // A list's objects, checked once: every offset lies before the table, and the sizes add up to the whole list.
 class BinaryLayout final {
 public:
@@ -59,12 +58,10 @@ public:
         if (object >= count_)
             return std::nullopt;
         const std::size_t offset = offsetNumbers_.at(offsets_.data() + object * offsetNumbers_.width());
-        return offset < headerSize ? std::nullopt : std::optional(offset);
+        return offset < binaryHeaderSize ? std::nullopt : std::optional(offset);
     }
 
 private:
-    static constexpr std::size_t headerSize = 8;
-
     std::string_view objects_;
     std::string_view offsets_;
     BinaryNumbers offsetNumbers_;

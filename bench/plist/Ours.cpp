@@ -85,11 +85,14 @@ public:
         : bytes_(std::move(bytes)) {}
     void write(const std::string& path) override {
         int count = 0;
-        const RewrittenRecords rewritten = rewriteRecords(bytes_, keys, [&](const Record& record) {
-            return ++count % 10 == 0 ? RecordEdit::replace(0, *record.number(0) + 86400) : RecordEdit::keep();
-        });
         Replacement file(path);
-        file.append(*rewritten.xml);
+        const auto edit = [&](const Record& record) {
+            return ++count % 10 == 0 ? RecordEdit::replace(0, *record.number(0) + 86400) : RecordEdit::keep();
+        };
+        if (!rewriteRecords(bytes_, keys, edit, [&](std::string_view piece) {
+                 return file.append(piece);
+             }).isWritten)
+            std::abort();
         file.finish();
     }
 

@@ -59,16 +59,27 @@ std::size_t recordsIn(const std::string& file) {
     return exchange::arrayFromFile(file).value_or(plist::Array()).size();
 }
 
+struct ExpectedFeed {
+    exchange::FeedRewriting rewriting;
+    std::string bytes;
+};
+
 // What the feed must be after a logged action, or the fault over which the widget would end.
-exchange::RewrittenFeed expectedFeed(const TodayTransaction& transaction, Action action) {
-    const std::optional<std::string> bytes = platform::readFile(exchange::feedFile(containerPath()));
-    if (!bytes)
-        return exchange::FeedFault{exchange::FeedFault::What::Unreadable, 0, {}};
+ExpectedFeed expectedFeed(const TodayTransaction& transaction, Action action) {
+    const std::optional<std::string> before = platform::readFile(exchange::feedFile(containerPath()));
+    if (!before)
+        return {{exchange::FeedFault{exchange::FeedFault::What::Unreadable, 0, {}}, false}, {}};
     using exchange::ActionType;
     const ActionType type = action.isPaid()    ? ActionType::Paid
                             : action.isLater() ? ActionType::Later
                                                : ActionType::Delete;
-    return exchange::rewriteFeed(*bytes, type, transaction, action.value());
+    ExpectedFeed expected;
+    expected.rewriting =
+        exchange::rewriteFeed(*before, type, transaction, action.value(), [&](std::string_view piece) {
+            expected.bytes += piece;
+            return true;
+        });
+    return expected;
 }
 
 // The widget ignores what cannot be written; who runs a command is told.
@@ -76,16 +87,15 @@ int performLogged(const TodayTransaction& transaction, Action action, Streams& s
     const std::string feed = exchange::feedFile(containerPath());
     const std::string folder = exchange::accountFolder(containerPath(), exchange::accountKey());
     const std::string log = exchange::actionLogFile(folder);
-    const exchange::RewrittenFeed expected = expectedFeed(transaction, action);
-    if (const auto* fault = std::get_if<exchange::FeedFault>(&expected))
-        return failed(streams, feed, exchange::describe(*fault));
+    const ExpectedFeed expected = expectedFeed(transaction, action);
+    if (expected.rewriting.fault)
+        return failed(streams, feed, exchange::describe(*expected.rewriting.fault));
 
     const std::size_t loggedBefore = recordsIn(log);
     TodayWidgetLogic::performTransactionAction(transaction, action, nullptr);
     if (recordsIn(log) != loggedBefore + 1)
         return failed(streams, log, "the action could not be logged");
-    const auto& bytes = std::get<std::optional<std::string>>(expected);
-    if (!bytes || platform::readFile(feed) != bytes)
+    if (!expected.rewriting.isWritten || platform::readFile(feed) != expected.bytes)
         return failed(streams, feed, "the feed could not be rewritten; the action is logged");
     return Done;
 }

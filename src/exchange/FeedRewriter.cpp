@@ -61,16 +61,14 @@ private:
 
 } // namespace
 
-RewrittenFeed rewriteFeed(std::string_view bytes, ActionType type, const TodayTransaction& item,
-                          std::int64_t parameter) {
+FeedRewriting rewriteFeed(std::string_view bytes, ActionType type, const TodayTransaction& item,
+                          std::int64_t parameter, const plist::Sink& sink) {
     Rewriter rewriter(type, item, parameter);
-    plist::RewrittenRecords rewritten = plist::rewriteRecords(
-        bytes, feedKeys, [&](const plist::Record& element) { return rewriter.edit(element); });
-    if (rewritten.outcome == plist::RecordsOutcome::NoArray)
-        return FeedFault{FeedFault::What::Unreadable, 0, {}};
-    if (rewriter.fault())
-        return *rewriter.fault();
-    return std::move(rewritten.xml);
+    const plist::RecordsRewriting rewriting = plist::rewriteRecords(
+        bytes, feedKeys, [&](const plist::Record& element) { return rewriter.edit(element); }, sink);
+    if (rewriting.outcome == plist::RecordsOutcome::NoArray)
+        return {FeedFault{FeedFault::What::Unreadable, 0, {}}, false};
+    return {rewriter.fault(), rewriting.isWritten};
 }
 
 } // namespace exchange

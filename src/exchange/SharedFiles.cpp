@@ -3,6 +3,7 @@
 #include "platform/plist/Reader.h"
 #include "platform/plist/RecordReader.h"
 #include "platform/plist/Writer.h"
+#include "platform/storage/FileReplacement.h"
 #include "platform/storage/Files.h"
 
 namespace exchange {
@@ -33,13 +34,15 @@ std::optional<plist::Array> arrayFromFile(const std::string& path) {
 }
 
 bool appendToArray(const std::string& path, const plist::Value& element) {
-    const std::optional<std::string> before = platform::readFile(path);
-    plist::RewrittenRecords after;
-    if (before)
-        after = plist::appendRecord(*before, element);
-    if (after.outcome == plist::RecordsOutcome::NoArray)
-        after.xml = plist::writeXml(plist::Value(plist::Array{element}));
-    return after.xml && !platform::replaceFile(path, *after.xml);
+    if (const std::optional<std::string> before = platform::readFile(path)) {
+        platform::FileReplacement file(path);
+        const plist::RecordsRewriting rewriting =
+            plist::appendRecord(*before, element, [&](std::string_view piece) { return file.append(piece); });
+        if (rewriting.outcome != plist::RecordsOutcome::NoArray)
+            return rewriting.isWritten && !file.finish();
+    }
+    const std::optional<std::string> alone = plist::writeXml(plist::Value(plist::Array{element}));
+    return alone && !platform::replaceFile(path, *alone);
 }
 
 } // namespace exchange

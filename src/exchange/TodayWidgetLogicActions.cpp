@@ -4,6 +4,7 @@
 #include "exchange/SharedFiles.h"
 #include "exchange/SharedSettings.h"
 #include "exchange/Text.h"
+#include "platform/storage/FileReplacement.h"
 #include "platform/storage/Files.h"
 #include "platform/system/Fatal.h"
 #include "platform/system/Workspace.h"
@@ -34,18 +35,27 @@ void appendToLog(const std::string& accountFolder, const plist::Value& record) {
     exchange::appendToArray(log, record);
 }
 
+// The new feed, in pieces, beside the old one until it is whole. A fault leaves the old one and nothing
+// beside it, before anything ends over it.
+std::optional<exchange::FeedFault> replaceFeed(const std::string& feed, const std::string& bytes,
+                                               ActionType type, const TodayTransaction& item,
+                                               std::int64_t parameter) {
+    platform::FileReplacement file(feed);
+    const exchange::FeedRewriting rewriting = exchange::rewriteFeed(
+        bytes, type, item, parameter, [&](std::string_view piece) { return file.append(piece); });
+    if (rewriting.isWritten)
+        static_cast<void>(file.finish());
+    return rewriting.fault;
+}
+
 // Fatal where the feed cannot be read or breaks its layout; a failure to write it is soft.
 void rewriteFeed(const std::string& feed, ActionType type, const TodayTransaction& item,
                  std::int64_t parameter) {
     const std::optional<std::string> bytes = platform::readFile(feed);
     if (!bytes)
         platform::fatal();
-    const exchange::RewrittenFeed rewritten = exchange::rewriteFeed(*bytes, type, item, parameter);
-    const auto* xml = std::get_if<std::optional<std::string>>(&rewritten);
-    if (!xml)
+    if (replaceFeed(feed, *bytes, type, item, parameter))
         platform::fatal();
-    if (*xml)
-        static_cast<void>(platform::replaceFile(feed, **xml));
 }
 
 } // namespace

@@ -232,5 +232,77 @@ TEST_F(OrderOfWritesTest, asksTheCalendarOnlyForAnOccurrenceThatIsThere) {
     EXPECT_EQ(recordsIn("notifications.xml"), 2u);
 }
 
+// --- files of many pieces, of which the first are written before the last record is read
+
+class LongFilesTest : public OrderOfWritesTest {
+protected:
+    static constexpr std::size_t count = 400;
+
+    LongFilesTest() {
+        plist::Array records{plist::Value(recordOf("plan", 20))};
+        while (records.size() < count)
+            records.push_back(with(recordOf("other", 30), "note", plist::Value(std::string(400, 'x'))));
+        writeFeed(records);
+        write("-/actions.xml", feed());
+    }
+
+    // The file without its last two tags.
+    void cutOff(const std::string& file) const {
+        const std::string bytes = read(file).value();
+        write(file, bytes.substr(0, bytes.rfind("</array>")));
+    }
+    void expectNoDebris() const {
+        EXPECT_EQ(filesIn("."), 2u);
+        EXPECT_EQ(filesIn("-"), 1u);
+    }
+};
+
+TEST_F(LongFilesTest, areRewrittenWhole) {
+    const std::string before = feed();
+    perform(Action::Later(0));
+    const std::string logged = log();
+    const std::size_t tail = before.rfind("</array>");
+    EXPECT_EQ(logged.substr(0, tail), before.substr(0, tail));
+    EXPECT_EQ(recordsIn("-/actions.xml"), count + 1);
+    const std::string after = feed();
+    const std::string old = "<real>20</real>";
+    const std::string today = "<real>1773100800</real>";
+    EXPECT_EQ(after, std::string(before).replace(before.find(old), old.size(), today));
+    expectNoDebris();
+}
+
+TEST_F(LongFilesTest, aFeedThatIsCutOffStandsAsItWas) {
+    cutOff("notifications.xml");
+    const std::string before = feed();
+    EXPECT_EXIT(
+        {
+            cutOff("notifications.xml");
+            perform(Action::Paid());
+        },
+        testing::KilledBySignal(SIGABRT), "^$");
+    EXPECT_EQ(feed(), before);
+    EXPECT_EQ(recordsIn("-/actions.xml"), count + 1);
+    expectNoDebris();
+}
+
+TEST_F(LongFilesTest, aLogThatIsCutOffStartsAnew) {
+    cutOff("-/actions.xml");
+    perform(Action::Paid());
+    EXPECT_EQ(recordsIn("-/actions.xml"), 1u);
+    EXPECT_EQ(recordsIn("notifications.xml"), count - 1);
+    expectNoDebris();
+}
+
+TEST_F(LongFilesTest, standAsTheyWereWhereTheDiskIsFullAfterTheFirstPiece) {
+    const std::string before = feed();
+    {
+        const FileSizeLimit limit(100000);
+        perform(Action::Paid());
+    }
+    EXPECT_EQ(feed(), before);
+    EXPECT_EQ(log(), before);
+    expectNoDebris();
+}
+
 } // namespace
 } // namespace exchange

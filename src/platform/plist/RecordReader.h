@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/plist/Value.h"
+#include "platform/plist/Writer.h"
 #include "platform/plist/XmlScanner.h"
 
 #include <cstdint>
@@ -93,20 +94,22 @@ struct RecordEdit {
     static RecordEdit stop() { return {Action::Stop}; }
 };
 
-struct RewrittenRecords {
+struct RecordsRewriting {
     RecordsOutcome outcome = RecordsOutcome::NoArray;
-    // The XML form of the edited list, exactly as writeXml() gives it; none unless the outcome is Complete,
-    // and none where a kept record holds what the form cannot.
-    std::optional<std::string> xml;
+    // Whether the sink has the XML form of the edited list, exactly as writeXml() gives it. Otherwise what it
+    // was given is to be forgotten: the outcome is not Complete, a kept record holds what the form cannot, or
+    // the sink took less than all.
+    bool isWritten = false;
 };
 
 // A list with one element more at its end. What stands there already keeps its kinds and values, whatever it
 // is.
-[[nodiscard]] RewrittenRecords appendRecord(std::string_view bytes, const Value& record);
+[[nodiscard]] RecordsRewriting appendRecord(std::string_view bytes, const Value& record, const Sink& sink);
 
-// Rewrites a list record by record. What is not replaced, keys that are not wanted included, keeps its kind
-// and value. Elements that are no dictionaries can be kept as well.
-[[nodiscard]] RewrittenRecords rewriteRecords(std::string_view bytes, std::span<const std::string_view> keys,
-                                              const std::function<RecordEdit(const Record&)>& edit);
+// Rewrites a list record by record, in pieces as it is read. What is not replaced, keys that are not wanted
+// included, keeps its kind and value. Elements that are no dictionaries can be kept as well.
+[[nodiscard]] RecordsRewriting rewriteRecords(std::string_view bytes, std::span<const std::string_view> keys,
+                                              const std::function<RecordEdit(const Record&)>& edit,
+                                              const Sink& sink);
 
 } // namespace platform::plist

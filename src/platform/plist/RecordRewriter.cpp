@@ -10,12 +10,13 @@ namespace {
 class Rewriter final {
 public:
     Rewriter(std::string_view bytes, std::span<const std::string_view> keys,
-             const std::function<RecordEdit(const Record&)>& edit)
+             const std::function<RecordEdit(const Record&)>& edit, const Sink& sink)
         : keys_(keys)
         , edit_(edit)
+        , sink_(sink)
+        , output_(sink, XmlOutput::HandsOn::WhenAsked)
         , mayShare_(hasBinaryMagic(bytes))
         , walk_(keys, output_) {
-        output_.reserve(bytes.size() + bytes.size() / 16 + xmlHeader.size());
         output_.raw(xmlHeader);
         output_.raw("<array>\n");
         end_ = output_.size();
@@ -31,9 +32,9 @@ public:
         end_ = output_.size();
     }
 
-    std::optional<std::string> finish() {
+    bool finish() {
         if (mayShare_)
-            return writeXml(Value(std::move(kept_)));
+            return writeXml(Value(std::move(kept_)), sink_);
         if (output_.size() == xmlHeader.size() + std::string_view("<array>\n").size()) {
             output_.cutTo(xmlHeader.size());
             output_.raw("<array/>\n");
@@ -41,7 +42,7 @@ public:
             output_.raw("</array>\n");
         }
         output_.raw(xmlFooter);
-        return isWritable_ ? std::optional(output_.take()) : std::nullopt;
+        return isWritable_ && output_.finish();
     }
 
 private:
@@ -64,6 +65,7 @@ private:
             break;
         }
         end_ = output_.size();
+        output_.handOnIfMuch(); // this record and those before it stay as they are
         return true;
     }
 
@@ -82,6 +84,7 @@ private:
 
     std::span<const std::string_view> keys_;
     const std::function<RecordEdit(const Record&)>& edit_;
+    const Sink& sink_;
     XmlOutput output_;
     XmlWriter writer_{output_};
     std::size_t end_ = 0; // of the records that are kept
@@ -94,21 +97,21 @@ private:
 
 } // namespace
 
-RewrittenRecords rewriteRecords(std::string_view bytes, std::span<const std::string_view> keys,
-                                const std::function<RecordEdit(const Record&)>& edit) {
-    Rewriter rewriter(bytes, keys, edit);
+RecordsRewriting rewriteRecords(std::string_view bytes, std::span<const std::string_view> keys,
+                                const std::function<RecordEdit(const Record&)>& edit, const Sink& sink) {
+    Rewriter rewriter(bytes, keys, edit, sink);
     const RecordsOutcome outcome = rewriter.run(bytes);
     if (outcome != RecordsOutcome::Complete)
-        return {outcome, std::nullopt};
+        return {outcome, false};
     return {outcome, rewriter.finish()};
 }
 
-RewrittenRecords appendRecord(std::string_view bytes, const Value& record) {
+RecordsRewriting appendRecord(std::string_view bytes, const Value& record, const Sink& sink) {
     const std::function<RecordEdit(const Record&)> keep = [](const Record&) { return RecordEdit::keep(); };
-    Rewriter rewriter(bytes, {}, keep);
+    Rewriter rewriter(bytes, {}, keep, sink);
     const RecordsOutcome outcome = rewriter.run(bytes);
     if (outcome != RecordsOutcome::Complete)
-        return {outcome, std::nullopt};
+        return {outcome, false};
     rewriter.append(record);
     return {outcome, rewriter.finish()};
 }

@@ -9,9 +9,6 @@ namespace platform::plist {
 
 namespace {
 
-// Small enough to stay in a processor's cache on its way.
-constexpr std::size_t pieceSize = std::size_t{1} << 16U;
-
 bool isSurrogate(std::string_view text, std::size_t at) {
     return static_cast<unsigned char>(text[at]) == 0xED && at + 2 < text.size() &&
            static_cast<unsigned char>(text[at + 1]) >= 0xA0;
@@ -47,7 +44,7 @@ void XmlOutput::putManyTabs(char* out, std::size_t count) {
 }
 
 void XmlOutput::makeRoom(std::size_t size) {
-    if (sink_)
+    if (handsOnAlways_)
         handOn();
     if (text_.size() - size_ < size)
         grow(size);

@@ -22,9 +22,11 @@ class XmlOutput final {
 public:
     // Keeps all that is written.
     XmlOutput() = default;
-    // Hands it on.
-    explicit XmlOutput(const Sink& sink)
-        : sink_(&sink) {}
+    // Hands it on in pieces: whenever there is enough for one, or only when it is asked to.
+    enum class HandsOn { Always, WhenAsked };
+    explicit XmlOutput(const Sink& sink, HandsOn handsOn = HandsOn::Always)
+        : sink_(&sink)
+        , handsOnAlways_(handsOn == HandsOn::Always) {}
 
     // How much of the whole is written when that is next asked for: room is made in proportion.
     struct Progress {
@@ -32,8 +34,6 @@ public:
         std::size_t of = 0;
     };
     void expect(Progress progress) { progress_ = progress; }
-    // Makes room for so many bytes at once.
-    void reserve(std::size_t size) { room(size); }
 
     // Each writes whole lines after `indent` tabs.
     void key(std::string_view text, std::size_t indent) {
@@ -79,19 +79,34 @@ public:
         char* const out = putText(room(before.size() + numberRoom + sizeof "</real>\n"), before);
         used(put(formatReal(out, value), "</real>\n"));
     }
-    // Lines as they stand.
+    // A value's content alone.
+    void text(std::string_view text) { closeText({}, text, ""); }
+    void number(Integer value) { used(formatInteger(room(numberRoom), value)); }
+    void number(double value) { used(formatReal(room(numberRoom), value)); }
+    // As it stands.
     void raw(std::string_view text) { used(putText(room(text.size()), text)); }
 
     // Of all that was written.
     [[nodiscard]] std::size_t size() const { return handedOn_ + size_; }
-    // Forgets what was written since it was of this size; without a sink.
-    void cutTo(std::size_t size) { size_ = size; }
+    // What was written since it was of this size, which must not be handed on.
+    [[nodiscard]] std::string_view since(std::size_t size) const {
+        return std::string_view(text_).substr(size - handedOn_, handedOn_ + size_ - size);
+    }
+    // Forgets what was written since it was of this size, which must not be handed on.
+    void cutTo(std::size_t size) { size_ = size - handedOn_; }
+    // Hands on all that is written where that is enough for a piece.
+    void handOnIfMuch() {
+        if (size_ >= pieceSize / 4 * 3)
+            handOn();
+    }
     // All of it, without a sink.
     [[nodiscard]] std::string take();
     // Hands on what is left; false where the sink did not take all.
     [[nodiscard]] bool finish();
 
 private:
+    // Small enough to stay in a processor's cache on its way.
+    static constexpr std::size_t pieceSize = std::size_t{1} << 16U;
     // The longest that one byte becomes: "&amp;".
     static constexpr std::size_t escapedRoom = 5;
     // Room for what is stored beyond its end, to be overwritten by what comes next.
@@ -137,6 +152,7 @@ private:
     std::size_t size_ = 0;
     Progress progress_;
     const Sink* sink_ = nullptr;
+    bool handsOnAlways_ = false;
     std::size_t handedOn_ = 0;
     bool isRefused_ = false;
 };

@@ -37,17 +37,15 @@ int TemporaryFile::close() {
 }
 
 std::error_code TemporaryFile::writeWhole(const std::optional<struct stat>& old, std::string_view bytes) {
-    if (const auto error = make(old ? 0600 : 0666))
+    if (const auto error = make(old))
         return error;
     if (const auto error = write(bytes))
         return error;
-    if (old)
-        if (const auto error = setOwnerAndMode(old->st_uid, old->st_gid, old->st_mode & 07777))
-            return error;
-    return syncAndClose();
+    return complete(old);
 }
 
-std::error_code TemporaryFile::make(mode_t mode) {
+std::error_code TemporaryFile::make(const std::optional<struct stat>& old) {
+    const mode_t mode = old ? 0600 : 0666; // narrowed by the umask
     constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
     constexpr int attempts = 16;
     for (int attempt = 0; attempt < attempts; ++attempt) {
@@ -79,12 +77,19 @@ std::error_code TemporaryFile::write(std::string_view bytes) {
     return {};
 }
 
-std::error_code TemporaryFile::setOwnerAndMode(uid_t owner, gid_t group, mode_t mode) {
+std::error_code TemporaryFile::complete(const std::optional<struct stat>& old) {
+    if (old)
+        if (const auto error = setOwnerAndMode(*old))
+            return error;
+    return syncAndClose();
+}
+
+std::error_code TemporaryFile::setOwnerAndMode(const struct stat& old) {
     FileSystemCalls& calls = FileSystemCalls::current();
     constexpr auto asItIs = static_cast<uid_t>(-1);
-    if (calls.changeOwner(file_, owner, group) != 0)
-        (void)calls.changeOwner(file_, asItIs, group); // only root gives files away
-    if (calls.changeMode(file_, mode) != 0)
+    if (calls.changeOwner(file_, old.st_uid, old.st_gid) != 0)
+        (void)calls.changeOwner(file_, asItIs, old.st_gid); // only root gives files away
+    if (calls.changeMode(file_, old.st_mode & 07777) != 0)
         return lastError();
     return {};
 }

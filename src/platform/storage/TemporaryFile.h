@@ -19,22 +19,22 @@ public:
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-    // Makes it, writes all of it and brings it to the disk. A file that keeps nobody out while it is new
-    // follows the umask; one that comes after another is closed to others until it has that one's mode.
+    // Makes it. A file that comes after no other follows the umask; one that does is closed to others until
+    // it has the old one's mode.
+    [[nodiscard]] std::error_code make(const std::optional<struct stat>& old);
+    [[nodiscard]] std::error_code write(std::string_view bytes);
+    // Gives it the old one's mode, its owner and group as far as this process may, and brings it to the disk.
+    [[nodiscard]] std::error_code complete(const std::optional<struct stat>& old);
+    // All three.
     [[nodiscard]] std::error_code writeWhole(const std::optional<struct stat>& old, std::string_view bytes);
 
-    // The single steps. The umask narrows the mode.
-    [[nodiscard]] std::error_code make(mode_t mode);
-    [[nodiscard]] std::error_code write(std::string_view bytes);
-    // The mode as it stands; the owner and the group as far as this process may give them.
-    [[nodiscard]] std::error_code setOwnerAndMode(uid_t owner, gid_t group, mode_t mode);
-    // The bytes are on the disk after this.
-    [[nodiscard]] std::error_code syncAndClose();
     [[nodiscard]] std::error_code takePlaceOf(const std::string& name);
     // Takes a name that is free; what stands there stays, which is no error.
     [[nodiscard]] std::error_code takeFreePlace(const std::string& name);
 
 private:
+    [[nodiscard]] std::error_code setOwnerAndMode(const struct stat& old);
+    [[nodiscard]] std::error_code syncAndClose();
     [[nodiscard]] int close();
 
     int folder_;

@@ -2,6 +2,7 @@
 
 #include "platform/plist/RandomBinaryList.h"
 #include "platform/plist/RandomList.h"
+#include "platform/plist/RecordComparison.h"
 
 #include "platform/plist/Reader.h"
 #include "platform/plist/Writer.h"
@@ -14,120 +15,6 @@
 using namespace platform::plist;
 
 namespace {
-
-constexpr std::array<std::string_view, 5> keys = {"date", "name", "planpk", "income", "expense"};
-
-template <typename T>
-std::string textOf(const std::optional<T>& value) {
-    if (!value)
-        return "none ";
-    if constexpr (std::is_same_v<T, double>)
-        return std::to_string(std::bit_cast<std::uint64_t>(*value)) + ' ';
-    else if constexpr (std::is_same_v<T, bool>)
-        return *value ? "true " : "false ";
-    else
-        return '"' + std::string(*value) + "\" ";
-}
-
-std::string describe(const Record& record) {
-    if (!record.isDictionary())
-        return "no dictionary";
-    std::string text;
-    for (std::size_t key = 0; key < keys.size(); ++key)
-        text += std::string(keys[key]) + (record.has(key) ? ": " : "? ") + textOf(record.number(key)) +
-                textOf(record.truth(key)) + textOf(record.string(key));
-    return text;
-}
-
-// What the tree says of the same element.
-std::string describe(const Value& element) {
-    const Dictionary* const dictionary = element.dictionary();
-    if (!dictionary)
-        return "no dictionary";
-    std::string text;
-    for (const std::string_view key : keys) {
-        const Value* const value = dictionary->find(key);
-        std::optional<std::string_view> string;
-        if (value && value->string())
-            string = *value->string();
-        text += std::string(key) + (value ? ": " : "? ") + textOf(value ? numberOf(*value) : std::nullopt) +
-                textOf(value ? truthOf(*value) : std::nullopt) + textOf(string);
-    }
-    return text;
-}
-
-struct Visits {
-    RecordsOutcome outcome = RecordsOutcome::NoArray;
-    std::vector<std::string> records;
-    bool operator==(const Visits&) const = default;
-};
-
-constexpr std::size_t never = 1000;
-
-Visits visitAsStream(std::string_view bytes, std::size_t stopAt) {
-    Visits visits;
-    visits.outcome = visitRecords(bytes, keys, [&](const Record& record) {
-        visits.records.push_back(describe(record));
-        return visits.records.size() <= stopAt;
-    });
-    if (visits.outcome == RecordsOutcome::NoArray)
-        visits.records.clear();
-    return visits;
-}
-
-Visits visitAsTree(std::string_view bytes, std::size_t stopAt) {
-    const ReadResult result = read(bytes);
-    const Value* const root = std::get_if<Value>(&result);
-    if (!root || !root->array())
-        return {};
-    Visits visits{RecordsOutcome::Complete, {}};
-    for (const Value& element : *root->array()) {
-        visits.records.push_back(describe(element));
-        if (visits.records.size() > stopAt) {
-            visits.outcome = RecordsOutcome::Stopped;
-            break;
-        }
-    }
-    return visits;
-}
-
-// One of every kind of edit, chosen by what the record says of itself.
-RecordEdit editOf(bool isDictionary, std::optional<double> date) {
-    if (!isDictionary || !date)
-        return RecordEdit::keep();
-    return *date < 0   ? RecordEdit::drop()
-           : *date > 0 ? RecordEdit::replace(0, *date / 3)
-                       : RecordEdit::keep();
-}
-
-std::optional<std::string> rewriteAsTree(std::string_view bytes) {
-    const ReadResult result = read(bytes);
-    const Value* const root = std::get_if<Value>(&result);
-    if (!root || !root->array())
-        return std::nullopt;
-    Array kept;
-    for (const Value& element : *root->array()) {
-        const Dictionary* const dictionary = element.dictionary();
-        const Value* const date = dictionary ? dictionary->find(keys[0]) : nullptr;
-        const RecordEdit edit = editOf(dictionary != nullptr, date ? numberOf(*date) : std::nullopt);
-        if (edit.action == RecordEdit::Action::Drop)
-            continue;
-        Value value = element;
-        if (edit.action == RecordEdit::Action::Replace) {
-            Dictionary changed = *dictionary;
-            changed.set("date", Value(edit.number));
-            value = Value(changed);
-        }
-        kept.push_back(value);
-    }
-    return writeXml(Value(kept));
-}
-
-RewrittenRecords rewriteAsStream(std::string_view bytes) {
-    return rewriteRecords(bytes, keys, [](const Record& record) {
-        return editOf(record.isDictionary(), record.isDictionary() ? record.number(0) : std::nullopt);
-    });
-}
 
 std::string listOf(std::string_view records) {
     return "<plist><array>" + std::string(records) + "</array></plist>";
@@ -235,7 +122,7 @@ TEST(RecordRewriter, agreesWithTheTreeOnRandomLists) {
     RandomList random(3);
     for (int i = 0; i < 8000; ++i) {
         const std::string xml = random.below(3) == 0 ? random.broken(random.xml()) : random.xml();
-        const RewrittenRecords rewritten = rewriteAsStream(xml);
+        const Rewritten rewritten = rewriteAsStream(xml);
         ASSERT_EQ(rewritten.xml, rewriteAsTree(xml)) << xml;
     }
 }
@@ -280,11 +167,10 @@ TEST(RecordRewriter, agreesWithTheTreeOnListsThatProgramsWrite) {
     for (int i = 0; i < 20000; ++i) {
         const std::string sound = writtenList(random);
         const std::string xml = random.below(2) == 0 ? random.broken(sound) : sound;
-        const RewrittenRecords rewritten = rewriteAsStream(xml);
+        const Rewritten rewritten = rewriteAsStream(xml);
         ASSERT_EQ(rewritten.xml, rewriteAsTree(xml)) << xml;
         rewrittenLists += rewritten.xml ? 1 : 0;
-        const RewrittenRecords kept =
-            rewriteRecords(sound, keys, [](const Record&) { return RecordEdit::keep(); });
+        const Rewritten kept = rewrite(sound, [](const Record&) { return RecordEdit::keep(); });
         ASSERT_EQ(kept.xml, sound);
     }
     EXPECT_GT(rewrittenLists, 10000U);
@@ -299,7 +185,7 @@ TEST(RecordRewriter, appendsARecordToWhateverStandsThere) {
                                                        : writtenList(random);
         const ReadResult result = read(xml);
         const Value* const root = std::get_if<Value>(&result);
-        const RewrittenRecords appended = appendRecord(xml, added);
+        const Rewritten appended = append(xml, added);
         if (!root || !root->array()) {
             ASSERT_EQ(appended.outcome, RecordsOutcome::NoArray) << xml;
             continue;
@@ -308,19 +194,19 @@ TEST(RecordRewriter, appendsARecordToWhateverStandsThere) {
         expected.push_back(added);
         ASSERT_EQ(appended.xml, writeXml(Value(expected))) << xml;
     }
-    EXPECT_EQ(appendRecord("()", added).xml, writeXml(Value(Array{added})));
+    EXPECT_EQ(append("()", added).xml, writeXml(Value(Array{added})));
 }
 
 TEST(RecordRewriter, givesNothingWhereItsVisitorStopped) {
-    const RewrittenRecords rewritten =
-        rewriteRecords(listOf("<dict/><dict/>"), keys, [](const Record&) { return RecordEdit::stop(); });
+    const Rewritten rewritten =
+        rewrite(listOf("<dict/><dict/>"), [](const Record&) { return RecordEdit::stop(); });
     EXPECT_EQ(rewritten.outcome, RecordsOutcome::Stopped);
     EXPECT_EQ(rewritten.xml, std::nullopt);
 }
 
 TEST(RecordRewriter, appendsAReplacedKeyThatWasAbsent) {
-    const RewrittenRecords rewritten =
-        rewriteRecords(listOf("<dict/>"), keys, [](const Record&) { return RecordEdit::replace(0, 2.5); });
+    const Rewritten rewritten =
+        rewrite(listOf("<dict/>"), [](const Record&) { return RecordEdit::replace(0, 2.5); });
     Dictionary expected;
     expected.set("date", Value(2.5));
     EXPECT_EQ(rewritten.xml, writeXml(Value(Array{Value(expected)})));

@@ -126,11 +126,10 @@ void writeRows(const std::filesystem::path& feeds, const std::string& folder, co
 
 void heapRow(const std::filesystem::path& feeds, const std::string& name) {
     std::string bytes = contents(feeds / (name + ".plist"));
-    const std::size_t before = heapInUse();
-    resetHeapPeak();
+    countHeap();
     const Feed feed = readOurs(bytes);
-    const double results = static_cast<double>(heapInUse() - before);
-    const double beyond = static_cast<double>(heapPeak() - before) - results;
+    const auto results = static_cast<double>(heapInUse());
+    const double beyond = static_cast<double>(heapPeak()) - results;
     std::printf("heap beyond input and records, %s\t%.3f MB\t8 MB\t%.3f\t1\n", name.c_str(), beyond / 1e6,
                 beyond / 8e6);
     std::printf("# the records of %s themselves take %.1f MB\n", name.c_str(), results / 1e6);

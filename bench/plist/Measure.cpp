@@ -10,6 +10,7 @@
 
 namespace {
 
+bool isCounted = false;
 std::size_t inUse = 0;
 std::size_t peak = 0;
 
@@ -26,13 +27,16 @@ void* operator new(std::size_t size) {
     void* const block = std::malloc(size);
     if (!block)
         throw std::bad_alloc();
-    inUse += malloc_usable_size(block);
-    peak = std::max(peak, inUse);
+    if (isCounted) {
+        inUse += malloc_usable_size(block);
+        peak = std::max(peak, inUse);
+    }
     return block;
 }
 
 void operator delete(void* block) noexcept {
-    inUse -= block ? malloc_usable_size(block) : 0;
+    if (isCounted && block)
+        inUse -= malloc_usable_size(block);
     std::free(block);
 }
 
@@ -46,8 +50,9 @@ std::size_t heapInUse() {
 std::size_t heapPeak() {
     return peak;
 }
-void resetHeapPeak() {
-    peak = inUse;
+void countHeap() {
+    isCounted = true;
+    peak = inUse = 0;
 }
 
 void measure(std::vector<Candidate>& candidates, int rounds, double secondsEach) {

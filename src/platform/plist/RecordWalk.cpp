@@ -14,7 +14,6 @@ namespace {
 using Found = XmlScanner::Found;
 
 constexpr std::string_view uidKey = "CF$UID";
-constexpr std::size_t recordIndent = 1;
 
 std::vector<std::string_view> withUidKey(std::span<const std::string_view> keys) {
     std::vector<std::string_view> all(keys.begin(), keys.end());
@@ -44,6 +43,7 @@ RecordWalk::RecordWalk(std::span<const std::string_view> keys, XmlOutput& transc
 RecordsOutcome RecordWalk::run(std::string_view bytes, const Visit& visit) {
     visit_ = &visit;
     hasStopped_ = false;
+    former_ = {};
     if (hasBinaryMagic(bytes) && !transcript_)
         return runBinary(bytes);
     DecodedText text;
@@ -115,7 +115,7 @@ bool RecordWalk::walkElement(XmlElement element, unsigned depth) {
         return reader_.read(element, depth, nullptr);
     const bool isRecord = element.tag == XmlTag::Dictionary && !element.isEmpty;
     if (isRecord)
-        return transcript_ ? rewriteRecord(element, depth) : walkRecord(depth + 1);
+        return transcript_ ? rewriteRecord(element, depth) : walkNextRecord(depth + 1);
     return visitAsValue(element, depth);
 }
 
@@ -125,6 +125,60 @@ bool RecordWalk::visitAsValue(XmlElement element, unsigned depth) {
         return false;
     visitValue(value);
     return true;
+}
+
+bool RecordWalk::walkNextRecord(unsigned depth) {
+    if (former_.isUsable()) {
+        const XmlScanner start = scanner_;
+        if (walkAsFormer()) {
+            former_.matched();
+            visitRecord(true);
+            return true;
+        }
+        former_.missed();
+        scanner_ = start;
+    }
+    if (!former_.begin())
+        return walkRecord(depth);
+    const XmlScanner start = scanner_;
+    if (!walkRecord(depth))
+        return false;
+    scanner_ = start;
+    noteRecord(depth);
+    return true;
+}
+
+bool RecordWalk::walkAsFormer() {
+    clearSlots();
+    Record::Slot ignored;
+    for (const FormerRecord::Content& content : former_.contents()) {
+        Record::Slot& slot = content.key == WantedKeys::none ? ignored : slots_[content.key];
+        if (!scanner_.takeSame(former_.before(content)) || !takeContent(content.tag, slot))
+            return false;
+    }
+    return scanner_.takeSame(former_.closing());
+}
+
+bool RecordWalk::takeContent(XmlTag tag, Record::Slot& slot) {
+    Integer integer;
+    switch (tag) {
+    case XmlTag::String:
+        slot.state = Record::State::Text;
+        return scanner_.takeText(buffer_, slot.text);
+    case XmlTag::Real:
+        slot.state = Record::State::Number;
+        return reader_.takeReal(slot.number);
+    case XmlTag::Integer:
+        slot.state = Record::State::Number;
+        if (!reader_.takeInteger(integer))
+            return false;
+        slot.number = doubleOf(integer);
+        return true;
+    default:
+        slot.state = Record::State::Boolean;
+        slot.number = scanner_.takeSame("<true/>") ? 1 : 0;
+        return slot.number != 0 || scanner_.takeSame("<false/>");
+    }
 }
 
 bool RecordWalk::walkRecord(unsigned depth) {
@@ -153,102 +207,25 @@ bool RecordWalk::walkRecord(unsigned depth) {
     return true;
 }
 
+// A sound record is passed once more. One with the key that makes a UID of it is no pattern.
+void RecordWalk::noteRecord(unsigned depth) {
+    const char* const start = scanner_.position();
+    const auto place = [&] { return static_cast<std::size_t>(scanner_.position() - start); };
+    std::size_t key = WantedKeys::none;
+    XmlElement element;
+    while (findKey(key, nullptr) == Found::Element && scanner_.findElement(element) == Found::Element) {
+        const std::size_t startTagEnd = place();
+        (void)reader_.read(element, depth, nullptr);
+        former_.note(key, key == uidKey_ ? XmlElement{} : element, startTagEnd, place());
+    }
+    (void)scanner_.takeCloseTag(XmlTag::Dictionary);
+    former_.finish({start, place()});
+}
+
 void RecordWalk::clearSlots() {
     buffer_.clear();
     for (Record::Slot& slot : slots_)
         slot.state = Record::State::Absent;
-}
-
-bool RecordWalk::rewriteRecord(XmlElement element, unsigned depth) {
-    recordStart_ = scanner_;
-    recordDepth_ = depth;
-    const std::size_t start = transcript_->size();
-    switch (transcribeRecord(depth + 1)) {
-    case Transcribed::Fault:
-        return false;
-    case Transcribed::Whole:
-        visitRecord(true);
-        return true;
-    case Transcribed::Unusual:
-        break;
-    }
-    transcript_->cutTo(start);
-    scanner_ = recordStart_;
-    return visitAsValue(element, depth);
-}
-
-Value RecordWalk::readAgain() const {
-    XmlScanner scanner = recordStart_;
-    Value value;
-    const bool isRead = XmlValueReader(scanner).read({XmlTag::Dictionary, false}, recordDepth_, &value);
-    return isRead ? value : Value();
-}
-
-RecordWalk::Transcribed RecordWalk::transcribeRecord(unsigned depth) {
-    if (!reader_.checkDepth(depth))
-        return Transcribed::Fault;
-    clearSlots();
-    transcript_->tag("<dict>\n", recordIndent);
-    const Transcribed entries = transcribeEntries();
-    if (entries != Transcribed::Whole)
-        return entries;
-    transcript_->tag("</dict>\n", recordIndent);
-    return scanner_.takeCloseTag(XmlTag::Dictionary) ? Transcribed::Whole : Transcribed::Fault;
-}
-
-// Keys that are decoded, and those of an archive's reference, are left to the reader of values; so are equal
-// ones and those that would have to be sorted.
-RecordWalk::Transcribed RecordWalk::transcribeEntries() {
-    std::string_view last;
-    for (bool isFirst = true;; isFirst = false) {
-        std::size_t key = WantedKeys::none;
-        XmlText text;
-        XmlElement element;
-        const Found found = findKey(key, &text);
-        if (found == Found::CloseTag)
-            return isFirst ? Transcribed::Unusual : Transcribed::Whole;
-        if (found == Found::Fault || scanner_.findElement(element) != Found::Element)
-            return Transcribed::Fault;
-        if (text.isDecoded || key == uidKey_ || !(isFirst || precedesInUtf16(last, text.source)))
-            return Transcribed::Unusual;
-        last = text.source;
-        transcript_->key(last, recordIndent + 1);
-        const Transcribed value = transcribeValue(element, key == WantedKeys::none ? nullptr : &slots_[key]);
-        if (value != Transcribed::Whole)
-            return value;
-    }
-}
-
-RecordWalk::Transcribed RecordWalk::transcribeValue(XmlElement element, Record::Slot* slot) {
-    Record::Slot ignored;
-    Record::Slot& read = slot ? *slot : ignored;
-    Integer integer;
-    switch (element.tag) {
-    case XmlTag::Key:
-    case XmlTag::String:
-    case XmlTag::True:
-    case XmlTag::False:
-    case XmlTag::Real:
-        if (!readSlot(element, recordDepth_, read))
-            return Transcribed::Fault;
-        break;
-    case XmlTag::Integer:
-        if (element.isEmpty || !reader_.readInteger(integer))
-            return Transcribed::Fault;
-        read.state = Record::State::Number;
-        read.number = doubleOf(integer);
-        transcript_->integer(integer, recordIndent + 1);
-        return Transcribed::Whole;
-    default:
-        return Transcribed::Unusual;
-    }
-    if (read.state == Record::State::Text)
-        transcript_->string(read.text.in(buffer_), recordIndent + 1);
-    else if (read.state == Record::State::Boolean)
-        transcript_->boolean(read.number != 0, recordIndent + 1);
-    else
-        transcript_->real(read.number, recordIndent + 1);
-    return Transcribed::Whole;
 }
 
 // Any key, most often one that is not wanted.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/plist/FormerRecord.h"
 #include "platform/plist/RecordReader.h"
 #include "platform/plist/WantedKeys.h"
 #include "platform/plist/XmlOutput.h"
@@ -32,11 +33,19 @@ private:
     bool walkPlist(unsigned depth);
     bool walkArray(unsigned depth);
     bool walkElement(XmlElement element, unsigned depth);
+    bool walkNextRecord(unsigned depth);
     bool walkRecord(unsigned depth);
+    bool walkAsFormer();
+    void noteRecord(unsigned depth);
+    bool takeContent(XmlTag tag, Record::Slot& slot);
     bool visitAsValue(XmlElement element, unsigned depth);
     bool rewriteRecord(XmlElement element, unsigned depth);
     Transcribed transcribeRecord(unsigned depth);
-    Transcribed transcribeEntries();
+    Transcribed transcribeEntries(std::optional<std::size_t> notedFrom);
+    void noteWritten(std::size_t key, XmlTag tag, std::size_t keyEnd, std::size_t recordStart);
+    bool transcribeAsFormer();
+    [[nodiscard]] bool isSpelledAsWritten(XmlTag tag, const Record::Slot& slot, const char* start) const;
+    void writeContent(XmlTag tag, const Record::Slot& slot, const char* start);
     Transcribed transcribeValue(XmlElement element, Record::Slot* slot);
     void clearSlots();
     // The next key's place among the wanted ones, and its text where that is asked for.
@@ -65,6 +74,7 @@ private:
     XmlValueReader reader_{scanner_};
     std::vector<Record::Slot> slots_;
     std::string buffer_; // decoded texts of the record at hand
+    FormerRecord former_;
 
     XmlOutput* transcript_ = nullptr;
     XmlScanner recordStart_{{}}; // after the start tag of the record at hand

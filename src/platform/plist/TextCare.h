@@ -9,6 +9,9 @@
 // found too.
 namespace platform::plist {
 
+// As many bytes at least must be readable after a text.
+constexpr std::size_t careSlack = 16;
+
 // Eight bytes at a time, on any machine.
 inline bool portableMayNeedCare(const char* text, std::size_t size) {
     constexpr std::size_t width = sizeof(std::uint64_t);

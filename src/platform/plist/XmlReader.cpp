@@ -210,6 +210,10 @@ bool XmlValueReader::readText(XmlElement element, Value* value) {
 }
 
 bool XmlValueReader::readReal(double& value) {
+    return takeReal(value) && scanner_.takeCloseTag(XmlTag::Real);
+}
+
+bool XmlValueReader::takeReal(double& value) {
     const char* const start = scanner_.position();
     XmlText text;
     scratch_.clear();
@@ -219,16 +223,20 @@ bool XmlValueReader::readReal(double& value) {
     if (!number)
         return scanner_.fail(start, "A real is not a number");
     value = *number;
-    return scanner_.takeCloseTag(XmlTag::Real);
+    return true;
 }
 
 bool XmlValueReader::readInteger(Integer& value) {
+    return takeInteger(value) && scanner_.takeCloseTag(XmlTag::Integer);
+}
+
+bool XmlValueReader::takeInteger(Integer& value) {
     const char* const start = scanner_.position();
     const IntegerText integer = parseInteger(scanner_.takeRaw());
     if (integer.fault)
         return scanner_.fail(start + integer.faultOffset, integer.fault);
     value = integer.value;
-    return scanner_.takeCloseTag(XmlTag::Integer);
+    return true;
 }
 
 bool XmlValueReader::readNumber(XmlElement element, double& value) {

@@ -29,6 +29,9 @@ public:
     // The single steps, for a start tag that was no empty one.
     [[nodiscard]] bool readReal(double& value);
     [[nodiscard]] bool readInteger(Integer& value);
+    // Their contents, without the close tag.
+    [[nodiscard]] bool takeReal(double& value);
+    [[nodiscard]] bool takeInteger(Integer& value);
     // Either, as the platform's number.
     [[nodiscard]] bool readNumber(XmlElement element, double& value);
     // A key whose start tag was taken, empty or not.

@@ -3,6 +3,7 @@
 #include "platform/plist/Text.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace platform::plist {
 
@@ -49,15 +50,21 @@ Error XmlScanner::error() const {
 
 void XmlScanner::skipOtherSpace() {
     const char* const start = at_;
+    if (at_ < end_ && *at_ == '<')
+        return;
+    std::swap(indent_, otherIndent_);
+    if (indent_.startsAt(at_, end_)) {
+        at_ += indent_.size;
+        return;
+    }
     while (at_ < end_ && isSpace(*at_))
         ++at_;
     const auto size = static_cast<std::size_t>(at_ - start);
-    if (size == 0 || size >= sizeof indent_ || end_ - start < static_cast<std::ptrdiff_t>(sizeof indent_) ||
-        *at_ != '<')
+    if (size == 0 || size >= Indent::width || end_ - start < Indent::width || *at_ != '<')
         return;
-    indentSize_ = size;
-    indentMask_ = bytesBefore(~std::uint64_t{0}, static_cast<unsigned>(size + 1));
-    indent_ = loadWord(start) & indentMask_;
+    indent_.size = size;
+    indent_.mask = bytesBefore(~std::uint64_t{0}, static_cast<unsigned>(size + 1));
+    indent_.bytes = loadWord(start) & indent_.mask;
 }
 
 // At the character after "<!--".

@@ -74,7 +74,9 @@ public:
     }
     void passKey(std::size_t length) { at_ += keyTag.size() + length; }
     [[nodiscard]] bool takeCloseTag(XmlTag tag) {
-        switch (tag) { // the tags of leaves, spelled as usual
+        switch (tag) { // spelled as usual
+        case XmlTag::Dictionary:
+            return take("</dict>") || takeUnusualCloseTag(tag);
         case XmlTag::Key:
             return take("</key>") || takeUnusualCloseTag(tag);
         case XmlTag::String:
@@ -100,6 +102,14 @@ public:
         }
         return takeUnusualText(start, run.isAscii, buffer, text);
     }
+    // These very bytes, if they come next.
+    [[nodiscard]] bool takeSame(std::string_view bytes) {
+        const bool isSame = static_cast<std::size_t>(end_ - at_) >= bytes.size() &&
+                            std::memcmp(at_, bytes.data(), bytes.size()) == 0;
+        at_ += isSame ? bytes.size() : 0;
+        return isSame;
+    }
+    [[nodiscard]] std::size_t left() const { return static_cast<std::size_t>(end_ - at_); }
     // Bytes up to the next '<', unchecked.
     [[nodiscard]] std::string_view takeRaw();
 
@@ -135,9 +145,8 @@ private:
         return true;
     }
     void skipSpace() {
-        if (end_ - at_ >= static_cast<std::ptrdiff_t>(sizeof indent_) &&
-            (loadWord(at_) & indentMask_) == indent_)
-            at_ += indentSize_;
+        if (indent_.startsAt(at_, end_))
+            at_ += indent_.size;
         else
             skipOtherSpace();
     }
@@ -159,10 +168,19 @@ private:
         return Found::Fault;
     }
 
-    // The white space before the last tag, and that tag's '<': most often the next tag's is the same.
-    std::uint64_t indent_ = ~std::uint64_t{0};
-    std::uint64_t indentMask_ = ~std::uint64_t{0};
-    std::size_t indentSize_ = 0;
+    // White space before a tag, and that tag's '<'.
+    struct Indent {
+        static constexpr std::ptrdiff_t width = sizeof(std::uint64_t);
+        std::uint64_t bytes = ~std::uint64_t{0};
+        std::uint64_t mask = ~std::uint64_t{0};
+        std::size_t size = 0;
+
+        [[nodiscard]] bool startsAt(const char* at, const char* end) const {
+            return end - at >= width && (loadWord(at) & mask) == bytes;
+        }
+    };
+    Indent indent_; // the last one; most often the next is the same
+    Indent otherIndent_;
 
     const char* begin_;
     const char* at_;

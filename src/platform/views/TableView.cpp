@@ -40,6 +40,7 @@ void leavePolishingToShowing() {
 // The change of rows that is being shown: where each moved row came from.
 struct TableView::Animation {
     std::vector<double> startY;
+    bool hasMoved = false;
     std::unique_ptr<MainQueue::Ticking> ticking;
 };
 
@@ -87,7 +88,7 @@ void TableView::reloadData() {
     calculateRestingPlaces();
     for (Row& row : rows_)
         row.y = row.restY;
-    tile();
+    tile(Appearing::Now);
     // Views that came back keep their place in the tree.
     for (const Row& row : old) {
         const auto isBack = [&](const Row& now) { return now.view == row.view; };
@@ -150,7 +151,7 @@ void TableView::calculateRestingPlaces() {
 
 // A row is in sight where any part of its way from here to its resting place is. Asking for a row's view may
 // change what is in sight, so the work is not entered twice.
-void TableView::tile() {
+void TableView::tile(Appearing appearing) {
     if (tiling_ || !delegate_)
         return;
     tiling_ = true;
@@ -160,14 +161,14 @@ void TableView::tile() {
         const bool isInSight = std::min(row.y, row.restY) < exposed.bottom() + 1 &&
                                std::max(row.y, row.restY) + row.height > exposed.top();
         if (isInSight)
-            showRow(static_cast<std::int64_t>(i));
+            showRow(static_cast<std::int64_t>(i), appearing);
         else if (row.view)
             takeOut(std::exchange(row.view, nullptr));
     }
     tiling_ = false;
 }
 
-void TableView::showRow(std::int64_t number) {
+void TableView::showRow(std::int64_t number, Appearing appearing) {
     const auto index = static_cast<std::size_t>(number);
     if (!rows_[index].view) {
         auto view = delegate_->tableViewViewForTableColumnRow(*this, 0, number);
@@ -177,7 +178,7 @@ void TableView::showRow(std::int64_t number) {
     }
     Row& row = rows_[index];
     place(row);
-    if (row.view->superview() != this)
+    if (appearing == Appearing::Now && row.view->superview() != this)
         addSubview(*row.view);
 }
 
@@ -191,23 +192,31 @@ void TableView::startAnimation() {
     for (Row& row : rows_)
         if (std::exchange(row.isNew, false))
             row.y = row.arrival == RowAnimation::SlideDown ? row.restY - row.height : row.restY;
-    tile();
+    tile(Appearing::WithTheFirstFrame);
     animation_ = std::make_unique<Animation>();
-    for (Row& row : rows_) {
+    for (const Row& row : rows_) {
         animation_->startY.push_back(row.y);
-        if (row.view && row.arrival != RowAnimation::None) {
-            row.view->lower();
+        if (row.view && row.arrival != RowAnimation::None)
             row.view->setAlphaValue(0);
-        }
     }
-    applyProgress(0);
     animation_->ticking = MainQueue::current().animate(rowAnimationDuration,
                                                        [this](double progress) { applyProgress(progress); });
+}
+
+// Not in the turn of the click, which has an action to perform: until now nothing looks other than before.
+void TableView::showMovingRows() {
+    if (std::exchange(animation_->hasMoved, true))
+        return;
+    tile(Appearing::Now);
+    for (const Row& row : rows_)
+        if (row.view && row.arrival != RowAnimation::None)
+            row.view->lower();
 }
 
 void TableView::applyProgress(double progress) {
     if (!animation_)
         return;
+    showMovingRows();
     const double eased = QEasingCurve(QEasingCurve::InOutSine).valueForProgress(progress);
     for (const Row& row : leaving_)
         row.view->setAlphaValue(1 - eased);
@@ -219,8 +228,7 @@ void TableView::applyProgress(double progress) {
         if (row.view && row.arrival != RowAnimation::None)
             row.view->setAlphaValue(eased);
     }
-    if (progress > 0) // at its start nothing looks other than before
-        update();
+    update();
     if (progress >= 1)
         endAnimation();
 }
@@ -238,7 +246,7 @@ void TableView::endAnimation() {
         row.arrival = RowAnimation::None;
         place(row);
     }
-    tile();
+    tile(Appearing::Now);
 }
 
 // A row is asked only about points that lie in it: a row may take every point for its own.
@@ -247,14 +255,15 @@ View* TableView::hitTest(QPointF point) {
         return nullptr;
     const QPointF inside = point - origin();
     for (const Row& row : rows_)
-        if (row.view && inside.y() >= row.y && inside.y() < row.y + row.height)
+        if (row.view && row.view->superview() == this && inside.y() >= row.y &&
+            inside.y() < row.y + row.height)
             if (View* hit = row.view->hitTest(inside))
                 return hit;
     return this;
 }
 
 void TableView::exposedRectChanged() {
-    tile();
+    tile(Appearing::Now);
 }
 
 AccessibleTraits TableView::accessibleTraits() const {
@@ -286,7 +295,7 @@ void TableView::layoutViews() {
     View::layoutViews();
     for (const Row& row : rows_)
         place(row);
-    tile();
+    tile(Appearing::Now);
 }
 
 } // namespace platform

@@ -90,10 +90,13 @@ private:
     struct Animation;
 
     void calculateRestingPlaces();
-    void tile();
+    // When rows that come into sight join the tree of views.
+    enum class Appearing { Now, WithTheFirstFrame };
+    void tile(Appearing appearing);
     void place(const Row& row) const;
-    void showRow(std::int64_t number);
+    void showRow(std::int64_t number, Appearing appearing);
     void startAnimation();
+    void showMovingRows();
     void applyProgress(double progress);
     void endAnimation();
 

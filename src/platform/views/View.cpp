@@ -244,6 +244,18 @@ void View::notifyExpandedChanged() {
     tellAssistivePrograms(descriptionChange);
 }
 
+// No view looks otherwise while it is disabled, so that nothing is drawn anew; assistive programs are told.
+void View::changeEvent(QEvent* event) {
+    if (event->type() != QEvent::EnabledChange) {
+        QWidget::changeEvent(event);
+        return;
+    }
+    QAccessible::State changed;
+    changed.disabled = true;
+    QAccessibleStateChangeEvent change(this, changed);
+    tellAssistivePrograms(change);
+}
+
 void View::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     layoutViews();

@@ -129,6 +129,7 @@ protected:
     [[nodiscard]] QPointF origin() const { return geometry().topLeft(); }
 
     bool event(QEvent* event) override;
+    void changeEvent(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;

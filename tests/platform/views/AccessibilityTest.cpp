@@ -189,6 +189,26 @@ TEST_F(Accessibility, tellsOfAViewThatOpensInItsStateAndItsDescription) {
     EXPECT_EQ(events.all()[1].type, QAccessible::DescriptionChanged);
 }
 
+TEST_F(Accessibility, tellsOfAViewThatIsDisabledAndDrawsNothingAnew) {
+    struct Drawn final : View {
+        int times = 0;
+        void paintEvent(QPaintEvent*) override { ++times; }
+    } view;
+    add(view);
+    view.setFrame(QRectF(0, 0, 50, 50));
+    root.show();
+    QCoreApplication::processEvents();
+    const int before = view.times;
+    EXPECT_GT(before, 0);
+    const support::AccessibleEvents events;
+    view.setEnabled(false);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(view.times, before);
+    ASSERT_EQ(events.count(QAccessible::StateChanged, &view), 1U);
+    EXPECT_TRUE(events.all().front().changed.disabled);
+    EXPECT_TRUE(interfaceOf(view).state().disabled);
+}
+
 // --- the tree
 
 TEST_F(Accessibility, listsViewsInTheirOrder) {

@@ -157,8 +157,10 @@ void measureStalls(const std::string& feeds, const std::string& memory) {
     Bench bench(feeds, memory);
     std::vector<double> paid, later, actionPaid, actionLater, load, loadToRest;
     for (int round = 0; round < rounds; ++round) {
-        paid.push_back(bench.stallOfPaid());
-        actionPaid.push_back(bench.action(TodayTransactionAction::Paid()));
+        for (int turn = 0; turn < 3; ++turn) { // short, and so more often disturbed
+            paid.push_back(bench.stallOfPaid());
+            actionPaid.push_back(bench.action(TodayTransactionAction::Paid()));
+        }
         later.push_back(bench.stallOfLater());
         actionLater.push_back(bench.action(TodayTransactionAction::Later(1)));
         load.push_back(bench.load());

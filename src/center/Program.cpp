@@ -1,6 +1,7 @@
 #include "center/Program.h"
 
 #include "center/Language.h"
+#include "center/Memory.h"
 #include "center/Options.h"
 #include "center/Panel.h"
 #include "center/Snapshot.h"
@@ -63,6 +64,7 @@ int run(int argc, char** argv) {
     if (options.snapshot)
         prepareSnapshot(*options.snapshot);
     keepToolkitQuiet();
+    growMemoryInLargeSteps();
     // The toolkit's own options are not this program's.
     int count = 1;
     QApplication application(count, argv);

@@ -6,9 +6,9 @@ import unittest
 
 
 def loaded_libraries(program):
-    """The names of all shared libraries that the loader would map for a program, the indirect ones too."""
+    """All shared libraries that the loader would map for a program, the indirect ones too: their places by name."""
     done = subprocess.run(["ldd", program], stdout=subprocess.PIPE, text=True, check=True)
-    return {line.split()[0] for line in done.stdout.splitlines()}
+    return {fields[0]: fields[2] if "=>" in fields else None for fields in map(str.split, done.stdout.splitlines())}
 
 
 class Libraries(unittest.TestCase):
@@ -20,6 +20,13 @@ class Libraries(unittest.TestCase):
     def test_panel_loads_widgets(self):
         # The same question asked of a program for which the answer is yes.
         self.assertIn("libQt6Widgets.so.6", loaded_libraries(os.environ["KORVEL_TODAY"]))
+
+    def test_panel_loads_only_what_its_toolkit_loads(self):
+        # Some libraries are linked only so that the loader looks into them early: they must be there anyway.
+        panel = loaded_libraries(os.environ["KORVEL_TODAY"])
+        toolkit = loaded_libraries(panel["libQt6Widgets.so.6"])
+        others = {name for name in panel.keys() - toolkit.keys() if not name.startswith(("libasan", "libubsan"))}
+        self.assertEqual(others, {"libQt6Widgets.so.6"})
 
     def test_panel_loads_no_reader_of_svg(self):
         self.assertNotIn("libQt6Svg.so.6", loaded_libraries(os.environ["KORVEL_TODAY"]))

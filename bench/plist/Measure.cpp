@@ -1,6 +1,8 @@
 #include "Measure.h"
 
 #include <malloc.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
@@ -19,6 +21,17 @@ double once(const Candidate& candidate) {
     const auto start = std::chrono::steady_clock::now();
     candidate.run();
     return std::chrono::duration<double, std::nano>(std::chrono::steady_clock::now() - start).count();
+}
+
+double leastOf(const Candidate& candidate, double seconds) {
+    double least = std::numeric_limits<double>::infinity();
+    double left = seconds * 1e9;
+    do {
+        const double time = once(candidate);
+        least = std::min(least, time);
+        left -= time;
+    } while (left > 0);
+    return least;
 }
 
 } // namespace
@@ -55,16 +68,30 @@ void countHeap() {
     peak = inUse = 0;
 }
 
+double inOwnProcess(const std::function<double()>& work) {
+    int ends[2];
+    if (pipe(ends) != 0)
+        std::abort();
+    const pid_t child = fork();
+    if (child == 0) {
+        const double result = work();
+        _exit(write(ends[1], &result, sizeof result) == sizeof result ? 0 : 1);
+    }
+    close(ends[1]);
+    double result = 0;
+    const bool isRead = child > 0 && read(ends[0], &result, sizeof result) == sizeof result;
+    close(ends[0]);
+    int status = 0;
+    if (!isRead || waitpid(child, &status, 0) != child || status != 0)
+        std::abort();
+    return result;
+}
+
 void measure(std::vector<Candidate>& candidates, int rounds, double secondsEach) {
     for (Candidate& candidate : candidates)
         candidate.nanoseconds = std::numeric_limits<double>::infinity();
     for (int round = 0; round < rounds; ++round)
-        for (Candidate& candidate : candidates) {
-            double left = secondsEach * 1e9;
-            do {
-                const double time = once(candidate);
-                candidate.nanoseconds = std::min(candidate.nanoseconds, time);
-                left -= time;
-            } while (left > 0);
-        }
+        for (Candidate& candidate : candidates)
+            candidate.nanoseconds = std::min(candidate.nanoseconds,
+                                             inOwnProcess([&] { return leastOf(candidate, secondsEach); }));
 }

@@ -101,6 +101,11 @@ inline std::optional<bool> booleanOf(const BinaryObject& object) {
     return object.low == 0x0 ? std::nullopt : std::optional(object.low == 0x9);
 }
 
+// Whether a boolean, which is all in its first byte, stands there.
+inline bool isBooleanAt(const BinaryLayout& layout, std::size_t offset) {
+    return (layout.objects()[offset] | 1) == 0x09;
+}
+
 // Whether a text stands in the list as it is: ASCII without a byte above 127.
 inline bool isPlainText(const BinaryObject& object) {
     return object.marker == BinaryMarker::Ascii && isAscii(object.content);

@@ -121,26 +121,29 @@ std::size_t BinaryRecordWalk::keyAt(std::uint64_t number) {
 bool BinaryRecordWalk::readSlot(std::uint64_t number, Record::Slot& slot) {
     const std::optional<std::size_t> offset = layout_.offsetOf(number);
     BinaryObject object;
-    if (!offset || !takeBinaryObject(layout_, *offset, object))
+    if (!offset)
+        return false;
+    if (isBooleanAt(layout_, *offset)) {
+        slot.state = Record::State::Boolean;
+        slot.number = layout_.objects()[*offset] & 1;
+        return true;
+    }
+    if (!takeBinaryObject(layout_, *offset, object))
         return false;
     if (object.isText()) {
         readText(*offset, object, slot);
         return spendOnce(*offset, object);
     }
     readNumber(object, slot);
-    return check(*offset, object, depthOfEntries);
+    return object.isFixed() ? !faultOf(object) : check(*offset, object, depthOfEntries);
 }
 
-// A boolean is a number too; any other object is neither.
 void BinaryRecordWalk::readNumber(const BinaryObject& object, Record::Slot& slot) {
     slot.state = Record::State::Number;
     if (object.marker == BinaryMarker::Integer) {
         slot.number = doubleOf(integerOf(object));
     } else if (object.marker == BinaryMarker::Real) {
         slot.number = realOf(object);
-    } else if (object.marker == BinaryMarker::Simple && booleanOf(object)) {
-        slot.state = Record::State::Boolean;
-        slot.number = *booleanOf(object) ? 1.0 : 0.0;
     } else {
         slot.state = Record::State::Other;
     }

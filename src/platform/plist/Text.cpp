@@ -153,6 +153,15 @@ char* putBigEndianUtf16(char* out, std::string_view bytes) {
         i += 4;
     for (; i < count; ++i) {
         char32_t point = unit(i);
+        if (point < 0x80) {
+            *out++ = static_cast<char>(point);
+            continue;
+        }
+        if (point < 0x800) {
+            *out++ = static_cast<char>(0xC0U | (point >> 6U));
+            *out++ = static_cast<char>(0x80U | (point & 0x3FU));
+            continue;
+        }
         const bool isPair =
             point >= 0xD800 && point <= 0xDBFF && i + 1 < count && (unit(i + 1) & 0xFC00U) == 0xDC00U;
         if (isPair)

@@ -42,5 +42,7 @@ Writable* ourWritable(const std::string& bytes);
 Writable* pugixmlWritable(const std::string& bytes);
 // The bytes as they are: what writing costs beside making them.
 Writable* copyWritable(const std::string& bytes);
+// The bytes as lines that are ready, put together one by one.
+Writable* linesWritable(const std::string& bytes);
 // Our rewriter, which reads the list besides and moves every tenth record.
 Writable* ourRewriter(const std::string& bytes);

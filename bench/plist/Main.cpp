@@ -123,17 +123,20 @@ void writeRows(const std::filesystem::path& feeds, const std::string& folder, co
     const std::unique_ptr<Writable> rewriter(ourRewriter(bytes));
     const std::unique_ptr<Writable> pugixml(pugixmlWritable(bytes));
     const std::unique_ptr<Writable> copy(copyWritable(bytes));
+    const std::unique_ptr<Writable> lines(linesWritable(bytes));
     std::vector<Candidate> candidates;
     const auto nothing = [] {};
     candidates.push_back({"ours", nothing, [&] { ours->write(path); }});
     candidates.push_back({"ours, rewrite", nothing, [&] { rewriter->write(path); }});
     candidates.push_back({"pugixml", nothing, [&] { pugixml->write(path); }});
     candidates.push_back({"copy", nothing, [&] { copy->write(path); }});
+    candidates.push_back({"ready lines", nothing, [&] { lines->write(path); }});
     measure(candidates, rounds, bytes.size() > 1'000'000 ? 0.1 : 0.05);
     std::filesystem::remove(path);
     const std::string what = "write feed, " + name;
     row(what, candidates[0], candidates[2], name.ends_with("-10") ? "-" : "0.33");
     row(what, candidates[0], candidates[3], name.ends_with("-10") ? "-" : "1.5");
+    row(what, candidates[0], candidates[4], "-");
     row("rewrite feed, " + name, candidates[1], candidates[2], "-");
 }
 

@@ -7,8 +7,10 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <vector>
 
 using namespace platform::plist;
 
@@ -79,6 +81,38 @@ private:
     std::string bytes_;
 };
 
+// What no writer that puts a list together line by line is spared.
+class Lines final : public Writable {
+public:
+    explicit Lines(std::string bytes)
+        : bytes_(std::move(bytes)) {
+        for (std::size_t start = 0; start < bytes_.size();) {
+            const std::size_t end = std::min(bytes_.find('\n', start), bytes_.size() - 1) + 1;
+            lines_.push_back(std::string_view(bytes_).substr(start, end - start));
+            start = end;
+        }
+    }
+    void write(const std::string& path) override {
+        Replacement file(path);
+        std::string piece;
+        piece.reserve(pieceSize);
+        for (const std::string_view line : lines_) {
+            if (piece.size() + line.size() > pieceSize) {
+                file.append(piece);
+                piece.clear();
+            }
+            piece.append(line);
+        }
+        file.append(piece);
+        file.finish();
+    }
+
+private:
+    static constexpr std::size_t pieceSize = 65536;
+    std::string bytes_;
+    std::vector<std::string_view> lines_;
+};
+
 class Rewriter final : public Writable {
 public:
     explicit Rewriter(std::string bytes)
@@ -143,6 +177,9 @@ Writable* ourWritable(const std::string& bytes) {
 }
 Writable* copyWritable(const std::string& bytes) {
     return new Bytes(bytes);
+}
+Writable* linesWritable(const std::string& bytes) {
+    return new Lines(bytes);
 }
 Writable* ourRewriter(const std::string& bytes) {
     return new Rewriter(bytes);

@@ -3,7 +3,7 @@
 add_library(korvel_settings INTERFACE)
 target_include_directories(korvel_settings INTERFACE ${PROJECT_SOURCE_DIR}/src)
 target_compile_options(korvel_settings INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow=local -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual)
+    -Wall -Wextra -Wpedantic $<$<CXX_COMPILER_ID:GNU>:-Wshadow=local> -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual)
 target_compile_definitions(korvel_settings INTERFACE
     QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING)
 if(KORVEL_WERROR)

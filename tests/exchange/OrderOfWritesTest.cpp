@@ -1,9 +1,13 @@
 #include "exchange/ExchangeTest.h"
 #include "exchange/TodayWidgetLogic.h"
 #include "platform/plist/Reader.h"
+#include "platform/storage/FileSystemCalls.h"
 
+#include <fcntl.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
+#include <cerrno>
 #include <csignal>
 #include <filesystem>
 #include <limits>
@@ -33,6 +37,35 @@ public:
 private:
     rlimit before_{};
     void (*handler_)(int);
+};
+
+// Lets nothing be made in a folder for as long as it lives, as one that is read-only does for all but root.
+class ReadOnlyFolder final : public platform::FileSystemCalls {
+public:
+    explicit ReadOnlyFolder(const std::string& path) {
+        EXPECT_EQ(stat(path.c_str(), &folder_), 0);
+        setCurrent(this);
+    }
+    ~ReadOnlyFolder() override { setCurrent(nullptr); }
+    ReadOnlyFolder(const ReadOnlyFolder&) = delete;
+    ReadOnlyFolder& operator=(const ReadOnlyFolder&) = delete;
+
+    [[nodiscard]] int refusals() const { return refusals_; }
+
+    int openAt(int folder, const char* name, int flags, mode_t mode) override {
+        struct stat status {};
+        const bool isThis =
+            fstat(folder, &status) == 0 && status.st_dev == folder_.st_dev && status.st_ino == folder_.st_ino;
+        if (!isThis || (flags & O_CREAT) == 0)
+            return FileSystemCalls::openAt(folder, name, flags, mode);
+        ++refusals_;
+        errno = EACCES;
+        return -1;
+    }
+
+private:
+    struct stat folder_ {};
+    int refusals_ = 0;
 };
 
 class OrderOfWritesTest : public ExchangeTest {
@@ -100,7 +133,27 @@ TEST_F(OrderOfWritesTest, keepsTheOldLogWhereTheDiskIsFullAndRewritesTheFeed) {
     EXPECT_EQ(recordsIn("notifications.xml"), 1u);
 }
 
+TEST_F(OrderOfWritesTest, rewritesTheFeedWhereTheAccountFolderIsReadOnly) {
+    const std::string old = arrayFile("\t<string>older</string>\n");
+    write("-/actions.xml", old);
+    const ReadOnlyFolder readOnly(path("-"));
+    perform(Action::Paid());
+    EXPECT_EQ(readOnly.refusals(), 1);
+    EXPECT_EQ(log(), old);
+    EXPECT_EQ(recordsIn("notifications.xml"), 1u);
+}
+
 // --- soft: the log is written, the feed cannot be
+
+TEST_F(OrderOfWritesTest, keepsTheLoggedActionWhereTheContainerIsReadOnly) {
+    makeFolder("-");
+    const std::string before = feed();
+    const ReadOnlyFolder readOnly(container);
+    perform(Action::Paid());
+    EXPECT_EQ(readOnly.refusals(), 1);
+    EXPECT_EQ(recordsIn("-/actions.xml"), 1u);
+    EXPECT_EQ(feed(), before);
+}
 
 TEST_F(OrderOfWritesTest, keepsTheLoggedActionWhereTheDiskIsFullBetweenTheTwo) {
     writeFeed({plist::Value(recordOf("plan", 20)),

@@ -41,14 +41,14 @@ bool FormerRecord::begin() {
     return true;
 }
 
-void FormerRecord::note(std::size_t key, XmlElement element, std::size_t startTagEnd, std::size_t end) {
+void FormerRecord::note(std::size_t key, XmlTag tag, std::size_t startTagEnd, std::size_t end) {
     std::size_t start = startTagEnd;
-    if (element.tag == XmlTag::True)
+    if (tag == XmlTag::True)
         start -= trueTag.size();
-    if (element.tag == XmlTag::False)
+    if (tag == XmlTag::False)
         start -= falseTag.size();
-    contents_.push_back({key, element.tag, end_, start - end_});
-    end_ = end - tagsOf(element.tag).close.size();
+    contents_.push_back({key, tag, end_, start - end_});
+    end_ = end - tagsOf(tag).close.size();
 }
 
 void FormerRecord::finish(std::string_view record) {

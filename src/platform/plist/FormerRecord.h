@@ -33,7 +33,7 @@ public:
     [[nodiscard]] bool begin();
     // A value, by where its start tag and the whole of it end, counted from the end of the record's start
     // tag.
-    void note(std::size_t key, XmlElement element, std::size_t startTagEnd, std::size_t end);
+    void note(std::size_t key, XmlTag tag, std::size_t startTagEnd, std::size_t end);
     // All from the record's start tag to the end of its close tag.
     void finish(std::string_view record);
 

@@ -5,6 +5,7 @@
 #include "platform/plist/TextCare.h"
 
 #include <array>
+#include <optional>
 
 // Records written as they are read.
 namespace platform::plist {
@@ -139,8 +140,9 @@ void RecordWalk::writeContent(XmlTag tag, const Record::Slot& slot, const char* 
     }
 }
 
-// Keys that are decoded, and those of an archive's reference, are left to the reader of values; so are equal
-// ones and those that would have to be sorted.
+// Keys that are decoded, those that would be read as others once they are written (a byte order mark at the
+// start is dropped each time), and that of an archive's reference are left to the reader of values; so are
+// equal ones and those that would have to be sorted.
 RecordWalk::Transcribed RecordWalk::transcribeEntries(std::optional<std::size_t> notedFrom) {
     std::string_view last;
     for (bool isFirst = true;; isFirst = false) {
@@ -152,7 +154,8 @@ RecordWalk::Transcribed RecordWalk::transcribeEntries(std::optional<std::size_t>
             return isFirst ? Transcribed::Unusual : Transcribed::Whole;
         if (found == Found::Fault || scanner_.findElement(element) != Found::Element)
             return Transcribed::Fault;
-        if (text.isDecoded || key == uidKey_ || !(isFirst || precedesInUtf16(last, text.source)))
+        const bool isPlain = !text.isDecoded && key != uidKey_ && withoutMark(text.source) == text.source;
+        if (!isPlain || !(isFirst || precedesInUtf16(last, text.source)))
             return Transcribed::Unusual;
         last = text.source;
         transcript_->key(last, recordIndent + 1);
@@ -169,8 +172,8 @@ RecordWalk::Transcribed RecordWalk::transcribeEntries(std::optional<std::size_t>
 void RecordWalk::noteWritten(std::size_t key, XmlTag tag, std::size_t keyEnd, std::size_t recordStart) {
     const std::size_t startTagEnd = keyEnd + transcript_->since(keyEnd).find('>') + 1;
     const std::size_t end = transcript_->size() - lineEnd.size();
-    const XmlElement written{tag == XmlTag::Key ? XmlTag::String : tag, false};
-    former_.note(key, written, startTagEnd - recordStart, end - recordStart);
+    former_.note(key, tag == XmlTag::Key ? XmlTag::String : tag, startTagEnd - recordStart,
+                 end - recordStart);
 }
 
 RecordWalk::Transcribed RecordWalk::transcribeValue(XmlElement element, Record::Slot* slot) {

@@ -216,7 +216,7 @@ void RecordWalk::noteRecord(unsigned depth) {
     while (findKey(key, nullptr) == Found::Element && scanner_.findElement(element) == Found::Element) {
         const std::size_t startTagEnd = place();
         (void)reader_.read(element, depth, nullptr);
-        former_.note(key, key == uidKey_ ? XmlElement{} : element, startTagEnd, place());
+        former_.note(key, key == uidKey_ ? XmlTag::Plist : element.tag, startTagEnd, place());
     }
     (void)scanner_.takeCloseTag(XmlTag::Dictionary);
     former_.finish({start, place()});

@@ -44,7 +44,7 @@ void XmlOutput::putManyTabs(char* out, std::size_t count) {
 }
 
 void XmlOutput::makeRoom(std::size_t size) {
-    if (handsOnAlways_)
+    if (handsOnWhenFull_)
         handOn();
     if (text_.size() - size_ < size)
         grow(size);

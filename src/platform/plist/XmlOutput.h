@@ -22,11 +22,11 @@ class XmlOutput final {
 public:
     // Keeps all that is written.
     XmlOutput() = default;
-    // Hands it on in pieces: whenever there is enough for one, or only when it is asked to.
-    enum class HandsOn { Always, WhenAsked };
-    explicit XmlOutput(const Sink& sink, HandsOn handsOn = HandsOn::Always)
+    // Hands it on in pieces: whenever its room is full, or only when it is asked to.
+    enum class HandsOn { WhenFull, WhenAsked };
+    explicit XmlOutput(const Sink& sink, HandsOn handsOn = HandsOn::WhenFull)
         : sink_(&sink)
-        , handsOnAlways_(handsOn == HandsOn::Always) {}
+        , handsOnWhenFull_(handsOn == HandsOn::WhenFull) {}
 
     // How much of the whole is written when that is next asked for: room is made in proportion.
     struct Progress {
@@ -152,7 +152,7 @@ private:
     std::size_t size_ = 0;
     Progress progress_;
     const Sink* sink_ = nullptr;
-    bool handsOnAlways_ = false;
+    bool handsOnWhenFull_ = false;
     std::size_t handedOn_ = 0;
     bool isRefused_ = false;
 };

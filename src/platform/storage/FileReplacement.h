@@ -8,6 +8,7 @@
 #include <string_view>
 #include <sys/stat.h>
 #include <system_error>
+#include <utility>
 
 namespace platform {
 

@@ -142,12 +142,26 @@ TEST(FormerRecordTest, aRecordOfTheUidsKeyAloneIsNoPattern) {
         expectSameAsTree(listOf(records));
 }
 
-TEST(FormerRecordTest, isUsableOnceARecordIsNoted) {
+// Of the marks at a key's start each reading drops one.
+TEST(FormerRecordTest, aKeyThatWouldBeReadAsAnotherOnceItIsWrittenIsNoPattern) {
+    const std::string mark = "\xEF\xBB\xBF";
+    const std::string record = "\t<dict>\n\t\t<key>name</key>\n\t\t<integer>7</integer>\n\t</dict>\n";
+    for (const std::string key : {"name", "CF$UID"}) {
+        const std::string plain = replaced(record, "name", key);
+        const std::string once = replaced(record, "name", mark + key);
+        const std::string twice = replaced(record, "name", mark + mark + key);
+        for (const std::string& records :
+             {twice + once + plain, twice + twice + once, once + once + plain + once})
+            expectSameAsTree(listOf(records));
+    }
+}
+
+TEST(FormerRecordTest, needsTheTagsAtTheirPlaces) {
     FormerRecord former;
     EXPECT_FALSE(former.isUsable());
     ASSERT_TRUE(former.begin());
-    former.note(3, {XmlTag::String, false}, 20, 32);
-    former.note(4, {XmlTag::False, true}, 52, 52);
+    former.note(3, XmlTag::String, 20, 32);
+    former.note(4, XmlTag::False, 52, 52);
     former.finish("<key>name</key><string>abc</string><key>b</key><false/></dict>");
     EXPECT_FALSE(former.isUsable()) << "the places are not those of the tags";
 }
@@ -155,8 +169,8 @@ TEST(FormerRecordTest, isUsableOnceARecordIsNoted) {
 TEST(FormerRecordTest, takesARecordApart) {
     FormerRecord former;
     ASSERT_TRUE(former.begin());
-    former.note(3, {XmlTag::String, false}, 23, 35);
-    former.note(4, {XmlTag::False, true}, 55, 55);
+    former.note(3, XmlTag::String, 23, 35);
+    former.note(4, XmlTag::False, 55, 55);
     former.finish("<key>name</key><string>abc</string><key>b</key><false/></dict>");
     ASSERT_TRUE(former.isUsable());
     ASSERT_EQ(former.contents().size(), 2U);

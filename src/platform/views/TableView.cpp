@@ -156,12 +156,15 @@ void TableView::tile(Appearing appearing) {
         return;
     tiling_ = true;
     const QRect exposed = exposedRect();
+    const auto isExposed = [&](double top, double bottom) {
+        return top < exposed.bottom() + 1 && bottom > exposed.top();
+    };
     for (std::size_t i = 0; i < rows_.size(); ++i) {
         Row& row = rows_[i];
-        const bool isInSight = std::min(row.y, row.restY) < exposed.bottom() + 1 &&
-                               std::max(row.y, row.restY) + row.height > exposed.top();
-        if (isInSight)
-            showRow(static_cast<std::int64_t>(i), appearing);
+        // One that is simply there already waits for no frame.
+        const bool isThere = row.arrival == RowAnimation::None && isExposed(row.y, row.y + row.height);
+        if (isExposed(std::min(row.y, row.restY), std::max(row.y, row.restY) + row.height))
+            showRow(static_cast<std::int64_t>(i), isThere ? Appearing::Now : appearing);
         else if (row.view)
             takeOut(std::exchange(row.view, nullptr));
     }
@@ -217,6 +220,8 @@ void TableView::applyProgress(double progress) {
     if (!animation_)
         return;
     showMovingRows();
+    if (!animation_) // a row that was asked for its view may have had the table loaded again
+        return;
     const double eased = QEasingCurve(QEasingCurve::InOutSine).valueForProgress(progress);
     for (const Row& row : leaving_)
         row.view->setAlphaValue(1 - eased);

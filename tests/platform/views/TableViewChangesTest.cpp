@@ -200,7 +200,9 @@ TEST_F(Table, aRowThatComesIntoSightMovesInFromTheStart) {
     remove(0);
     EXPECT_THAT(standing(), ElementsAre("b", "c", "-"));
     EXPECT_EQ(top("c"), 100);
+    EXPECT_FALSE(isShown("c"));
     queue.advance(100ms);
+    EXPECT_TRUE(isShown("c"));
     EXPECT_NEAR(top("c"), 75, 1e-9);
 }
 
@@ -213,6 +215,47 @@ TEST_F(Table, aRowThatGoesOutOfSightMovesOutToTheEnd) {
     queue.advance(100ms);
     EXPECT_FALSE(isShown("b"));
     EXPECT_THAT(standing(), ElementsAre("c", "a", "-"));
+}
+
+// --- before the first frame of a change
+
+TEST_F(Table, aReloadBeforeTheFirstFrameShowsTheRowsAtRest) {
+    load({"a", "b"});
+    insert(2, "c");
+    rows.names = {"a", "c"};
+    table.reloadData();
+    EXPECT_TRUE(isShown("c"));
+    EXPECT_FALSE(isShown("b"));
+    EXPECT_EQ(top("c"), 50);
+    EXPECT_EQ(rows.view("c")->alphaValue(), 1);
+    EXPECT_TRUE(queue.isIdle());
+}
+
+TEST_F(Table, aChangeBeforeTheFirstFrameFindsTheEarlierOneAtItsEnd) {
+    load({"a", "b"});
+    insert(2, "c");
+    remove(0);
+    EXPECT_TRUE(isShown("c"));
+    EXPECT_EQ(rows.view("c")->alphaValue(), 1);
+    EXPECT_EQ(top("c"), 100);
+    queue.advance(200ms);
+    EXPECT_EQ(top("c"), 50);
+    EXPECT_THAT(standing(), ElementsAre("b", "c"));
+}
+
+TEST_F(Table, aRowThatHasNotJoinedYetIsNotHit) {
+    load({"a"});
+    insert(1, "b", RowAnimation::Fade);
+    EXPECT_EQ(table.hitTest(QPointF(10, 60)), &table);
+    queue.advance(100ms);
+    EXPECT_EQ(table.hitTest(QPointF(10, 60)), rows.view("b").get());
+}
+
+TEST_F(Table, aRowInsertedWithoutAnimationIsThereAtOnce) {
+    load({"a"});
+    insert(1, "b", RowAnimation::None);
+    EXPECT_TRUE(isShown("b"));
+    EXPECT_EQ(top("b"), 50);
 }
 
 } // namespace table_test

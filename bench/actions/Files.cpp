@@ -73,6 +73,7 @@ void measureGrowth(const std::string& feeds, const std::string& folder) {
         int rounds;
     } sizes[] = {{1000, 101}, {10000, 21}, {100000, 7}};
     std::vector<double> ofARecord;
+    std::vector<double> writingOne;
     for (const auto& [count, rounds] : sizes) {
         Container container(folder, feedOf(feeds, 100000));
         container.keepRecords(static_cast<std::size_t>(count));
@@ -80,8 +81,11 @@ void measureGrowth(const std::string& feeds, const std::string& folder) {
         print({"Paid, feed and log of " + std::to_string(count) + ", in memory", times.action, times.writing,
                "writing the same bytes", "-"});
         ofARecord.push_back(times.action / count);
+        writingOne.push_back(times.writing / count);
     }
     print({"growth of that, for a record of 10000", ofARecord[1], ofARecord[0], "for one of 1000", "-"});
+    print({"growth of writing alone, for a record of 100000", writingOne[2], writingOne[1],
+           "for one of 10000", "-"});
     print({"growth of that, for a record of 100000", ofARecord[2], ofARecord[1], "for one of 10000", "2"});
 }
 

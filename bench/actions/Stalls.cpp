@@ -166,9 +166,9 @@ void measureStalls(const std::string& feeds, const std::string& memory) {
         load.push_back(bench.load());
         loadToRest.push_back(bench.loadToRest());
     }
-    print({"longest stall after Paid, 1000 records", least(paid), least(actionPaid), "the action alone",
-           "1.2"});
-    print({"longest stall after Later, 1000 records", least(later), least(actionLater) + least(load),
-           "action and load alone", "1.2"});
+    print({"longest stall after Paid, 1000 records, least of many", least(paid), least(actionPaid),
+           "the action alone", "1.2"});
+    print({"longest stall after Later, 1000 records, least of many", least(later),
+           least(actionLater) + least(load), "action and load alone", "1.2"});
     print({"longest stall after a load of 1000", least(loadToRest), least(load), "the load alone", "-"});
 }

@@ -137,6 +137,7 @@ void writeRows(const std::filesystem::path& feeds, const std::string& folder, co
     row(what, candidates[0], candidates[2], name.ends_with("-10") ? "-" : "0.33");
     row(what, candidates[0], candidates[3], name.ends_with("-10") ? "-" : "1.5");
     row(what, candidates[0], candidates[4], "-");
+    // Reading, changing and writing, against writing alone.
     row("rewrite feed, " + name, candidates[1], candidates[2], "-");
 }
 

@@ -5,7 +5,6 @@
 #include "Slide.h"
 #include "Stalls.h"
 #include "center/Language.h"
-#include "center/Memory.h"
 
 #include <QApplication>
 
@@ -17,7 +16,6 @@ int main(int argc, char** argv) {
     qputenv("TZ", "UTC");
     if (argc < 4)
         fail("korvel_bench_actions FEEDS DISK MEMORY [files|slide|stalls]");
-    center::growMemoryInLargeSteps();
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     center::installLanguage();

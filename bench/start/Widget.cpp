@@ -2,12 +2,10 @@
 #include "FirstFrame.h"
 
 #include "center/Language.h"
-#include "center/Memory.h"
 #include "center/Panel.h"
 #include "platform/views/Accessibility.h"
 
 int main(int argc, char** argv) {
-    center::growMemoryInLargeSteps();
     QApplication application(argc, argv);
     center::installLanguage();
     platform::installViewAccessibility();

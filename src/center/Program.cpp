@@ -1,7 +1,6 @@
 #include "center/Program.h"
 
 #include "center/Language.h"
-#include "center/Memory.h"
 #include "center/Options.h"
 #include "center/Panel.h"
 #include "center/Snapshot.h"
@@ -64,7 +63,6 @@ int run(int argc, char** argv) {
     if (options.snapshot)
         prepareSnapshot(*options.snapshot);
     keepToolkitQuiet();
-    growMemoryInLargeSteps();
     // The toolkit's own options are not this program's.
     int count = 1;
     QApplication application(count, argv);

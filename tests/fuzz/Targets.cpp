@@ -1,14 +1,14 @@
 #include "fuzz/Targets.h"
 
-#include "platform/plist/AsciiReader.h"
-#include "platform/plist/BinaryReader.h"
-#include "platform/plist/Encoding.h"
+#include "platform/plist/ascii/AsciiReader.h"
+#include "platform/plist/binary/BinaryReader.h"
+#include "platform/plist/text/Encoding.h"
 #include "platform/plist/Reader.h"
 #include "platform/plist/RecordReader.h"
-#include "platform/plist/Text.h"
+#include "platform/plist/text/Unicode.h"
 #include "platform/plist/TypedJson.h"
 #include "platform/plist/Writer.h"
-#include "platform/plist/XmlReader.h"
+#include "platform/plist/xml/XmlReader.h"
 
 #include <algorithm>
 #include <array>

@@ -1,11 +1,11 @@
 #include "platform/plist/Reader.h"
 
-#include "platform/plist/AsciiReader.h"
-#include "platform/plist/BinaryLayout.h"
-#include "platform/plist/BinaryReader.h"
-#include "platform/plist/Encoding.h"
-#include "platform/plist/Text.h"
-#include "platform/plist/XmlReader.h"
+#include "platform/plist/ascii/AsciiReader.h"
+#include "platform/plist/binary/BinaryLayout.h"
+#include "platform/plist/binary/BinaryReader.h"
+#include "platform/plist/text/Encoding.h"
+#include "platform/plist/text/Unicode.h"
+#include "platform/plist/xml/XmlReader.h"
 
 namespace platform::plist {
 

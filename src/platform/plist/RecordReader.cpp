@@ -1,6 +1,6 @@
 #include "platform/plist/RecordReader.h"
 
-#include "platform/plist/RecordWalk.h"
+#include "platform/plist/xml/RecordWalk.h"
 
 namespace platform::plist {
 

@@ -2,7 +2,7 @@
 
 #include "platform/plist/Value.h"
 #include "platform/plist/Writer.h"
-#include "platform/plist/XmlScanner.h"
+#include "platform/plist/xml/XmlScanner.h"
 
 #include <cstdint>
 #include <functional>

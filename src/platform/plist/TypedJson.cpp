@@ -1,8 +1,8 @@
 #include "platform/plist/TypedJson.h"
 
-#include "platform/plist/Numbers.h"
+#include "platform/plist/xml/Numbers.h"
 #include "platform/plist/Sharing.h"
-#include "platform/plist/Text.h"
+#include "platform/plist/text/Unicode.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "platform/plist/FormerRecord.h"
+#include "platform/plist/xml/FormerRecord.h"
 
 #include "platform/plist/RandomList.h"
 #include "platform/plist/RecordComparison.h"

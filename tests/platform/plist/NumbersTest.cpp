@@ -1,7 +1,7 @@
-#include "platform/plist/Numbers.h"
+#include "platform/plist/xml/Numbers.h"
 
-#include "platform/plist/Base64.h"
-#include "platform/plist/Dates.h"
+#include "platform/plist/xml/Base64.h"
+#include "platform/plist/xml/Dates.h"
 #include "platform/plist/Reader.h"
 #include "platform/plist/Writer.h"
 

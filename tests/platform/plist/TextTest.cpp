@@ -1,8 +1,8 @@
-#include "platform/plist/Text.h"
+#include "platform/plist/text/Unicode.h"
 
-#include "platform/plist/NextStep.h"
-#include "platform/plist/TextCare.h"
-#include "platform/plist/TextRun.h"
+#include "platform/plist/ascii/NextStep.h"
+#include "platform/plist/xml/TextCare.h"
+#include "platform/plist/xml/TextRun.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,277 @@
+#include "platform/plist/xml/Numbers.h"
+
+#include "platform/plist/xml/Digits.h"
+#include "platform/plist/text/Unicode.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <charconv>
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+namespace platform::plist {
+
+namespace {
+
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+char lower(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool equalsIgnoringCase(std::string_view text, std::string_view lowerCase) {
+    return std::equal(text.begin(), text.end(), lowerCase.begin(), lowerCase.end(),
+                      [](char a, char b) { return lower(a) == b; });
+}
+
+std::optional<double> namedReal(std::string_view text) {
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    if (equalsIgnoringCase(text, "nan"))
+        return std::numeric_limits<double>::quiet_NaN();
+    const bool isNegative = text.starts_with('-');
+    if (isNegative || text.starts_with('+'))
+        text.remove_prefix(1);
+    if (equalsIgnoringCase(text, "inf") || equalsIgnoringCase(text, "infinity"))
+        return isNegative ? -infinity : infinity;
+    return std::nullopt;
+}
+
+// The platform's white space before a real: by code points, control characters and some of Latin-1 included.
+std::size_t realSpaceLength(std::string_view text) {
+    std::size_t at = 0;
+    while (at < text.size()) {
+        const CodePoint point = codePointAt(text, at);
+        const bool isSpace = point.value < 0x21 || (point.value > 0x7E && point.value < 0xA1) ||
+                             (point.value >= 0x2000 && point.value <= 0x200B) || point.value == 0x3000;
+        if (!isSpace)
+            break;
+        at += point.length;
+    }
+    return at;
+}
+
+// Where the number lies beyond what a double holds: whether it is too large (or too small). Its text is known
+// to be a decimal number with at least one digit other than zero.
+bool isTooLarge(std::string_view number) {
+    const std::size_t mark = std::min(number.find_first_of("eE"), number.size());
+    const std::string_view digits = number.substr(0, mark);
+    const std::size_t point = std::min(digits.find('.'), digits.size());
+    const std::size_t first = digits.find_first_of("123456789");
+    if (first == std::string_view::npos)
+        return false;
+    const long long magnitude =
+        first < point ? static_cast<long long>(point - first) : -static_cast<long long>(first - point);
+    std::string_view exponent = number.substr(std::min(mark + 1, number.size()));
+    const bool isNegative = exponent.starts_with('-');
+    if (isNegative || exponent.starts_with('+'))
+        exponent.remove_prefix(1);
+    // An exponent beyond this outweighs any number of digits that fits in memory.
+    constexpr long long ceiling = std::numeric_limits<long long>::max() / 4;
+    long long power = 0;
+    if (std::from_chars(exponent.data(), exponent.data() + exponent.size(), power).ec ==
+        std::errc::result_out_of_range)
+        power = ceiling;
+    power = std::min(power, ceiling);
+    return magnitude + (isNegative ? -power : power) > 0;
+}
+
+std::size_t skipIntegerSpace(std::string_view text, std::size_t at) {
+    const auto byte = [&](std::size_t index) {
+        return index < text.size() ? static_cast<unsigned char>(text[index]) : 0xFFU;
+    };
+    // Bytes rather than code points, on purpose: so the platform reads them, and a character between 0x7F and
+    // 0xA0 need not even be valid.
+    const auto isSpace = [&] {
+        const unsigned first = byte(at);
+        const unsigned second = byte(at + 1);
+        const unsigned third = byte(at + 2);
+        if (first < 0x21 || (first > 0x7E && first < 0xA1))
+            return true;
+        if (first == 0xE2 && second == 0x80)
+            return third >= 0x80 && third <= 0x8B;
+        if (first == 0xE2 && second == 0x81)
+            return third == 0x9F;
+        return first == 0xE3 && second == 0x80 && third == 0x80;
+    };
+    while (at < text.size() && isSpace())
+        ++at;
+    return at;
+}
+
+// The usual spelling: up to 18 decimal digits, which cannot overflow, after a minus or nothing.
+std::optional<std::int64_t> plainInteger(std::string_view text) {
+    constexpr std::size_t mostDigits = 18;
+    const bool isNegative = text.starts_with('-');
+    const std::string_view digits = text.substr(isNegative ? 1 : 0);
+    if (digits.empty() || digits.size() > mostDigits)
+        return std::nullopt;
+    std::int64_t value = 0;
+    for (const char c : digits) {
+        const auto digit = static_cast<unsigned char>(c - '0');
+        if (digit > 9)
+            return std::nullopt;
+        value = value * 10 + digit;
+    }
+    return isNegative ? -value : value;
+}
+
+int hexadecimalDigit(char c) {
+    if (isDigit(c))
+        return c - '0';
+    const char low = lower(c);
+    return low >= 'a' && low <= 'f' ? low - 'a' + 10 : -1;
+}
+
+#ifdef __SIZEOF_INT128__
+
+__extension__ using Wide = unsigned __int128;
+
+constexpr std::size_t significantDigits = 17;
+
+// The digits that "%.17g" shows of a number, without a point: as many as stand before it, and the others.
+struct Digits {
+    std::uint64_t all = 0; // below 10^17
+    std::size_t whole = 0;
+};
+
+// From 1 to 2^53, where a date lies: the whole part and the fraction each fit an integer, so that their
+// digits come from exact arithmetic, several times as fast as for any number.
+Digits digitsOf(double magnitude) {
+    const auto bits = std::bit_cast<std::uint64_t>(magnitude);
+    const unsigned shift = 1075 - static_cast<unsigned>(bits >> 52U); // bits of the fraction, up to 52
+    const std::uint64_t mantissa = (bits & ((std::uint64_t{1} << 52U) - 1)) | (std::uint64_t{1} << 52U);
+    const std::uint64_t whole = mantissa >> shift;
+    const std::size_t wholeDigits = digitCount(whole);
+    const std::uint64_t scale = powersOfTen[significantDigits - wholeDigits];
+    const Wide product = Wide{mantissa & ((std::uint64_t{1} << shift) - 1)} * scale;
+    auto fraction = static_cast<std::uint64_t>(product >> shift);
+    const Wide rest = product & ((Wide{1} << shift) - 1);
+    const Wide half = (Wide{1} << shift) / 2;
+    if (rest > half || (shift > 0 && rest == half && fraction % 2 == 1))
+        ++fraction;
+    const Digits digits{whole * scale + fraction, wholeDigits};
+    // Rounded up to the next power of ten, which has a digit more before the point.
+    return digits.all == powersOfTen[significantDigits] ? Digits{digits.all / 10, wholeDigits + 1} : digits;
+}
+
+// Null for a value that digitsOf() is not made for.
+char* formatPlainReal(char* out, double value) {
+    const double magnitude = std::fabs(value);
+    if (!(magnitude >= 1 && magnitude < 0x1p53))
+        return nullptr;
+    if (value < 0)
+        *out++ = '-';
+    const Digits digits = digitsOf(magnitude);
+    std::array<char, numberRoom> text{};
+    text[0] = static_cast<char>('0' + digits.all / powersOfTen[16]);
+    putSixteenDigits(text.data() + 1, digits.all % powersOfTen[16]);
+    std::memcpy(out, text.data(), significantDigits);
+    std::memcpy(out + digits.whole + 1, text.data() + digits.whole, significantDigits - digits.whole);
+    char* end = out + significantDigits + 1;
+    while (end[-1] == '0' && end > out + digits.whole + 1)
+        --end;
+    if (end == out + digits.whole + 1)
+        return out + digits.whole;
+    out[digits.whole] = '.';
+    return end;
+}
+
+#else
+
+char* formatPlainReal(char*, double) {
+    return nullptr;
+}
+
+#endif
+
+} // namespace
+
+std::optional<double> parseReal(std::string_view text) {
+    std::string_view number = text;
+    if (number.empty() || !isDigit(number.front()))
+        number.remove_prefix(realSpaceLength(number));
+    const bool hasPlus = number.starts_with('+');
+    if (hasPlus)
+        number.remove_prefix(1);
+    const std::size_t digits = number.starts_with('-') ? 1 : 0;
+    const bool startsAsNumber = digits < number.size() && (isDigit(number[digits]) || number[digits] == '.');
+    if (!startsAsNumber || (hasPlus && digits == 1))
+        return namedReal(text);
+    double value = 0;
+    const auto [end, fault] = std::from_chars(number.data(), number.data() + number.size(), value);
+    if (end != number.data() + number.size() || fault == std::errc::invalid_argument)
+        return std::nullopt;
+    if (fault == std::errc::result_out_of_range) {
+        const double magnitude =
+            isTooLarge(number.substr(digits)) ? std::numeric_limits<double>::infinity() : 0.0;
+        value = digits == 1 ? -magnitude : magnitude;
+    }
+    return value;
+}
+
+IntegerText parseInteger(std::string_view text) {
+    if (const std::optional<std::int64_t> value = plainInteger(text))
+        return {{static_cast<std::uint64_t>(*value), false}};
+    const auto fault = [](const char* message, std::size_t offset) {
+        return IntegerText{{}, message, offset};
+    };
+    std::size_t at = skipIntegerSpace(text, 0);
+    if (at == text.size())
+        return fault("An integer is empty", at);
+    const bool isNegative = text[at] == '-';
+    if (isNegative || text[at] == '+')
+        at = skipIntegerSpace(text, at + 1);
+    const bool isHexadecimal = at + 1 < text.size() && text[at] == '0' && lower(text[at + 1]) == 'x';
+    at += isHexadecimal ? 2 : 0;
+    if (at == text.size())
+        return fault("An integer has no digits", at);
+    const std::uint64_t base = isHexadecimal ? 16 : 10;
+    const std::uint64_t limit =
+        isNegative ? std::uint64_t{1} << 63U : std::numeric_limits<std::uint64_t>::max();
+    std::uint64_t magnitude = 0;
+    for (; at < text.size(); ++at) {
+        const int digit = hexadecimalDigit(text[at]);
+        if (digit < 0 || static_cast<std::uint64_t>(digit) >= base)
+            return fault("An integer holds a character that is no digit", at);
+        const auto value = static_cast<std::uint64_t>(digit);
+        if (magnitude > (limit - value) / base)
+            return fault("An integer is out of range", at);
+        magnitude = magnitude * base + value;
+    }
+    if (isNegative)
+        return {{~magnitude + 1, false}};
+    return {{magnitude, magnitude > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())}};
+}
+
+char* formatReal(char* out, double value) {
+    if (char* const end = formatPlainReal(out, value))
+        return end;
+    const auto put = [out](std::string_view text) { return std::copy(text.begin(), text.end(), out); };
+    if (std::isnan(value))
+        return put("nan");
+    if (std::isinf(value))
+        return put(value < 0 ? "-infinity" : "+infinity");
+    if (value == 0)
+        return put("0.0");
+    return std::to_chars(out, out + numberRoom, value, std::chars_format::general, 17).ptr;
+}
+
+char* formatInteger(char* out, Integer value) {
+    const bool isNegative = !value.isLarge && (value.bits >> 63U) != 0;
+    const std::uint64_t magnitude = isNegative ? ~value.bits + 1 : value.bits;
+    if (isNegative)
+        *out++ = '-';
+    if (magnitude >= powersOfTen[16])
+        return std::to_chars(out, out + numberRoom - 1, magnitude).ptr;
+    std::array<char, numberRoom> text{};
+    putSixteenDigits(text.data(), magnitude);
+    const std::size_t count = digitCount(magnitude);
+    std::memcpy(out, text.data() + 16 - count, 16);
+    return out + count;
+}
+
+} // namespace platform::plist

@@ -9,16 +9,17 @@
 
 namespace ctl {
 
-// Why a text is no JSON, and where.
+// Why a text is not JSON, and the place of the byte at which the reader stopped.
 struct JsonError {
     std::size_t line = 1;
     std::size_t column = 1; // in bytes
     std::string message;
 };
 
-// Reads JSON (RFC 8259, UTF-8) to property-list values that keep every digit: a number without a fraction and
-// an exponent is an integer from -2^63 to 2^64-1, any other one a real. An object's keys keep their order;
-// one that stands twice is an error, as are a lone surrogate and more than 500 levels.
+// Reads JSON (RFC 8259, UTF-8) into property-list values without rounding an integer: a number without a
+// fraction and an exponent is an integer from -2^63 to 2^64-1, and any other number is a real. The keys of an
+// object keep their order. Errors are also a key that an object holds twice, a number out of range, a lone
+// surrogate, and more than 501 nested arrays and objects.
 [[nodiscard]] std::variant<platform::plist::Value, JsonError> readJson(std::string_view text);
 
 } // namespace ctl

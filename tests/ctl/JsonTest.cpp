@@ -25,6 +25,7 @@ TEST(JsonReaderTest, tellsIntegersFromReals) {
     EXPECT_EQ(valueOf("-0.0"), plist::Value(-0.0));
     EXPECT_EQ(valueOf("1e2"), plist::Value(100.0));
     EXPECT_EQ(valueOf("2.5E-1"), plist::Value(0.25));
+    EXPECT_EQ(valueOf("1e-999"), plist::Value(0.0));
 }
 
 TEST(JsonReaderTest, keepsEveryDigitOfAnInteger) {
@@ -50,13 +51,25 @@ TEST(JsonReaderTest, readsContainersInTheirOrder) {
     EXPECT_EQ(value.dictionary()->valueAt(1), plist::Value(plist::Dictionary()));
 }
 
+TEST(JsonReaderTest, passesOverAByteOrderMark) {
+    EXPECT_EQ(valueOf("\xEF\xBB\xBF[]"), plist::Value(plist::Array()));
+}
+
+TEST(JsonReaderTest, readsContainersNestedAsDeeplyAsIsAllowed) {
+    EXPECT_TRUE(valueOf(std::string(501, '[') + std::string(501, ']')).array());
+}
+
 struct Fault {
     const char* name;
     std::string json;
     std::size_t line;
     std::size_t column;
-    const char* message;
+    std::string message;
 };
+
+// Parts of the library's messages.
+const std::string inValue = "syntax error while parsing value - ";
+const std::string noValue = "; expected '[', '{', or a literal";
 
 class JsonFaultTable : public testing::TestWithParam<Fault> {};
 
@@ -71,31 +84,47 @@ TEST_P(JsonFaultTable, isNamedWithItsPlace) {
 
 INSTANTIATE_TEST_SUITE_P(
     Faults, JsonFaultTable,
-    testing::Values(Fault{"Nothing", "", 1, 1, "no value stands here"},
-                    Fault{"Word", "[\n tru]", 2, 2, "no value stands here"},
-                    Fault{"LeadingZero", "[01]", 1, 3, "a comma or ] is missing"},
-                    Fault{"PlusSign", "+1", 1, 1, "no value stands here"},
-                    Fault{"MinusAlone", "-", 1, 2, "no value stands here"},
-                    Fault{"PointWithoutDigit", "1.", 1, 3, "a digit is missing"},
-                    Fault{"ExponentWithoutDigit", "1e+", 1, 4, "a digit is missing"},
-                    Fault{"IntegerTooLarge", "18446744073709551616", 1, 21, "the number is out of range"},
-                    Fault{"IntegerTooSmall", "-9223372036854775809", 1, 21, "the number is out of range"},
-                    Fault{"RealTooLarge", "1e999", 1, 6, "the number is out of range"},
-                    Fault{"TrailingComma", "[1,]", 1, 4, "no value stands here"},
-                    Fault{"ArrayNotClosed", "[1\n", 2, 1, "a comma or ] is missing"},
-                    Fault{"ObjectNotClosed", "{\"a\":1", 1, 7, "a comma or } is missing"},
-                    Fault{"KeyWithoutQuotes", "{a:1}", 1, 2, "a key in quotes is missing"},
-                    Fault{"ColonMissing", "{\"a\" 1}", 1, 6, "a colon is missing"},
-                    Fault{"KeyTwice", "{\"a\":1,\"a\":2}", 1, 11, "the key stands twice"},
-                    Fault{"TextNotClosed", "\"ab", 1, 2, "the text does not end"},
-                    Fault{"LineBreakInText", "\"a\nb\"", 1, 2, "a control character stands in a text"},
-                    Fault{"UnknownEscape", R"("\x")", 1, 3, "the escape is none of JSON's"},
-                    Fault{"ShortEscape", R"("\u12")", 1, 3, "the escape is none of JSON's"},
-                    Fault{"SignInEscape", R"("\u+123")", 1, 3, "the escape is none of JSON's"},
-                    Fault{"LoneSurrogate", R"("\uD83C")", 1, 8, "a surrogate stands alone"},
-                    Fault{"NotUtf8", "\"\xFF\"", 1, 2, "the text is not UTF-8"},
-                    Fault{"SomethingFollows", "[] x", 1, 4, "something follows the value"},
-                    Fault{"TooDeep", std::string(100000, '['), 1, 502, "the nesting is too deep"}),
+    testing::Values(
+        Fault{"Nothing", "", 1, 1, inValue + "unexpected end of input" + noValue},
+        Fault{"Word", "[\n tru]", 2, 5, inValue + "invalid literal"},
+        Fault{"LeadingZero", "[01]", 1, 3,
+              "syntax error while parsing array - unexpected number literal; expected ']'"},
+        Fault{"PlusSign", "+1", 1, 1, inValue + "invalid literal"},
+        Fault{"MinusAlone", "-", 1, 2, inValue + "invalid number; expected digit after '-'"},
+        Fault{"PointWithoutDigit", "1.", 1, 3, inValue + "invalid number; expected digit after '.'"},
+        Fault{"ExponentWithoutDigit", "1e+", 1, 4,
+              inValue + "invalid number; expected digit after exponent sign"},
+        Fault{"IntegerTooLarge", "18446744073709551616", 1, 21, "the number is out of range"},
+        Fault{"IntegerTooLargeInAnArray", "[18446744073709551616 ]", 1, 22, "the number is out of range"},
+        Fault{"IntegerTooSmall", "-9223372036854775809", 1, 21, "the number is out of range"},
+        Fault{"RealTooLarge", "1e999", 1, 6, "the number is out of range"},
+        Fault{"RealTooLargeInAnArray", "[-1.5e999]", 1, 10, "the number is out of range"},
+        Fault{"TrailingComma", "[1,]", 1, 4, inValue + "unexpected ']'" + noValue},
+        Fault{"ArrayNotClosed", "[1\n", 2, 1,
+              "syntax error while parsing array - unexpected end of input; expected ']'"},
+        Fault{"ObjectNotClosed", "{\"a\":1", 1, 7,
+              "syntax error while parsing object - unexpected end of input; expected '}'"},
+        Fault{"KeyWithoutQuotes", "{a:1}", 1, 2,
+              "syntax error while parsing object key - invalid literal; expected string literal"},
+        Fault{"ColonMissing", "{\"a\" 1}", 1, 6,
+              "syntax error while parsing object separator - unexpected number literal; expected ':'"},
+        Fault{"KeyTwice", "{\"a\":1,\"a\":2}", 1, 11, "the key \"a\" is repeated"},
+        Fault{"TextNotClosed", "\"ab", 1, 4, inValue + "invalid string: missing closing quote"},
+        Fault{"LineBreakInText", "\"a\nb\"", 1, 3,
+              inValue + "invalid string: control character U+000A (LF) must be escaped to \\u000A or \\n"},
+        Fault{"UnknownEscape", R"("\x")", 1, 3,
+              inValue + "invalid string: forbidden character after backslash"},
+        Fault{"ShortEscape", R"("\u12")", 1, 6,
+              inValue + "invalid string: '\\u' must be followed by 4 hex digits"},
+        Fault{"SignInEscape", R"("\u+123")", 1, 4,
+              inValue + "invalid string: '\\u' must be followed by 4 hex digits"},
+        Fault{"LoneSurrogate", R"("\uD83C")", 1, 8,
+              inValue + "invalid string: surrogate U+D800..U+DBFF must be followed by U+DC00..U+DFFF"},
+        Fault{"SurrogateInUtf8", "\"\xED\xA0\xBC\"", 1, 3, inValue + "invalid string: ill-formed UTF-8 byte"},
+        Fault{"NotUtf8", "\"\xFF\"", 1, 2, inValue + "invalid string: ill-formed UTF-8 byte"},
+        Fault{"SomethingFollows", "[] x", 1, 4, inValue + "invalid literal; expected end of input"},
+        Fault{"NulFollows", std::string("[]\n\0[", 5), 2, 1, "syntax error - a NUL follows the value"},
+        Fault{"TooDeep", std::string(100000, '['), 1, 502, "the nesting is too deep"}),
     [](const auto& row) { return row.param.name; });
 
 TEST(JsonTest, writesNumbersWithTheFewestDigitsThatReadBack) {

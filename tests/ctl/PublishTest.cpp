@@ -92,7 +92,9 @@ TEST_F(PublishTest, refusesWhatAFeedCannotHold) {
 }
 
 TEST_F(PublishTest, namesThePlaceOfAFaultInTheJson) {
-    expectRefused("[\n  {\"date\" 1}]", ":2:11: a colon is missing");
+    expectRefused(
+        "[\n  {\"date\" 1}]",
+        ":2:11: syntax error while parsing object separator - unexpected number literal; expected ':'");
 }
 
 TEST_F(PublishTest, saysThatAFileCannotBeRead) {

@@ -37,7 +37,7 @@ ROOMS = {
                         + _GROUND, _WIDGETS),
     "center": _room("controller exchange model resources platform/views platform/extension " + _GROUND,
                     "posix xcb " + _WIDGETS),
-    "ctl": _room("exchange model " + _GROUND, "posix QtCore QtGui"),
+    "ctl": _room("exchange model " + _GROUND, "posix nlohmann QtCore QtGui"),
 }
 
 # The only operations that a room may name of a class of another room.
@@ -86,12 +86,12 @@ class QtHeaders:
 
 
 def kind_of(path, qt):
-    """What a foreign header belongs to: std, icu, xcb, fontconfig, a Qt module or posix."""
+    """What a foreign header belongs to: std, icu, xcb, fontconfig, nlohmann, a Qt module or posix."""
     if path in STD_HEADERS:
         return "std"
     if path.startswith("unicode/"):
         return "icu"
-    for library in ("xcb", "fontconfig"):
+    for library in ("xcb", "fontconfig", "nlohmann"):
         if path.startswith(library + "/"):
             return library
     return qt.module(path) or "posix"

@@ -86,6 +86,10 @@ class MadeUpTree(unittest.TestCase):
         self.assert_one_fault("exchange may not include <unicode/calendar.h> (icu)",
                               {"exchange/Days.cpp": "#include <unicode/calendar.h>\n"})
 
+    def test_json_library_outside_the_companion(self):
+        self.assert_one_fault("exchange may not include <nlohmann/json.hpp> (nlohmann)",
+                              {"exchange/Days.cpp": "#include <nlohmann/json.hpp>\n"})
+
     def test_upward_includes(self):
         for lower, upper in (("platform/plist", "platform/storage"), ("platform/storage", "exchange"),
                              ("platform/images", "platform/views"), ("platform/views", "model"),

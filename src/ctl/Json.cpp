@@ -1,11 +1,10 @@
 #include "ctl/Json.h"
 
+#include "ctl/TypedJson.h"
 #include "exchange/Text.h"
-#include "platform/plist/TypedJson.h"
 
 #include <charconv>
 #include <cmath>
-#include <cstdio>
 
 namespace ctl {
 
@@ -13,15 +12,30 @@ namespace plist = platform::plist;
 
 namespace {
 
-std::string escaped(char16_t unit) {
-    char text[8];
-    std::snprintf(text, sizeof text, "\\u%04x", unsigned(unit));
-    return text;
+QString escaped(QChar unit) {
+    return QStringLiteral("\\u%1").arg(unit.unicode(), 4, 16, QChar(u'0'));
 }
 
-std::string jsonInteger(plist::Integer integer) {
-    return integer.isLarge ? std::to_string(integer.bits)
-                           : std::to_string(static_cast<std::int64_t>(integer.bits));
+bool isSurrogatePairAt(const QString& text, qsizetype at) {
+    return text[at].isHighSurrogate() && at + 1 < text.size() && text[at + 1].isLowSurrogate();
+}
+
+QString quoted(const QString& text) {
+    QString json(u'"');
+    for (qsizetype at = 0; at < text.size(); ++at) {
+        const QChar unit = text[at];
+        if (isSurrogatePairAt(text, at)) {
+            json += unit;
+            json += text[++at];
+        } else if (unit.isSurrogate() || unit < u' ' || unit == u'\x7F') {
+            json += escaped(unit);
+        } else {
+            if (unit == u'"' || unit == u'\\')
+                json += u'\\';
+            json += unit;
+        }
+    }
+    return json + u'"';
 }
 
 std::string jsonArray(const plist::Array& array) {
@@ -47,20 +61,23 @@ std::string jsonObject(const plist::Dictionary& dictionary) {
 } // namespace
 
 std::string jsonText(const QString& text) {
-    std::string json = "\"";
-    for (qsizetype at = 0; at < text.size(); ++at) {
-        const QChar unit = text[at];
-        const bool isPair = unit.isHighSurrogate() && at + 1 < text.size() && text[at + 1].isLowSurrogate();
-        if (isPair)
-            json += text.mid(at++, 2).toStdString();
-        else if (unit.isSurrogate() || unit < u' ' || unit == u'\x7F')
-            json += escaped(unit.unicode());
-        else if (unit == u'"' || unit == u'\\')
-            json.append("\\").append(1, static_cast<char>(unit.unicode()));
+    return quoted(text).toStdString();
+}
+
+std::string asciiJsonText(const QString& text) {
+    QString json;
+    for (const QChar unit : quoted(text)) {
+        if (unit < u'\x80')
+            json += unit;
         else
-            json += exchange::utf8FromText(QString(unit));
+            json += escaped(unit);
     }
-    return json + "\"";
+    return json.toStdString();
+}
+
+std::string jsonInteger(plist::Integer integer) {
+    return integer.isLarge ? std::to_string(integer.bits)
+                           : std::to_string(static_cast<std::int64_t>(integer.bits));
 }
 
 std::string jsonNumber(double number) {
@@ -88,7 +105,7 @@ std::string jsonValue(const plist::Value& value) {
     case plist::Kind::Dictionary:
         return jsonObject(*value.dictionary());
     default:
-        return plist::typedJson(value).value_or("null");
+        return typedJson(value).value_or("null");
     }
 }
 

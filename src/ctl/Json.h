@@ -6,18 +6,25 @@
 
 #include <string>
 
-// JSON (RFC 8259) in UTF-8, as the companion writes it.
+// JSON (RFC 8259) as the companion writes it. It is not the JSON library's: a real without a fraction is
+// written without one ("5"), a control character as \u000a, and a lone surrogate as an escape, which the
+// library refuses.
 namespace ctl {
 
-// A text in quotes; control characters and lone surrogates as \u escapes.
+// A string in quotes, in UTF-8. Control characters, DEL and lone surrogates are \u escapes.
 [[nodiscard]] std::string jsonText(const QString& text);
 
-// A number with the fewest digits that read back as the very same double. JSON has none for those that are
-// not finite: they are the texts "nan", "inf" and "-inf".
+// The same in ASCII: every other UTF-16 unit is an escape too.
+[[nodiscard]] std::string asciiJsonText(const QString& text);
+
+[[nodiscard]] std::string jsonInteger(platform::plist::Integer integer);
+
+// A number with the fewest digits that are read back as the same double. JSON has no numbers that are not
+// finite: they are the strings "nan", "inf" and "-inf".
 [[nodiscard]] std::string jsonNumber(double number);
 
-// A property-list value: texts, booleans, numbers, arrays and dictionaries as JSON has them, keys in their
-// order; the other kinds as typed JSON has them (`{"data":"hexadecimal"}`).
+// A property-list value: strings, booleans, numbers, arrays and dictionaries as JSON has them, keys in their
+// order. The other kinds are written as typed JSON (`{"data":"hexadecimal"}`).
 [[nodiscard]] std::string jsonValue(const platform::plist::Value& value);
 
 } // namespace ctl

@@ -1,9 +1,8 @@
 #include "ctl/PlistCommand.h"
 
 #include "ctl/Commands.h"
-
+#include "ctl/TypedJson.h"
 #include "platform/plist/Reader.h"
-#include "platform/plist/TypedJson.h"
 #include "platform/plist/Writer.h"
 #include "platform/storage/Files.h"
 
@@ -47,7 +46,7 @@ int showPlist(const std::string& path, PlistFormat format, Streams& streams) {
     std::optional<std::string> text;
     if (format == PlistFormat::Xml)
         text = platform::plist::writeXml(value);
-    else if ((text = platform::plist::typedJson(value)))
+    else if ((text = typedJson(value)))
         *text += '\n';
     if (!text)
         return failed(streams, path,

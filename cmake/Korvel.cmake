@@ -30,11 +30,11 @@ function(korvel_program name)
     target_link_libraries(${name} PRIVATE ${arg_LINKS} korvel_settings)
 endfunction()
 
-# korvel_test(NAME [GUI] SOURCES file... [LINKS target...] [ENVIRONMENT VAR=value...]): a GoogleTest program,
-# each of its tests known to CTest by its own name. LINKS names the libraries under test. With GUI the program
-# has one QApplication on the offscreen platform.
+# korvel_test(NAME [GUI] [FILTER filter] SOURCES file... [LINKS target...] [ENVIRONMENT VAR=value...]): a
+# GoogleTest program, each of its tests that pass GoogleTest's filter known to CTest by its own name. LINKS names
+# the libraries under test. With GUI the program has one QApplication on the offscreen platform.
 function(korvel_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "GUI" "" "SOURCES;LINKS;ENVIRONMENT")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "GUI" "FILTER" "SOURCES;LINKS;ENVIRONMENT")
     set(support korvel_test_support)
     if(arg_GUI)
         set(support korvel_gui_test_support)
@@ -48,6 +48,6 @@ function(korvel_test name)
     # sets them.
     set_target_properties(${name} PROPERTIES
         CROSSCOMPILING_EMULATOR "/usr/bin/env;QT_QPA_PLATFORM=offscreen;${arg_ENVIRONMENT}")
-    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 TEST_FILTER "${arg_FILTER}"
         PROPERTIES TIMEOUT 120)
 endfunction()

@@ -1,30 +1,40 @@
 #include "host/Options.h"
 
+#include "platform/system/CommandLine.h"
+
 namespace host {
 
 namespace {
 
-std::vector<std::string> wordsFrom(const std::vector<std::string>& arguments, std::size_t first) {
-    return {arguments.begin() + static_cast<std::ptrdiff_t>(first), arguments.end()};
+// The window and the delivery are for the session alone and are not in the help text.
+constexpr platform::CommandLineOption options[] = {
+    {"--deliver", "", "hands a URL to the window"},
+    {"--window", "", "shows the window"},
+    {"--help", "", "prints the help text"},
+};
+
+Task taskOf(const platform::CommandLine& line) {
+    if (line.has("--help"))
+        return Task::Help;
+    const bool delivers = line.has("--deliver");
+    const bool showsWindow = line.has("--window");
+    if (!delivers && !showsWindow)
+        return line.operands.size() < 2 ? Task::Misused : Task::Session;
+    if (delivers == showsWindow || line.operands.size() != 2)
+        return Task::Misused;
+    return delivers ? Task::Deliver : Task::Window;
 }
 
 } // namespace
 
 Options parseOptions(const std::vector<std::string>& arguments) {
-    if (arguments.empty())
-        return {};
-    if (arguments[0] == "--help")
-        return {Task::Help, {}};
-    if (arguments[0] == "--deliver" || arguments[0] == "--window") {
-        if (arguments.size() != 3)
-            return {};
-        return {arguments[0] == "--window" ? Task::Window : Task::Deliver, wordsFrom(arguments, 1)};
-    }
-    if (arguments[0].starts_with('-') || arguments.size() < 2)
-        return {};
-    return {Task::Session, wordsFrom(arguments, 0)};
+    const auto parsed = platform::parseCommandLine(options, platform::Operands::AfterOptions, arguments);
+    const auto* line = std::get_if<platform::CommandLine>(&parsed);
+    const Task task = line ? taskOf(*line) : Task::Misused;
+    if (task == Task::Misused || task == Task::Help)
+        return {task, {}};
+    return {task, line->operands};
 }
-
 const char* helpText() {
     return R"(Stands in for the finance application beside the panel: shows what the panel asks it to open, and what
 its action log holds.

@@ -7,9 +7,10 @@
 #include "exchange/Text.h"
 #include "exchange/TodayWidgetLogic.h"
 #include "platform/storage/Files.h"
+#include "platform/system/NumberText.h"
 
 #include <algorithm>
-#include <charconv>
+#include <cstdint>
 #include <optional>
 
 namespace ctl {
@@ -20,19 +21,11 @@ using Action = TodayTransactionAction;
 
 namespace {
 
-std::optional<std::int64_t> daysOf(const std::string& text) {
-    std::int64_t days = 0;
-    const auto result = std::from_chars(text.data(), text.data() + text.size(), days);
-    if (result.ec != std::errc() || result.ptr != text.data() + text.size())
-        return std::nullopt;
-    return days;
-}
-
 // The action that the words behind the plan and the date name; none for others.
 std::optional<Action> actionOf(const std::vector<std::string>& words) {
     const std::string& name = words[3];
     if (name == "later" && words.size() == 5) {
-        const std::optional<std::int64_t> days = daysOf(words[4]);
+        const auto days = platform::numberFromText<std::int64_t>(words[4]);
         return days ? std::optional(Action::Later(*days)) : std::nullopt;
     }
     if (words.size() != 4)

@@ -1,6 +1,7 @@
 #include "ctl/Moments.h"
 
 #include "platform/system/Clock.h"
+#include "platform/system/NumberText.h"
 #include "platform/system/Region.h"
 
 #include <QDateTime>
@@ -39,12 +40,6 @@ std::int64_t momentOfWallTime(QDate date, QTime time) {
     return fitsAfter && !fitsBefore ? after : before;
 }
 
-template <class Number>
-bool isNumber(std::string_view text, Number& number) {
-    const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
-    return result.ec == std::errc() && result.ptr == text.data() + text.size();
-}
-
 std::int64_t wallSecondsOf(double moment) {
     const auto seconds = static_cast<std::int64_t>(std::floor(moment));
     return seconds + offsetAt(zone(), seconds);
@@ -54,15 +49,15 @@ std::int64_t wallSecondsOf(double moment) {
 QDate relativeDay(std::string_view text) {
     constexpr std::string_view today = "today";
     text.remove_prefix(today.size());
-    std::int64_t days = 0;
     if (text.starts_with('+') && text.size() > 1 && text[1] != '-')
         text.remove_prefix(1);
     else if (!text.empty() && !text.starts_with('-'))
         return {};
-    if (!text.empty() && !isNumber(text, days))
+    const auto days = platform::numberFromText<std::int64_t>(text.empty() ? "0" : text);
+    if (!days)
         return {};
     const std::int64_t now = wallSecondsOf(platform::Clock::current().now());
-    return QDateTime::fromSecsSinceEpoch(now, Qt::UTC).date().addDays(days);
+    return QDateTime::fromSecsSinceEpoch(now, Qt::UTC).date().addDays(*days);
 }
 
 QDate dayOf(std::string_view text) {
@@ -80,8 +75,7 @@ QTime timeOf(std::string_view text) {
 } // namespace
 
 std::optional<double> momentOfText(std::string_view text) {
-    double number = 0;
-    if (isNumber(text, number))
+    if (const auto number = platform::numberFromText<double>(text))
         return number;
     const std::size_t space = text.find(' ');
     const QDate day = dayOf(text.substr(0, space));

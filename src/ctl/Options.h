@@ -1,5 +1,8 @@
 #pragma once
 
+#include "platform/system/CommandLine.h"
+
+#include <span>
 #include <string>
 #include <variant>
 #include <vector>
@@ -15,6 +18,9 @@ struct Options {
     bool help = false;
     std::vector<std::string> words; // the command's name and its operands
 };
+
+// The options that the companion takes, for its help text.
+[[nodiscard]] std::span<const platform::CommandLineOption> knownOptions();
 
 // The options, or a sentence that says what is wrong with them.
 [[nodiscard]] std::variant<Options, std::string> parseOptions(const std::vector<std::string>& arguments);

@@ -4,6 +4,8 @@
 #include "exchange/GroupIdentifiers.h"
 #include "platform/storage/GroupContainers.h"
 
+#include <algorithm>
+#include <iterator>
 #include <ostream>
 #include <string_view>
 
@@ -11,48 +13,55 @@ namespace ctl {
 
 namespace {
 
-constexpr std::string_view usage =
-    R"(korvel-todayctl [--containers DIR] COMMAND
-
-  list [--json]            the planned transactions of the feed, and how many the widget shows
-  act PLANPK DATE ACTION   do to one of them what the widget's buttons do; ACTION is one of
-                           paid, later DAYS, delete, delete-future, info
-  consume [--json]         print the action log, then empty it
-  plist FILE [--to FORMAT] print any property list; FORMAT is json (typed, the default) or xml
-  publish FILE.json        make an array of objects the feed (- is standard input)
-  settings get KEY         print a shared setting
-  settings set KEY VALUE   change one
-  --version                print the version and the group identifier
-  --help                   print this
-
-Dates are seconds since 1970-01-01 00:00 UTC or texts: "today+3 18:00", "2026-03-10 18:00".
-Exit status: 0 done, 1 the thing asked for failed, 2 wrong usage.
-)";
-
 struct Command {
     std::string_view name;
+    std::string_view operands;
+    std::string_view meaning; // for the help text
     int (*perform)(const Options&, Streams&);
 };
 
 constexpr Command commands[] = {
-    {"act", act},         {"consume", consume}, {"list", list},
-    {"plist", plistFile}, {"publish", publish}, {"settings", settings},
+    {"list", "[--json]", "the planned transactions of the feed, and how many the widget shows", list},
+    {"act", "PLANPK DATE ACTION",
+     "do to one of them what the widget's buttons do; ACTION is one of\n"
+     "paid, later DAYS, delete, delete-future, info",
+     act},
+    {"consume", "[--json]", "print the action log, then empty it", consume},
+    {"plist", "FILE [--to FORMAT]", "print any property list (- is standard input)", plistFile},
+    {"publish", "FILE.json", "make an array of objects the feed (- is standard input)", publish},
+    {"settings", "get KEY [--json]", "print a shared setting", settings},
+    {"settings", "set KEY VALUE", "change one", settings},
 };
+
+std::string helpText() {
+    std::vector<platform::HelpLine> lines;
+    for (const Command& command : commands)
+        lines.push_back(
+            {std::string(command.name).append(" ").append(command.operands), std::string(command.meaning)});
+    const std::vector<platform::HelpLine> options = platform::helpLines(knownOptions());
+    lines.insert(lines.end(), options.begin(), options.end());
+    return "korvel-todayctl [--containers DIR] COMMAND\n\n" + platform::helpInColumns(lines) + R"(
+Dates are seconds since 1970-01-01 00:00 UTC or texts: "today+3 18:00", "2026-03-10 18:00".
+Exit status: 0 done, 1 the thing asked for failed, 2 wrong usage.
+)";
+}
 
 int perform(const Options& options, Streams& streams) {
     if (options.words.empty())
         return misused(streams, "a command is missing");
-    if (!options.to.empty() && options.words.front() != "plist")
+    const std::string& name = options.words.front();
+    if (!options.to.empty() && name != "plist")
         return misused(streams, "--to goes with plist");
-    for (const Command& command : commands)
-        if (command.name == options.words.front())
-            return command.perform(options, streams);
-    return misused(streams, options.words.front() + " is no command");
+    const auto* const command = std::find_if(std::begin(commands), std::end(commands),
+                                             [&](const Command& known) { return known.name == name; });
+    if (command == std::end(commands))
+        return misused(streams, "unknown command " + name);
+    return command->perform(options, streams);
 }
 
 int answer(const Options& options, Streams& streams) {
     if (options.help)
-        streams.out << usage;
+        streams.out << helpText();
     else if (options.version)
         streams.out << "korvel-todayctl " KORVEL_VERSION " (" << fullEditionGroupIdentifier << ")\n";
     else

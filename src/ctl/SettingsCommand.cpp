@@ -3,8 +3,8 @@
 #include "ctl/Json.h"
 #include "exchange/SharedSettings.h"
 #include "exchange/Text.h"
+#include "platform/system/NumberText.h"
 
-#include <charconv>
 #include <ostream>
 
 namespace ctl {
@@ -24,12 +24,6 @@ SettingType typeOf(const std::string& key) {
     return key == "edit_transaction_date" ? SettingType::Real : SettingType::Text;
 }
 
-template <class Number>
-bool isNumber(const std::string& text, Number& number) {
-    const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
-    return result.ec == std::errc() && result.ptr == text.data() + text.size();
-}
-
 bool isText(const std::string& bytes) {
     const QString text = exchange::textFromUtf8(bytes);
     return text.isValidUtf16() && exchange::utf8FromText(text) == bytes;
@@ -37,18 +31,18 @@ bool isText(const std::string& bytes) {
 
 // A sentence where the value is none for that key.
 std::string assign(SharedDefaults& defaults, const std::string& key, const std::string& value) {
-    std::int64_t integer = 0;
-    double real = 0;
     switch (typeOf(key)) {
     case SettingType::Integer:
-        if (!isNumber(value, integer))
+        if (const auto integer = platform::numberFromText<std::int64_t>(value))
+            defaults.setInteger(key, *integer);
+        else
             return key + " takes an integer";
-        defaults.setInteger(key, integer);
         return {};
     case SettingType::Real:
-        if (!isNumber(value, real))
+        if (const auto real = platform::numberFromText<double>(value))
+            defaults.setDouble(key, *real);
+        else
             return key + " takes a number";
-        defaults.setDouble(key, real);
         return {};
     case SettingType::Text:
         break;

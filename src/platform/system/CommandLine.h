@@ -1,0 +1,62 @@
+#pragma once
+
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+// The command line of a program, read by a table of the options that the program takes. The lines of its help
+// text come from the same table.
+//
+// QCommandLineParser is not used: it takes the operand "-5" for an option, and an error is a sentence that does
+// not tell what kind of error it is.
+namespace platform {
+
+struct CommandLineOption {
+    std::string_view name;    // with its hyphens, as in "--containers"
+    std::string_view value;   // the name of its value in the help text; empty for an option without a value
+    std::string_view meaning; // for the help text; may have several lines
+};
+
+// Where a command line may have operands: arguments that are not options.
+enum class Operands {
+    None,         // every argument has to be an option
+    Anywhere,     // the argument "--" ends the options
+    AfterOptions, // the first operand also ends the options
+};
+
+struct CommandLine {
+    std::map<std::string, std::string, std::less<>> options; // values by name; empty without a value
+    std::vector<std::string> operands;
+
+    [[nodiscard]] bool has(std::string_view name) const;
+    // Nothing where the option is not given.
+    [[nodiscard]] std::optional<std::string> value(std::string_view name) const;
+};
+
+struct CommandLineError {
+    std::string message; // part of a sentence, as in "--containers needs a value"
+};
+
+// Reads the arguments without the program's name. "--name value" and "--name=value" are the same; a value is
+// not empty, and an option is given once at most. An argument that starts with two hyphens is an option, and
+// "-" and "-5" are operands.
+[[nodiscard]] std::variant<CommandLine, CommandLineError>
+parseCommandLine(std::span<const CommandLineOption> options, Operands operands,
+                 const std::vector<std::string>& arguments);
+
+// A line of a help text: what can be given and what it means.
+struct HelpLine {
+    std::string subject;
+    std::string meaning; // may have several lines
+};
+
+[[nodiscard]] std::vector<HelpLine> helpLines(std::span<const CommandLineOption> options);
+
+// The lines in two columns, indented by two spaces, with a line feed at the end.
+[[nodiscard]] std::string helpInColumns(const std::vector<HelpLine>& lines);
+
+} // namespace platform

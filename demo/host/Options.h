@@ -5,13 +5,13 @@
 
 namespace host {
 
-// The one program has three tasks: the session starts the panel and, as processes of its own, the window and,
-// through the desktop, a delivery for each URL that the panel opens.
+// The tasks of the program. The session starts the panel and a process of this program with the window task.
+// When the panel opens a URL, the desktop starts a process with the delivery task.
 enum class Task { Session, Deliver, Window, Help, Misused };
 
 struct Options {
     Task task = Task::Misused;
-    std::vector<std::string> words; // what the task is about, without the option that names it
+    std::vector<std::string> words; // the operands
 };
 
 // The arguments without the program's name.

@@ -9,17 +9,17 @@
 
 namespace center {
 
-// What the panel program is asked to do on its command line.
+// The command line of the panel program.
 struct Options {
-    // Draws the widget into a file instead of showing it.
+    // The picture that the program draws into a file instead of opening a window.
     struct Snapshot {
         QString file;
         double scale = 1;   // pixels to a point, 0.5 to 8
-        std::string locale; // as LC_ALL names it; empty keeps the user's
+        std::string locale; // as LC_ALL names it; empty for the user's
         int width = 320;    // of the content, in points
     };
 
-    std::string containers; // the folder of the group containers; empty for the environment's
+    std::string containers; // the folder of the group containers; empty if the environment names it
     std::optional<Snapshot> snapshot;
     bool showsVersion = false;
     bool showsHelp = false;

@@ -21,7 +21,7 @@ namespace {
 
 constexpr int defaultContentWidth = 320;
 
-// A panel that has closed lets the program end only when no chosen answer is pending.
+// Ends the program after the panel has closed, but not before the work that the user's choice has deferred.
 void quitWhenIdle() {
     if (platform::MainQueue::current().isIdle())
         QApplication::quit();
@@ -29,9 +29,8 @@ void quitWhenIdle() {
         QTimer::singleShot(20ms, qApp, [] { quitWhenIdle(); });
 }
 
-// The toolkit's remarks (a missing runtime folder, a font) are for developers: QT_LOGGING_RULES set brings
-// them back.
-void keepToolkitQuiet() {
+// Qt's messages (about a missing runtime folder or a font) are for developers, who set QT_LOGGING_RULES.
+void silenceQtMessages() {
     if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES"))
         qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
 }
@@ -62,8 +61,8 @@ int run(int argc, char** argv) {
         platform::GroupContainers::setFolder(options.containers);
     if (options.snapshot)
         prepareSnapshot(*options.snapshot);
-    keepToolkitQuiet();
-    // The toolkit's own options are not this program's.
+    silenceQtMessages();
+    // Qt would take options of its own from the arguments, which this program does not have.
     int count = 1;
     QApplication application(count, argv);
     installLanguage();

@@ -2,7 +2,7 @@
 
 namespace center {
 
-// The panel program: options, application, panel. Returns the exit status.
+// Runs the panel program and returns its exit status.
 int run(int argc, char** argv);
 
 } // namespace center

@@ -1,4 +1,5 @@
-#include "ctl/Commands.h"
+#include "ctl/ActCommand.h"
+
 #include "ctl/Host.h"
 #include "ctl/Moments.h"
 #include "exchange/FeedRewriter.h"
@@ -21,7 +22,7 @@ using Action = TodayTransactionAction;
 
 namespace {
 
-// The action that the words behind the plan and the date name; none for others.
+// The action that the words after the plan and the date name, if they name one.
 std::optional<Action> actionOf(const std::vector<std::string>& words) {
     const std::string& name = words[3];
     if (name == "later" && words.size() == 5) {
@@ -39,8 +40,8 @@ std::optional<Action> actionOf(const std::vector<std::string>& words) {
     return name == "info" ? std::optional(Action::Info()) : std::nullopt;
 }
 
-TodayTransactionPtr find(const std::vector<TodayTransactionPtr>& transactions, const std::string& planKey,
-                         double date) {
+TodayTransactionPtr findTransaction(const std::vector<TodayTransactionPtr>& transactions,
+                                    const std::string& planKey, double date) {
     const QString key = exchange::textFromUtf8(planKey);
     const auto found = std::find_if(transactions.begin(), transactions.end(), [&](const auto& transaction) {
         return transaction->planPrimaryKey == key && transaction->date == date;
@@ -57,7 +58,7 @@ struct ExpectedFeed {
     std::string bytes;
 };
 
-// What the feed must be after a logged action, or the fault over which the widget would end.
+// The bytes that the feed must have after a logged action, or the fault at which the widget would end.
 ExpectedFeed expectedFeed(const TodayTransaction& transaction, Action action) {
     const std::optional<std::string> before = platform::readFile(exchange::feedFile(containerPath()));
     if (!before)
@@ -75,7 +76,7 @@ ExpectedFeed expectedFeed(const TodayTransaction& transaction, Action action) {
     return expected;
 }
 
-// The widget ignores what cannot be written; who runs a command is told.
+// The widget ignores a file that cannot be written. The command reports it.
 int performLogged(const TodayTransaction& transaction, Action action, Streams& streams) {
     const std::string feed = exchange::feedFile(containerPath());
     const std::string folder = exchange::accountFolder(containerPath(), exchange::accountKey());
@@ -108,7 +109,8 @@ int act(const Options& options, Streams& streams) {
     const std::string feed = exchange::feedFile(containerPath());
     if (const auto* fault = std::get_if<exchange::FeedFault>(&reading))
         return failed(streams, feed, exchange::describe(*fault));
-    const auto transaction = find(std::get<std::vector<TodayTransactionPtr>>(reading), words[1], *date);
+    const auto transaction =
+        findTransaction(std::get<std::vector<TodayTransactionPtr>>(reading), words[1], *date);
     if (!transaction)
         return failed(streams, feed,
                       "the widget's list has no transaction of plan " + words[1] + " at " + words[2]);

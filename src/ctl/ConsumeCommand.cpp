@@ -1,19 +1,24 @@
-#include "ctl/Commands.h"
+#include "ctl/ConsumeCommand.h"
+
 #include "ctl/Host.h"
 #include "ctl/Json.h"
 #include "ctl/Moments.h"
 #include "ctl/Terminal.h"
+#include "exchange/FeedRewriter.h"
 #include "exchange/SharedFiles.h"
 #include "exchange/SharedSettings.h"
 #include "platform/plist/Writer.h"
 #include "platform/storage/Files.h"
 
+#include <cstdint>
 #include <optional>
 #include <ostream>
 
 namespace ctl {
 
 namespace plist = platform::plist;
+
+using exchange::ActionType;
 
 namespace {
 
@@ -22,47 +27,57 @@ const plist::Value* find(const plist::Dictionary& record, std::string_view key, 
     return value && value->kind() == kind ? value : nullptr;
 }
 
-std::optional<std::string> actionText(const plist::Value& type, const plist::Value& parameter) {
-    if (type == plist::Value(std::int64_t(1)))
-        return "paid";
-    if (type == plist::Value(std::int64_t(2)))
-        return "later " + jsonValue(parameter);
-    if (type == plist::Value(std::int64_t(3)))
-        return parameter == plist::Value(std::int64_t(1)) ? "delete-future" : "delete";
+std::optional<ActionType> actionTypeOf(const plist::Value& code) {
+    for (const ActionType type : {ActionType::Paid, ActionType::Later, ActionType::Delete})
+        if (code == plist::Value(static_cast<std::int64_t>(type)))
+            return type;
     return std::nullopt;
 }
 
-// One record in the words of the act command; what is none of the widget's records as JSON.
+// The action in the words of the act command.
+std::string actionText(ActionType type, const plist::Value& parameter) {
+    switch (type) {
+    case ActionType::Paid:
+        return "paid";
+    case ActionType::Later:
+        return "later " + jsonValue(parameter);
+    case ActionType::Delete:
+        break;
+    }
+    return parameter == plist::Value(std::int64_t(1)) ? "delete-future" : "delete";
+}
+
+// A record of the widget as a line of text. Any other value is printed as JSON.
 std::string recordText(const plist::Value& value) {
     const plist::Dictionary* record = value.dictionary();
-    const auto* type = record ? find(*record, "type", plist::Kind::Integer) : nullptr;
+    const auto* code = record ? find(*record, "type", plist::Kind::Integer) : nullptr;
     const auto* key = record ? find(*record, "pk", plist::Kind::String) : nullptr;
     const auto* date = record ? find(*record, "date", plist::Kind::Real) : nullptr;
     const auto* parameter = record ? find(*record, "param", plist::Kind::Integer) : nullptr;
+    const std::optional<ActionType> type = code ? actionTypeOf(*code) : std::nullopt;
     if (!type || !key || !date || !parameter)
         return jsonValue(value);
-    const std::optional<std::string> action = actionText(*type, *parameter);
-    if (!action)
-        return jsonValue(value);
-    return padded(textOfMoment(*date->real()), 16) + "  " + padded(*action, 13) + "  " +
+    return padded(textOfMoment(*date->real()), 16) + "  " + padded(actionText(*type, *parameter), 13) + "  " +
            terminalText(*key->string());
 }
 
-// Prints the records that are set aside, then removes them and leaves an empty log. Only what has left this
-// process is removed: a kill before hands a record out twice rather than never.
-int handOut(const Options& options, Streams& streams, const std::string& log, const std::string& aside) {
-    const std::optional<plist::Array> records = exchange::arrayFromFile(aside);
+// Prints the records of a renamed log, then removes that file and leaves an empty log. The file is removed
+// after the output has left this process, so that a process that is killed in between prints a record twice
+// rather than never.
+int printAndRemove(const Options& options, Streams& streams, const std::string& log,
+                   const std::string& renamed) {
+    const std::optional<plist::Array> records = exchange::arrayFromFile(renamed);
     if (!records)
-        return failed(streams, aside, "no array of records can be read");
+        return failed(streams, renamed, "no array of records can be read");
     for (const plist::Value& record : *records)
         streams.out << (options.json ? jsonValue(record) : recordText(record)) << '\n';
     streams.out.flush();
     if (!streams.out)
-        return failed(streams, "standard output", "it cannot be written; the records wait in " + aside);
-    if (exchange::arrayFromFile(aside) != records)
-        return failed(streams, aside, "the records were changed by another; they stay");
+        return failed(streams, "standard output", "it cannot be written; the records are kept in " + renamed);
+    if (exchange::arrayFromFile(renamed) != records)
+        return failed(streams, renamed, "another process has changed the records; they are kept");
     if (platform::replaceAside(log, *plist::writeXml(plist::Value(plist::Array()))))
-        return failed(streams, aside, "the records cannot be removed");
+        return failed(streams, renamed, "the records cannot be removed");
     return Done;
 }
 
@@ -75,12 +90,12 @@ int consume(const Options& options, Streams& streams) {
         return failed(streams, containerPath(), "there is no container");
     const std::string log =
         exchange::actionLogFile(exchange::accountFolder(containerPath(), exchange::accountKey()));
-    const std::optional<std::string> aside = platform::pathAside(log);
-    if (!aside)
+    const std::optional<std::string> renamed = platform::pathAside(log);
+    if (!renamed)
         return platform::fileExists(log) ? failed(streams, log, "the log's folder cannot be opened") : Done;
-    // Taken by a run that was ended before it could remove them.
-    if (platform::fileExists(*aside))
-        if (const int status = handOut(options, streams, log, *aside); status != Done)
+    // An interrupted run has left its records.
+    if (platform::fileExists(*renamed))
+        if (const int status = printAndRemove(options, streams, log, *renamed); status != Done)
             return status;
     if (!platform::fileExists(log))
         return Done;
@@ -89,11 +104,11 @@ int consume(const Options& options, Streams& streams) {
         return failed(streams, log, "no array of records can be read");
     if (records->empty())
         return Done;
-    // From here on the widget logs into a new file: nothing that it logs can be lost. What it read before
-    // this and writes back after it is handed out twice.
+    // After the renaming the widget appends to a new file, so that no action is lost. If it has read the log
+    // before and writes it afterwards, those records are printed twice.
     if (platform::setAside(log))
-        return failed(streams, log, "the log could not be taken");
-    return handOut(options, streams, log, *aside);
+        return failed(streams, log, "the log cannot be renamed");
+    return printAndRemove(options, streams, log, *renamed);
 }
 
 } // namespace ctl

@@ -4,14 +4,15 @@
 
 #include <string>
 
-// What several commands need of the host's side.
+// The container of the host application, as several commands need it.
 namespace ctl {
 
-// Where the full edition's container is or would be.
+// The path of the full edition's container, whether or not the container exists.
 [[nodiscard]] std::string containerPath();
 [[nodiscard]] bool hasContainer();
 
-// The widget's own list, or the fault over which it would end; empty without a container.
+// The transactions that the widget reads, or the fault at which it would end. Without a container the list is
+// empty.
 [[nodiscard]] exchange::FeedReading readWidgetsList();
 
 } // namespace ctl

@@ -53,18 +53,18 @@ std::string jsonObject(const plist::Dictionary& dictionary) {
     for (const auto& [key, value] : dictionary) {
         if (json.size() > 1)
             json += ", ";
-        json += jsonText(exchange::textFromUtf8(key)) + ": " + jsonValue(value);
+        json += jsonString(exchange::textFromUtf8(key)) + ": " + jsonValue(value);
     }
     return json + "}";
 }
 
 } // namespace
 
-std::string jsonText(const QString& text) {
+std::string jsonString(const QString& text) {
     return quoted(text).toStdString();
 }
 
-std::string asciiJsonText(const QString& text) {
+std::string asciiJsonString(const QString& text) {
     QString json;
     for (const QChar unit : quoted(text)) {
         if (unit < u'\x80')
@@ -99,7 +99,7 @@ std::string jsonValue(const plist::Value& value) {
     case plist::Kind::Real:
         return jsonNumber(*value.real());
     case plist::Kind::String:
-        return jsonText(exchange::textFromUtf8(*value.string()));
+        return jsonString(exchange::textFromUtf8(*value.string()));
     case plist::Kind::Array:
         return jsonArray(*value.array());
     case plist::Kind::Dictionary:

@@ -12,10 +12,10 @@
 namespace ctl {
 
 // A string in quotes, in UTF-8. Control characters, DEL and lone surrogates are \u escapes.
-[[nodiscard]] std::string jsonText(const QString& text);
+[[nodiscard]] std::string jsonString(const QString& text);
 
 // The same in ASCII: every other UTF-16 unit is an escape too.
-[[nodiscard]] std::string asciiJsonText(const QString& text);
+[[nodiscard]] std::string asciiJsonString(const QString& text);
 
 [[nodiscard]] std::string jsonInteger(platform::plist::Integer integer);
 

@@ -1,4 +1,5 @@
-#include "ctl/Commands.h"
+#include "ctl/ListCommand.h"
+
 #include "ctl/Host.h"
 #include "ctl/Json.h"
 #include "ctl/Moments.h"
@@ -35,24 +36,24 @@ void printTable(const Transactions& transactions, std::int64_t shownCount, std::
     out << shownCount << " of " << transactions.size() << " shown\n";
 }
 
-const char* jsonTruth(bool truth) {
-    return truth ? "true" : "false";
+const char* jsonBoolean(bool value) {
+    return value ? "true" : "false";
 }
 
 void printJson(const Transactions& transactions, std::int64_t shownCount, std::ostream& out) {
     out << "{\"shownCount\": " << shownCount << ", \"transactions\": [";
     const char* separator = "\n  ";
     for (const TodayTransactionPtr& transaction : transactions) {
-        out << separator << "{\"name\": " << jsonText(transaction->name)
+        out << separator << "{\"name\": " << jsonString(transaction->name)
             << ", \"date\": " << jsonNumber(transaction->date)
-            << ", \"imageName\": " << jsonText(transaction->imageName)
-            << ", \"amount\": " << jsonText(transaction->amount)
-            << ", \"isIncome\": " << jsonTruth(transaction->isIncome)
-            << ", \"isExpense\": " << jsonTruth(transaction->isExpense)
-            << ", \"planPrimaryKey\": " << jsonText(transaction->planPrimaryKey)
-            << ", \"isSinglePlan\": " << jsonTruth(transaction->isSinglePlan)
+            << ", \"imageName\": " << jsonString(transaction->imageName)
+            << ", \"amount\": " << jsonString(transaction->amount)
+            << ", \"isIncome\": " << jsonBoolean(transaction->isIncome)
+            << ", \"isExpense\": " << jsonBoolean(transaction->isExpense)
+            << ", \"planPrimaryKey\": " << jsonString(transaction->planPrimaryKey)
+            << ", \"isSinglePlan\": " << jsonBoolean(transaction->isSinglePlan)
             << ", \"index\": " << transaction->index
-            << ", \"isOverdue\": " << jsonTruth(transaction->isOverdue()) << '}';
+            << ", \"isOverdue\": " << jsonBoolean(transaction->isOverdue()) << '}';
         separator = ",\n  ";
     }
     out << (transactions.empty() ? "]}\n" : "\n]}\n");
@@ -68,7 +69,7 @@ int list(const Options& options, Streams& streams) {
     if (const auto* fault = std::get_if<exchange::FeedFault>(&reading))
         return failed(streams, exchange::feedFile(containerPath()), exchange::describe(*fault));
     const auto& transactions = std::get<Transactions>(reading);
-    // Numbered as the widget's controller numbers its list.
+    // The widget's controller numbers its transactions in the same way.
     for (std::size_t index = 0; index < transactions.size(); ++index)
         transactions[index]->index = static_cast<std::int64_t>(index);
     const std::int64_t shown = count.shownOutOf(static_cast<std::int64_t>(transactions.size()));

@@ -15,7 +15,7 @@ namespace ctl {
 
 namespace {
 
-// Within these seconds (years 1 to 9999) a moment is written as a date.
+// The first and the last second of the years 1 to 9999, whose moments are written as dates.
 constexpr double firstMoment = -62135596800;
 constexpr double lastMoment = 253402300799;
 
@@ -28,7 +28,7 @@ std::int64_t offsetAt(const QTimeZone& timeZone, std::int64_t seconds) {
     return timeZone.offsetFromUtc(QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC));
 }
 
-// The offset in force a day before decides, unless the clocks have changed since and the new one fits.
+// The UTC offset of the day before applies, unless only that of the day after yields this wall time.
 std::int64_t momentOfWallTime(QDate date, QTime time) {
     constexpr std::int64_t day = 86400;
     const QTimeZone timeZone = zone();

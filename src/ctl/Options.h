@@ -9,10 +9,10 @@
 
 namespace ctl {
 
-// The command line: options, which may stand anywhere, and the words of the command. "--" ends the options.
+// The command line of the companion. Options may be anywhere before the argument "--".
 struct Options {
-    std::string containers; // --containers; empty where it is not given
-    std::string to;         // --to; likewise
+    std::string containers; // the value of --containers; empty without that option
+    std::string to;         // the value of --to; empty without that option
     bool json = false;
     bool version = false;
     bool help = false;
@@ -22,7 +22,7 @@ struct Options {
 // The options that the companion takes, for its help text.
 [[nodiscard]] std::span<const platform::CommandLineOption> knownOptions();
 
-// The options, or a sentence that says what is wrong with them.
+// The options, or an error message.
 [[nodiscard]] std::variant<Options, std::string> parseOptions(const std::vector<std::string>& arguments);
 
 } // namespace ctl

@@ -1,6 +1,5 @@
 #include "ctl/PlistCommand.h"
 
-#include "ctl/Commands.h"
 #include "ctl/TypedJson.h"
 #include "platform/plist/Reader.h"
 #include "platform/plist/Writer.h"

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ctl/Options.h"
 #include "ctl/Report.h"
 
 #include <string>
@@ -8,10 +9,12 @@ namespace ctl {
 
 enum class PlistFormat { Json, Xml };
 
-// plist FILE [--to json|xml]: any property list, as JSON in which every kind of value can be told from every
-// other, or in the XML form. "-" is standard input. A list that is refused, or that has no XML form, fails
-// with one line that names the file, the line or (in a binary list) the offset of the fault, and what is
-// wrong.
+// Prints a property list of any form, as typed JSON or in the XML form, and returns the exit status. "-" is
+// standard input. The error message for a list that cannot be read names the file, the place (a line, or an
+// offset in a binary list) and what is wrong. A list without an XML form is an error for that format.
 [[nodiscard]] int showPlist(const std::string& path, PlistFormat format, Streams& streams);
+
+// plist FILE [--to json|xml]: the same with the arguments of the command line; JSON is the default.
+[[nodiscard]] int plistFile(const Options& options, Streams& streams);
 
 } // namespace ctl

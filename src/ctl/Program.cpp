@@ -1,6 +1,11 @@
 #include "ctl/Program.h"
 
-#include "ctl/Commands.h"
+#include "ctl/ActCommand.h"
+#include "ctl/ConsumeCommand.h"
+#include "ctl/ListCommand.h"
+#include "ctl/PlistCommand.h"
+#include "ctl/PublishCommand.h"
+#include "ctl/SettingsCommand.h"
 #include "exchange/GroupIdentifiers.h"
 #include "platform/storage/GroupContainers.h"
 

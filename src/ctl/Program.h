@@ -7,8 +7,8 @@
 
 namespace ctl {
 
-// Does what the arguments (without the program's name) ask for and gives the exit status: 0 done, 1 the thing
-// asked for failed, 2 wrong usage.
+// Runs the command that the arguments (without the program's name) ask for. Returns the exit status: 0 done,
+// 1 the command failed, 2 wrong usage.
 [[nodiscard]] int run(const std::vector<std::string>& arguments, Streams& streams);
 
 } // namespace ctl

@@ -1,10 +1,10 @@
-#include "ctl/Commands.h"
+#include "ctl/PublishCommand.h"
+
 #include "ctl/Host.h"
 #include "ctl/JsonReader.h"
 #include "ctl/Moments.h"
 #include "exchange/FeedReader.h"
 #include "exchange/SharedFiles.h"
-#include "platform/plist/Reader.h"
 #include "platform/plist/Writer.h"
 #include "platform/storage/Files.h"
 
@@ -36,7 +36,8 @@ std::string recordName(std::size_t index) {
 
 constexpr std::string_view dateKey = exchange::feedKeys[static_cast<std::size_t>(exchange::FeedKey::Date)];
 
-// Turns the texts that stand for dates to the numbers that the feed holds. A sentence where one is no date.
+// Replaces each date that is a string by the number that the feed holds. Returns an error message where a
+// string is not a date, otherwise an empty string.
 std::string readDates(plist::Array& records) {
     for (std::size_t index = 0; index < records.size(); ++index) {
         const plist::Dictionary* object = records[index].dictionary();
@@ -53,7 +54,7 @@ std::string readDates(plist::Array& records) {
     return {};
 }
 
-// Whether the widget could read every record of a feed: the fault over which it would end.
+// The fault at which the widget would end when it reads a feed with these bytes.
 std::optional<exchange::FeedFault> faultIn(const std::string& bytes) {
     constexpr double noLimit = std::numeric_limits<double>::infinity();
     const exchange::FeedReading reading = exchange::transactionsOfFeed(bytes, noLimit);
@@ -61,8 +62,8 @@ std::optional<exchange::FeedFault> faultIn(const std::string& bytes) {
     return fault ? std::optional(*fault) : std::nullopt;
 }
 
-// The first value that has no XML form, in words.
-std::string unwritable(const plist::Array& records) {
+// Says where the null is because of which the records have no XML form.
+std::string describeUnwritable(const plist::Array& records) {
     const auto isUnwritable = [](const plist::Value& value) { return !plist::writeXml(value); };
     const auto found = std::find_if(records.begin(), records.end(), isUnwritable);
     const std::string record = recordName(static_cast<std::size_t>(found - records.begin()));
@@ -72,10 +73,6 @@ std::string unwritable(const plist::Array& records) {
     const auto entry = std::find_if(object->begin(), object->end(),
                                     [&](const auto& candidate) { return isUnwritable(candidate.second); });
     return record + ": \"" + (*entry).first + "\" holds a null, which a property list cannot";
-}
-
-bool isReadable(const std::string& bytes) {
-    return std::holds_alternative<plist::Value>(plist::read(bytes));
 }
 
 int writeFeed(const std::string& bytes, Streams& streams) {
@@ -113,9 +110,7 @@ int publish(const Options& options, Streams& streams) {
         return failed(streams, place, fault);
     const std::optional<std::string> bytes = plist::writeXml(plist::Value(records));
     if (!bytes)
-        return failed(streams, place, unwritable(records));
-    if (!isReadable(*bytes))
-        return failed(streams, place, "a text holds a character that a property list cannot");
+        return failed(streams, place, describeUnwritable(records));
     if (const auto fault = faultIn(*bytes))
         return failed(streams, place, exchange::describe(*fault));
     return writeFeed(*bytes, streams);

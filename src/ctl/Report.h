@@ -5,7 +5,7 @@
 
 namespace ctl {
 
-// Where a command reads and writes: the process's standard streams, or a test's.
+// Where a command reads and writes: the process's standard streams, or those of a test.
 struct Streams {
     std::istream& in;
     std::ostream& out;
@@ -15,11 +15,11 @@ struct Streams {
 // The exit statuses of the program.
 enum ExitStatus : int { Done = 0, Failed = 1, Misused = 2 };
 
-// Says on one line of standard error what failed, and gives the exit status for it. The place is a file, with
-// what more is known of where in it; it may be empty.
+// Writes an error message of one line to standard error and returns Failed. The place is a file, with the
+// line or the record if known; it may be empty.
 [[nodiscard]] int failed(Streams& streams, std::string_view place, std::string_view sentence);
 
-// Likewise for wrong usage.
+// Writes an error message about wrong usage to standard error and returns Misused.
 [[nodiscard]] int misused(Streams& streams, std::string_view sentence);
 
 } // namespace ctl

@@ -1,4 +1,5 @@
-#include "ctl/Commands.h"
+#include "ctl/SettingsCommand.h"
+
 #include "ctl/Host.h"
 #include "ctl/Json.h"
 #include "exchange/SharedSettings.h"
@@ -15,21 +16,21 @@ using platform::SharedDefaults;
 
 constexpr const char* cannotOpen = "the shared settings are no dictionary";
 
-enum class SettingType { Text, Integer, Real };
+enum class SettingType { String, Integer, Real };
 
-// The known keys have fixed types; any other key is text.
+// The known keys have values of a fixed type. The value of any other key is a string.
 SettingType typeOf(const std::string& key) {
     if (key == "show_transactions_count" || key == "notification_days_count")
         return SettingType::Integer;
-    return key == "edit_transaction_date" ? SettingType::Real : SettingType::Text;
+    return key == "edit_transaction_date" ? SettingType::Real : SettingType::String;
 }
 
-bool isText(const std::string& bytes) {
+bool isUtf8(const std::string& bytes) {
     const QString text = exchange::textFromUtf8(bytes);
     return text.isValidUtf16() && exchange::utf8FromText(text) == bytes;
 }
 
-// A sentence where the value is none for that key.
+// Sets the value. Returns an error message where the key does not take it, otherwise an empty string.
 std::string assign(SharedDefaults& defaults, const std::string& key, const std::string& value) {
     switch (typeOf(key)) {
     case SettingType::Integer:
@@ -44,10 +45,10 @@ std::string assign(SharedDefaults& defaults, const std::string& key, const std::
         else
             return key + " takes a number";
         return {};
-    case SettingType::Text:
+    case SettingType::String:
         break;
     }
-    if (!isText(key) || !isText(value))
+    if (!isUtf8(key) || !isUtf8(value))
         return "a setting's key and value are UTF-8";
     defaults.setString(key, value);
     return {};

@@ -9,20 +9,20 @@ namespace ctl {
 
 namespace {
 
-// Gives the letters of the universal character set their widths, whatever locale the process runs in.
-class UniversalWidths final {
+// The widths of Unicode characters, whatever locale the process runs in.
+class UnicodeWidths final {
 public:
-    UniversalWidths()
+    UnicodeWidths()
         : locale_(newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr))
         , previous_(locale_ ? uselocale(locale_) : nullptr) {}
-    ~UniversalWidths() {
+    ~UnicodeWidths() {
         if (!locale_)
             return;
         uselocale(previous_);
         freelocale(locale_);
     }
-    UniversalWidths(const UniversalWidths&) = delete;
-    UniversalWidths& operator=(const UniversalWidths&) = delete;
+    UnicodeWidths(const UnicodeWidths&) = delete;
+    UnicodeWidths& operator=(const UnicodeWidths&) = delete;
 
     [[nodiscard]] std::size_t of(char32_t character) const {
         const int width = locale_ ? wcwidth(static_cast<wchar_t>(character)) : 1;
@@ -65,7 +65,7 @@ std::string terminalText(std::string_view text) {
 }
 
 std::size_t displayWidth(std::string_view text) {
-    const UniversalWidths widths;
+    const UnicodeWidths widths;
     std::size_t width = 0;
     for (const char32_t character :
          QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())).toStdU32String())

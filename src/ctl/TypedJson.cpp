@@ -73,7 +73,7 @@ private:
         for (const auto& entry : entries) {
             if (&entry != &entries.front())
                 json_ += ',';
-            json_ += asciiJsonText(entry.first) + ':';
+            json_ += asciiJsonString(entry.first) + ':';
             write(*entry.second);
         }
         json_ += "}}";
@@ -103,7 +103,7 @@ void TypedJsonWriter::write(const plist::Value& value) {
         json_ += tagged("data", quoted(hexadecimal(value.data()->bytes)));
         return;
     case plist::Kind::String:
-        json_ += asciiJsonText(exchange::textFromUtf8(*value.string()));
+        json_ += asciiJsonString(exchange::textFromUtf8(*value.string()));
         return;
     case plist::Kind::Array:
         return writeArray(*value.array());

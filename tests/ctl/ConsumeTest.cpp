@@ -164,7 +164,7 @@ TEST_F(ConsumeFlushTest, keepsWhatIsLoggedMeanwhile) {
     EXPECT_FALSE(std::filesystem::exists(path("-/actions.xml.aside")));
 }
 
-TEST_F(ConsumeFlushTest, leavesRecordsThatAnotherPutInTheirPlace) {
+TEST_F(ConsumeFlushTest, keepsRecordsThatAnotherProcessHasWritten) {
     write("-/actions.xml", arrayFile(logged(1, "a", "1", 0)));
     const std::string other = arrayFile(logged(1, "b", "2", 0));
     Sink sink;
@@ -176,7 +176,7 @@ TEST_F(ConsumeFlushTest, leavesRecordsThatAnotherPutInTheirPlace) {
     EXPECT_EQ(read("-/actions.xml.aside"), other);
 }
 
-TEST_F(ConsumeTest, handsOutFirstWhatAnEndedRunHadTaken) {
+TEST_F(ConsumeTest, printsFirstWhatAnInterruptedRunHasLeft) {
     write("-/actions.xml.aside", arrayFile(logged(1, "a", "1", 0)));
     write("-/actions.xml", arrayFile(logged(1, "b", "2", 0)));
     EXPECT_EQ(run({"consume"}), 0) << err;
@@ -184,14 +184,14 @@ TEST_F(ConsumeTest, handsOutFirstWhatAnEndedRunHadTaken) {
     EXPECT_TRUE(isEmptied());
 }
 
-TEST_F(ConsumeTest, handsOutWhatAnEndedRunHadTakenAlsoWithoutANewLog) {
+TEST_F(ConsumeTest, printsWhatAnInterruptedRunHasLeftAlsoWithoutANewLog) {
     write("-/actions.xml.aside", arrayFile(logged(1, "a", "1", 0)));
     EXPECT_EQ(run({"consume"}), 0) << err;
     EXPECT_EQ(out, "1970-01-01 00:00  paid           a\n");
     EXPECT_TRUE(isEmptied());
 }
 
-TEST_F(ConsumeTest, leavesTakenRecordsThatCannotBeReadAndTheLogToo) {
+TEST_F(ConsumeTest, keepsARenamedLogThatCannotBeReadAndTheLogToo) {
     write("-/actions.xml.aside", "garbage <");
     write("-/actions.xml", arrayFile(logged(1, "b", "2", 0)));
     const std::string before = log();
@@ -239,7 +239,7 @@ private:
     int left_;
 };
 
-TEST_F(ConsumeTest, endedAtAnyMomentHandsOutEachRecordAtLeastOnce) {
+TEST_F(ConsumeTest, printsEachRecordAtLeastOnceWhereverItIsInterrupted) {
     const std::string both = "1970-01-01 00:00  paid           a\n1970-01-01 00:00  paid           b\n";
     int moments = 0;
     for (bool isDone = false; !isDone; ++moments) {

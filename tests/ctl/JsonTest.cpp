@@ -138,9 +138,9 @@ TEST(JsonTest, writesNumbersWithTheFewestDigitsThatReadBack) {
 }
 
 TEST(JsonTest, escapesWhatCannotStandInAText) {
-    EXPECT_EQ(jsonText(QStringLiteral("a\"\\\n\x1b\x7f€")), "\"a\\\"\\\\\\u000a\\u001b\\u007f€\"");
-    EXPECT_EQ(jsonText(QString::fromUtf8("🏠")), "\"🏠\"");
-    EXPECT_EQ(jsonText(QString(QChar(0xD83C)) + u'x'), "\"\\ud83cx\"");
+    EXPECT_EQ(jsonString(QStringLiteral("a\"\\\n\x1b\x7f€")), "\"a\\\"\\\\\\u000a\\u001b\\u007f€\"");
+    EXPECT_EQ(jsonString(QString::fromUtf8("🏠")), "\"🏠\"");
+    EXPECT_EQ(jsonString(QString(QChar(0xD83C)) + u'x'), "\"\\ud83cx\"");
 }
 
 TEST(JsonTest, writesValuesThatReadBack) {

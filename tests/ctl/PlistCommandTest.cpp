@@ -91,7 +91,7 @@ TEST(PlistCommand, failsForASetThatHasNoXmlForm) {
     EXPECT_EQ(show(lists + "input/1325_bin_set.bplist").out, "{\"set\":1}\n");
 }
 
-TEST(PlistCommand, failsForAListThatGrowsBeyondAllMeasure) {
+TEST(PlistCommand, failsForAListThatIsTooLargeWhenWrittenOut) {
     for (const PlistFormat format : {PlistFormat::Json, PlistFormat::Xml}) {
         const Answer answer = show(lists + "input/1383_bin_bomb_100.bplist", format);
         EXPECT_EQ(answer.status, ctl::Failed);

@@ -1,4 +1,5 @@
 #include "ctl/CtlTest.h"
+#include "platform/plist/Reader.h"
 
 #include <filesystem>
 #include <fstream>
@@ -6,6 +7,7 @@
 namespace ctl {
 namespace {
 
+namespace plist = platform::plist;
 using namespace exchange;
 
 const std::string rest = R"("name": "Rent", "image": "house", "amount": "$ 900", "income": false, )"
@@ -55,6 +57,22 @@ TEST_F(PublishTest, takesDatesAsTextsInTheLocalTimeZone) {
 TEST_F(PublishTest, keepsAWholeNumberAnInteger) {
     EXPECT_EQ(run({"publish", "-"}, "[" + objectDated("1773165600") + "]"), 0);
     EXPECT_NE(feed().find("<integer>1773165600</integer>"), std::string::npos) << feed();
+}
+
+TEST_F(PublishTest, takesEveryCharacterOfAString) {
+    const std::string note = R"("note": "\u0000\u0001\r\u001f\u007f\ufeff\uffff")";
+    EXPECT_EQ(run({"publish", "-"}, "[{\"date\": 1, " + note + ", " + rest + "}]"), 0) << err;
+    const std::string bytes = feed();
+    const auto value = plist::read(bytes);
+    const plist::Dictionary& record = *std::get<plist::Value>(value).array()->front().dictionary();
+    EXPECT_EQ(*record.find("note"),
+              plist::Value(std::string("\0\x01\r\x1f\x7f\xEF\xBB\xBF\xEF\xBF\xBF", 11)));
+}
+
+TEST_F(PublishTest, takesContainersNestedAsDeeplyAsJsonAllows) {
+    const std::string note = "\"note\": " + std::string(499, '[') + std::string(499, ']');
+    EXPECT_EQ(run({"publish", "-"}, "[{\"date\": 1, " + note + ", " + rest + "}]"), 0) << err;
+    EXPECT_TRUE(std::holds_alternative<plist::Value>(plist::read(feed())));
 }
 
 TEST_F(PublishTest, makesTheContainerAndReadsAFile) {

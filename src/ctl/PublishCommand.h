@@ -1,0 +1,13 @@
+#pragma once
+
+#include "ctl/Options.h"
+#include "ctl/Report.h"
+
+namespace ctl {
+
+// publish FILE.json: writes an array of objects, which have the feed's keys, as the feed. "-" is standard
+// input. A missing container is made. Input at which the widget would end is refused. Returns the exit
+// status.
+[[nodiscard]] int publish(const Options& options, Streams& streams);
+
+} // namespace ctl

@@ -8,6 +8,7 @@
 #include "exchange/SharedFiles.h"
 #include "exchange/SharedSettings.h"
 #include "platform/plist/Writer.h"
+#include "platform/storage/ClaimedFile.h"
 #include "platform/storage/Files.h"
 
 #include <cstdint>
@@ -61,23 +62,23 @@ std::string recordText(const plist::Value& value) {
            terminalText(*key->string());
 }
 
-// Prints the records of a renamed log, then removes that file and leaves an empty log. The file is removed
+// Prints the records of a claimed log, then removes that file and leaves an empty log. The file is removed
 // after the output has left this process, so that a process that is killed in between prints a record twice
 // rather than never.
 int printAndRemove(const Options& options, Streams& streams, const std::string& log,
-                   const std::string& renamed) {
-    const std::optional<plist::Array> records = exchange::arrayFromFile(renamed);
+                   const std::string& claimed) {
+    const std::optional<plist::Array> records = exchange::arrayFromFile(claimed);
     if (!records)
-        return failed(streams, renamed, "no array of records can be read");
+        return failed(streams, claimed, "no array of records can be read");
     for (const plist::Value& record : *records)
         streams.out << (options.json ? jsonValue(record) : recordText(record)) << '\n';
     streams.out.flush();
     if (!streams.out)
-        return failed(streams, "standard output", "it cannot be written; the records are kept in " + renamed);
-    if (exchange::arrayFromFile(renamed) != records)
-        return failed(streams, renamed, "another process has changed the records; they are kept");
-    if (platform::replaceAside(log, *plist::writeXml(plist::Value(plist::Array()))))
-        return failed(streams, renamed, "the records cannot be removed");
+        return failed(streams, "standard output", "it cannot be written; the records are kept in " + claimed);
+    if (exchange::arrayFromFile(claimed) != records)
+        return failed(streams, claimed, "another process has changed the records; they are kept");
+    if (platform::replaceClaimedFile(log, *plist::writeXml(plist::Value(plist::Array()))))
+        return failed(streams, claimed, "the records cannot be removed");
     return Done;
 }
 
@@ -90,12 +91,12 @@ int consume(const Options& options, Streams& streams) {
         return failed(streams, containerPath(), "there is no container");
     const std::string log =
         exchange::actionLogFile(exchange::accountFolder(containerPath(), exchange::accountKey()));
-    const std::optional<std::string> renamed = platform::pathAside(log);
-    if (!renamed)
+    const std::optional<std::string> claimed = platform::claimedPath(log);
+    if (!claimed)
         return platform::fileExists(log) ? failed(streams, log, "the log's folder cannot be opened") : Done;
     // An interrupted run has left its records.
-    if (platform::fileExists(*renamed))
-        if (const int status = printAndRemove(options, streams, log, *renamed); status != Done)
+    if (platform::fileExists(*claimed))
+        if (const int status = printAndRemove(options, streams, log, *claimed); status != Done)
             return status;
     if (!platform::fileExists(log))
         return Done;
@@ -106,9 +107,9 @@ int consume(const Options& options, Streams& streams) {
         return Done;
     // After the renaming the widget appends to a new file, so that no action is lost. If it has read the log
     // before and writes it afterwards, those records are printed twice.
-    if (platform::setAside(log))
-        return failed(streams, log, "the log cannot be renamed");
-    return printAndRemove(options, streams, log, *renamed);
+    if (platform::claimFile(log))
+        return failed(streams, log, "the log cannot be claimed");
+    return printAndRemove(options, streams, log, *claimed);
 }
 
 } // namespace ctl

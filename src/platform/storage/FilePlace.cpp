@@ -9,10 +9,6 @@ namespace platform {
 
 namespace {
 
-std::error_code errorOf(std::errc error) {
-    return std::make_error_code(error);
-}
-
 std::size_t lengthOfFolder(const std::string& path) {
     const std::size_t slash = path.rfind('/');
     return slash == std::string::npos ? 0 : slash + 1;
@@ -32,14 +28,14 @@ std::error_code followLinks(std::string& path) {
         path.erase(destination.substr(0, 1) == "/" ? 0 : lengthOfFolder(path));
         path.append(destination);
     }
-    return errorOf(std::errc::too_many_symbolic_link_levels);
+    return make_error_code(std::errc::too_many_symbolic_link_levels);
 }
 
 } // namespace
 
 std::error_code FilePlace::find(const std::string& path) {
     if (path.empty() || holdsNul(path))
-        return errorOf(std::errc::invalid_argument);
+        return make_error_code(std::errc::invalid_argument);
     std::string target = path;
     if (const auto error = followLinks(target))
         return error;
@@ -47,7 +43,7 @@ std::error_code FilePlace::find(const std::string& path) {
     folderPath_ = split == 0 ? "." : target.substr(0, split);
     name_ = target.substr(split);
     if (name_.empty())
-        return errorOf(std::errc::is_a_directory);
+        return make_error_code(std::errc::is_a_directory);
     folder_.emplace(retryInterrupted([&] {
         return FileSystemCalls::current().open(folderPath_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     }));

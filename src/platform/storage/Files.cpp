@@ -11,10 +11,6 @@ namespace platform {
 
 namespace {
 
-std::error_code errorOf(std::errc error) {
-    return std::make_error_code(error);
-}
-
 // A thousand times the largest feed that anyone keeps; a file beyond it is a fault, which must not take all
 // memory with it.
 constexpr std::size_t largestFile = std::size_t{1} << 30;
@@ -37,13 +33,13 @@ std::error_code readAll(int file, std::size_t expected, std::string& bytes) {
         if (count == 0)
             return {};
         if (bytes.size() > largestFile)
-            return errorOf(std::errc::file_too_large);
+            return make_error_code(std::errc::file_too_large);
     }
 }
 
 std::error_code readRegularFile(const std::string& path, std::string& bytes) {
     if (holdsNul(path))
-        return errorOf(std::errc::invalid_argument);
+        return make_error_code(std::errc::invalid_argument);
     FileSystemCalls& calls = FileSystemCalls::current();
     // Not blocking: opening a fifo would otherwise wait for a writer.
     const OpenFile file(retryInterrupted(
@@ -54,15 +50,15 @@ std::error_code readRegularFile(const std::string& path, std::string& bytes) {
     if (calls.statusOf(file.number(), &status) != 0)
         return lastError();
     if (S_ISDIR(status.st_mode))
-        return errorOf(std::errc::is_a_directory);
+        return make_error_code(std::errc::is_a_directory);
     if (!S_ISREG(status.st_mode))
-        return errorOf(std::errc::invalid_argument);
+        return make_error_code(std::errc::invalid_argument);
     if (status.st_size > static_cast<off_t>(largestFile))
-        return errorOf(std::errc::file_too_large);
+        return make_error_code(std::errc::file_too_large);
     try {
         return readAll(file.number(), static_cast<std::size_t>(status.st_size), bytes);
     } catch (const std::bad_alloc&) {
-        return errorOf(std::errc::not_enough_memory);
+        return make_error_code(std::errc::not_enough_memory);
     }
 }
 
@@ -92,7 +88,7 @@ std::optional<std::string> readFile(const std::string& path, std::error_code* er
 
 std::error_code makeFolders(const std::string& path) {
     if (path.empty() || holdsNul(path))
-        return errorOf(std::errc::invalid_argument);
+        return make_error_code(std::errc::invalid_argument);
     FileSystemCalls& calls = FileSystemCalls::current();
     if (isFolder(path) || calls.makeFolder(path.c_str()) == 0)
         return {};
@@ -107,7 +103,7 @@ std::error_code makeFolders(const std::string& path) {
     }
     // Something stands there: a folder that was made meanwhile, or no folder.
     if (error == std::errc::file_exists)
-        return isFolder(path) ? std::error_code{} : errorOf(std::errc::not_a_directory);
+        return isFolder(path) ? std::error_code{} : make_error_code(std::errc::not_a_directory);
     return error;
 }
 

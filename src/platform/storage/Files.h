@@ -22,17 +22,6 @@ namespace platform {
 // the folder, the new one stands, though perhaps not after a crash.
 [[nodiscard]] std::error_code replaceFile(const std::string& path, std::string_view bytes);
 
-// Takes a file away from those who write it, in one step: gives it a name beside its own, in place of
-// whatever had that, and fsyncs the folder. A link is followed to the file it names and stays. Who finds a
-// file aside finds what an earlier one took and did not come to remove.
-[[nodiscard]] std::error_code setAside(const std::string& path);
-// Ends that: puts these bytes where the file was, with its owner and mode, unless another has written one
-// there since; then removes the file aside.
-[[nodiscard]] std::error_code replaceAside(const std::string& path, std::string_view bytes);
-// Where a file is when it is set aside, whether or not it is there now; none where its folder cannot be
-// opened.
-[[nodiscard]] std::optional<std::string> pathAside(const std::string& path);
-
 // Makes a folder and those above it, with the modes that the umask leaves. An existing folder is no error.
 [[nodiscard]] std::error_code makeFolders(const std::string& path);
 

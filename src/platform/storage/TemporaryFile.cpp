@@ -110,7 +110,7 @@ std::error_code TemporaryFile::takePlaceOf(const std::string& name) {
     return {};
 }
 
-std::error_code TemporaryFile::takeFreePlace(const std::string& name) {
+std::error_code TemporaryFile::takeFreeName(const std::string& name) {
     FileSystemCalls& calls = FileSystemCalls::current();
     if (calls.link(folder_, name_.c_str(), name.c_str()) != 0 && errno != EEXIST)
         return lastError();

@@ -30,7 +30,7 @@ public:
 
     [[nodiscard]] std::error_code takePlaceOf(const std::string& name);
     // Takes a name that is free; what stands there stays, which is no error.
-    [[nodiscard]] std::error_code takeFreePlace(const std::string& name);
+    [[nodiscard]] std::error_code takeFreeName(const std::string& name);
 
 private:
     [[nodiscard]] std::error_code setOwnerAndMode(const struct stat& old);

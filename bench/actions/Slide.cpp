@@ -3,7 +3,7 @@
 #include "Container.h"
 #include "Figures.h"
 #include "center/Panel.h"
-#include "platform/system/ManualMainQueue.h"
+#include "support/ManualMainQueue.h"
 
 #include <QApplication>
 
@@ -72,7 +72,7 @@ private:
             fail("a frame was painted " + std::to_string(painted_.count - before) + " times");
     }
 
-    platform::ManualMainQueue queue_;
+    support::ManualMainQueue queue_;
     center::Panel panel_;
     PaintCount painted_;
 };

@@ -2,10 +2,10 @@
 
 #include "center/Snapshot.h"
 #include "platform/system/Clock.h"
-#include "platform/system/ManualMainQueue.h"
 #include "support/Application.h"
 #include "support/Containers.h"
 #include "support/Events.h"
+#include "support/ManualMainQueue.h"
 
 #include <gtest/gtest.h>
 
@@ -76,7 +76,7 @@ protected:
 
     support::Containers containers;
     platform::ManualClock clock{now};
-    platform::ManualMainQueue queue;
+    support::ManualMainQueue queue;
     std::unique_ptr<center::Panel> panel;
     int closed = 0;
 };

@@ -2,7 +2,7 @@
 
 #include "controller/TodayViewController.h"
 #include "exchange/ExchangeTest.h"
-#include "platform/system/ManualMainQueue.h"
+#include "support/ManualMainQueue.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -79,7 +79,7 @@ protected:
     // Opens a row and clicks one of its buttons.
     void act(std::size_t number, Action action);
 
-    platform::ManualMainQueue queue;
+    support::ManualMainQueue queue;
     std::shared_ptr<TodayViewController> controller;
     std::vector<std::string> opened; // the URLs
     bool followsPreferredHeight = true;

@@ -4,7 +4,7 @@
 #include "center/Snapshot.h"
 #include "platform/storage/GroupContainers.h"
 #include "platform/system/Clock.h"
-#include "platform/system/ManualMainQueue.h"
+#include "support/ManualMainQueue.h"
 
 #include <QApplication>
 
@@ -22,7 +22,7 @@ struct Scene {
 };
 
 // Brings the widget into a state as a user would, with all animations at their end.
-void arrange(TodayViewController& controller, platform::ManualMainQueue& queue, const Scene& scene) {
+void arrange(TodayViewController& controller, support::ManualMainQueue& queue, const Scene& scene) {
     if (scene.state == "rest")
         return;
     if (scene.state == "all")
@@ -61,7 +61,7 @@ int main(int argc, char** argv) {
     center::installLanguage();
     platform::GroupContainers::setFolder(argv[1]);
     const platform::ManualClock clock(std::strtod(argv[5], nullptr));
-    platform::ManualMainQueue queue;
+    support::ManualMainQueue queue;
 
     center::Panel panel(center::Backdrop::RoundTranslucent, center::Height::OfContent, snapshot.width);
     panel.load();

@@ -7,7 +7,7 @@
 namespace platform {
 
 // Work deferred on the main thread, and the one source of time for animations. Nothing cancels deferred work.
-// Tests put a ManualMainQueue in its place, where time stands until it is moved.
+// Tests put a queue of their own in its place.
 class MainQueue {
 public:
     using Duration = std::chrono::nanoseconds;

@@ -1,8 +1,8 @@
 #include "platform/views/AnimationGroup.h"
 
-#include "platform/system/ManualMainQueue.h"
 #include "platform/views/LayoutConstraint.h"
 #include "platform/views/View.h"
+#include "support/ManualMainQueue.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,8 +13,8 @@
 using namespace std::chrono_literals;
 using platform::AnimationGroup;
 using platform::LayoutConstraint;
-using platform::ManualMainQueue;
 using platform::View;
+using support::ManualMainQueue;
 using testing::ElementsAre;
 
 namespace {

@@ -2,10 +2,10 @@
 
 #include "platform/views/TableView.h"
 
-#include "platform/system/ManualMainQueue.h"
 #include "platform/views/ScrollView.h"
 #include "support/Application.h"
 #include "support/Events.h"
+#include "support/ManualMainQueue.h"
 
 #include <QPainter>
 
@@ -110,7 +110,7 @@ protected:
     double top(const std::string& name) { return rows.view(name)->frame().y(); }
     bool isShown(const std::string& name) { return rows.view(name)->superview() == &table; }
 
-    platform::ManualMainQueue queue;
+    support::ManualMainQueue queue;
     Rows rows;
     View root;
     TableView table;

@@ -3,10 +3,10 @@
 #include "views/controls/TodayActionSheetView.h"
 
 #include "platform/images/BundleImages.h"
-#include "platform/system/ManualMainQueue.h"
 #include "platform/views/InterfaceFile.h"
 #include "support/Application.h"
 #include "support/Events.h"
+#include "support/ManualMainQueue.h"
 #include "views/controls/InterfaceFiles.h"
 
 #include <QFontMetricsF>
@@ -70,7 +70,7 @@ protected:
     void click(std::size_t place) { support::click(*buttons()[place]); }
     void showWindow() { support::showWindow(root, 320, 245); }
 
-    platform::ManualMainQueue queue;
+    support::ManualMainQueue queue;
     View root;
     std::shared_ptr<Receiver> receiver = std::make_shared<Receiver>();
     std::shared_ptr<TodayActionSheetView> sheet;

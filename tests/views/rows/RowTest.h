@@ -2,11 +2,11 @@
 
 #include "model/TodayTransaction.h"
 #include "platform/system/Clock.h"
-#include "platform/system/ManualMainQueue.h"
 #include "platform/system/Region.h"
 #include "platform/views/View.h"
 #include "support/Containers.h"
 #include "support/Environment.h"
+#include "support/ManualMainQueue.h"
 #include "support/Moments.h"
 #include "views/rows/TodayAddTableCellView.h"
 #include "views/rows/TodayTableCellView.h"
@@ -68,7 +68,7 @@ protected:
     support::Containers containers;
     // The processes of death tests, which end without cleaning up, make their folders in this test's.
     support::EnvironmentVariable temporaryFolder{"TMPDIR", containers.folder().path()};
-    platform::ManualMainQueue queue;
+    support::ManualMainQueue queue;
     platform::ManualClock clock{now};
     platform::RegionOverride region{{"en_US", "UTC"}};
 };

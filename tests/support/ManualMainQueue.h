@@ -6,12 +6,11 @@
 
 #include <cstddef>
 
-namespace platform {
+namespace support {
 
-// A main queue whose time moves only when it is told to; in force for as long as it lives, then the one
-// before it is again. Work runs in the order of its due times (equal ones in the order of their making),
-// ticks come before work that is due at the same time.
-class ManualMainQueue final : public MainQueue {
+// A main queue whose time stands still until the test advances it. It replaces the current queue for as long
+// as it lives.
+class ManualMainQueue final : public platform::MainQueue {
 public:
     ManualMainQueue();
     ~ManualMainQueue() override;
@@ -22,16 +21,16 @@ public:
     [[nodiscard]] std::unique_ptr<Ticking> animate(Duration duration, Tick tick) override;
     [[nodiscard]] bool isIdle() const override { return work_.isEmpty(); }
 
-    // Moves time on, running all that falls due on the way, also what that work itself defers. Animations
-    // tick whenever work falls due, and at the end.
+    // Advances the time and runs all work that falls due in between, including work that such work defers.
+    // Animations tick whenever work falls due, and at the end of the span.
     void advance(Duration duration);
     [[nodiscard]] std::size_t pendingCount() const { return work_.count(); }
 
 private:
     Duration now_{0};
-    DeferredWork work_;
-    RunningAnimations animations_;
+    platform::DeferredWork work_;
+    platform::RunningAnimations animations_;
     MainQueue* previous_;
 };
 
-} // namespace platform
+} // namespace support

@@ -1,8 +1,8 @@
-#include "platform/system/ManualMainQueue.h"
+#include "support/ManualMainQueue.h"
 
 #include <utility>
 
-namespace platform {
+namespace support {
 
 ManualMainQueue::ManualMainQueue()
     : previous_(setCurrent(this)) {}
@@ -15,7 +15,7 @@ void ManualMainQueue::after(Duration delay, Work work) {
     work_.add(now_, delay, std::move(work));
 }
 
-std::unique_ptr<MainQueue::Ticking> ManualMainQueue::animate(Duration duration, Tick tick) {
+std::unique_ptr<platform::MainQueue::Ticking> ManualMainQueue::animate(Duration duration, Tick tick) {
     return animations_.start(now_, duration, std::move(tick));
 }
 
@@ -33,4 +33,4 @@ void ManualMainQueue::advance(Duration duration) {
     animations_.tickAll(now_);
 }
 
-} // namespace platform
+} // namespace support

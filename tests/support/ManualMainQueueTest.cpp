@@ -1,4 +1,4 @@
-#include "platform/system/ManualMainQueue.h"
+#include "support/ManualMainQueue.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -8,7 +8,7 @@
 
 using namespace std::chrono_literals;
 using platform::MainQueue;
-using platform::ManualMainQueue;
+using support::ManualMainQueue;
 using testing::ElementsAre;
 
 namespace {

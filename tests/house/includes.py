@@ -1,173 +1,100 @@
-#!/usr/bin/env python3
-"""includes.py SOURCE_TREE QT_HEADERS: checks who includes whom in src/ and prints one line for each fault.
+"""Who may include whom in src/. A room is a folder of src/; what the tables do not allow is forbidden."""
 
-A room is a folder of src/. The table says for each room which other rooms and which foreign headers its files may
-include; what it does not say is forbidden. A room that only some may enter by one door is in DOORS.
-"""
-
-import collections
 import pathlib
 import re
-import sys
 
-Room = collections.namedtuple("Room", "rooms foreign")
-
-
-def _room(rooms="", foreign=""):
-    return Room(frozenset(rooms.split()), frozenset(("std " + foreign).split()))
-
-
-_GROUND = "platform/plist platform/system platform/storage platform/images"
-_VIEWS = "platform/views platform/images platform/system"
+_PLATFORM = "platform/plist platform/system platform/storage platform/images "
+_VIEWS = "platform/views platform/images platform/system "
 _WIDGETS = "QtCore QtGui QtWidgets"
 
-ROOMS = {
-    "platform/plist": _room(),
-    "platform/system": _room(foreign="posix icu QtCore"),
-    "platform/storage": _room("platform/plist platform/system", "posix QtCore"),
-    "platform/images": _room(foreign="posix QtCore QtGui"),
-    "platform/views": _room("platform/system platform/images", "fontconfig " + _WIDGETS),
-    "platform/extension": _room("platform/system platform/views", _WIDGETS),
-    "model": _room("platform/system", "QtCore"),
-    "exchange": _room("model " + _GROUND, "QtCore QtGui"),
-    "resources": _room("platform/images platform/views", "QtSvg " + _WIDGETS),
-    "views/controls": _room("model " + _VIEWS, _WIDGETS),
-    "views/rows": _room("views/controls model exchange " + _VIEWS, _WIDGETS),
-    "controller": _room("views/rows views/controls exchange model resources platform/views platform/extension "
-                        + _GROUND, _WIDGETS),
-    "center": _room("controller exchange model resources platform/views platform/extension " + _GROUND,
-                    "posix xcb " + _WIDGETS),
-    "ctl": _room("exchange model " + _GROUND, "posix nlohmann QtCore QtGui"),
-}
+# Room: the other rooms that it may include, and the foreign headers beside those of C++.
+ROOMS = {room: (set(rooms.split()), {"std", *foreign.split()}) for room, rooms, foreign in (
+    ("platform/plist", "", ""),
+    ("platform/system", "", "posix icu QtCore"),
+    ("platform/storage", "platform/plist platform/system", "posix QtCore"),
+    ("platform/images", "", "posix QtCore QtGui"),
+    ("platform/views", "platform/system platform/images", "fontconfig " + _WIDGETS),
+    ("platform/extension", "platform/system platform/views", _WIDGETS),
+    ("model", "platform/system", "QtCore"),
+    ("exchange", "model " + _PLATFORM, "QtCore QtGui"),
+    ("resources", "platform/images platform/views", "QtSvg " + _WIDGETS),
+    ("views/controls", "model " + _VIEWS, _WIDGETS),
+    ("views/rows", "views/controls model exchange " + _VIEWS, _WIDGETS),
+    ("controller", "views/rows views/controls exchange model resources platform/views platform/extension " + _PLATFORM,
+     _WIDGETS),
+    ("center", "controller exchange model resources platform/views platform/extension " + _PLATFORM,
+     "posix xcb " + _WIDGETS),
+    ("ctl", "exchange model " + _PLATFORM, "posix nlohmann QtCore QtGui"),
+)}
 
-# The only operations that a room may name of a class of another room.
-DOORS = {("views/rows", "TodayWidgetLogic"): {"imageByName"}}
+# Room: its private folders. Only its own sources and the headers of these folders include what is in them.
+PRIVATE = {"platform/plist": ("xml", "binary", "ascii", "text")}
 
-STD_HEADERS = frozenset("""
-    algorithm any array atomic barrier bit bitset cassert cctype cerrno cfenv cfloat charconv chrono cinttypes
-    climits clocale cmath compare complex concepts condition_variable coroutine csetjmp csignal cstdarg cstddef
-    cstdint cstdio cstdlib cstring ctime cuchar cwchar cwctype deque exception execution filesystem format
-    forward_list fstream functional future initializer_list iomanip ios iosfwd iostream istream iterator latch
-    limits list locale map memory memory_resource mutex new numbers numeric optional ostream queue random ranges
-    ratio regex scoped_allocator semaphore set shared_mutex source_location span sstream stack stdexcept
-    stop_token streambuf string string_view syncstream system_error thread tuple type_traits typeindex typeinfo
-    unordered_map unordered_set utility valarray variant vector version""".split())
+# Room and class of another room: the operations of the class that the room may call.
+OPERATIONS = {("views/rows", "TodayWidgetLogic"): {"imageByName"}}
 
-_INCLUDE = re.compile(r'^\s*#\s*include\s*(["<])([^">]+)[">]')
-
-
-def includes(text):
-    """The (line number, opening quote, path) of each #include of a source text."""
-    for number, line in enumerate(text.splitlines(), 1):
-        if found := _INCLUDE.match(line):
-            yield number, found[1], found[2]
+_INCLUDE = re.compile(r'^\s*#\s*include\s*(["<])([^">]+)[">]', re.MULTILINE)
+_GENERATED = re.compile(r"ui_\w+\.h|\w+\.moc")
 
 
 def room_of(path):
-    """The room that a path under src/ lies in, or none."""
-    folders = pathlib.PurePosixPath(path).parts[:-1]
-    for length in range(len(folders), 0, -1):
-        if "/".join(folders[:length]) in ROOMS:
-            return "/".join(folders[:length])
+    """The room that a path below src/ lies in, or None."""
+    return next((str(folder) for folder in pathlib.PurePosixPath(path).parents if str(folder) in ROOMS), None)
+
+
+def qt_modules(folder):
+    """The Qt module of each header that is installed in a folder."""
+    return {entry.name: module.name for module in sorted(pathlib.Path(folder).glob("Qt*")) if module.is_dir()
+            for entry in module.iterdir()}
+
+
+def library_of(header, qt):
+    """The library that a foreign header belongs to: std, icu, xcb, fontconfig, nlohmann, a Qt module or posix."""
+    folder, slash, _ = header.partition("/")
+    if slash and (folder in ("unicode", "xcb", "fontconfig", "nlohmann") or folder.startswith("Qt")):
+        return "icu" if folder == "unicode" else folder
+    return qt.get(header) or ("posix" if slash or "." in header else "std")
+
+
+def _is_private_to_another(name, target):
+    owner = room_of(target)
+    folders = [f"{owner}/{folder}/" for folder in PRIVATE.get(owner, ())]
+    if not target.startswith(tuple(folders)) or name.startswith(tuple(folders)):
+        return False
+    return room_of(name) != owner or name.endswith(".h")
+
+
+def _fault(src, name, room, quote, target, qt):
+    """What is wrong with one #include, or None."""
+    if quote == "<":
+        library = library_of(target, qt)
+        return None if library in ROOMS[room][1] else f"{room} may not include <{target}> ({library})"
+    if _GENERATED.fullmatch(target):
+        return None
+    if not any((src / file).is_file() for file in (target, target + ".in")):
+        return f"there is no src/{target} (paths are relative to src/)"
+    if room_of(target) not in ROOMS[room][0] | {room}:
+        return f'{room} may not include {room_of(target)} ("{target}")'
+    if _is_private_to_another(name, target):
+        return f'"{target}" is private to the sources of {room_of(target)}'
     return None
 
 
-class QtHeaders:
-    """Which Qt module a header belongs to, as the installed headers tell."""
-
-    def __init__(self, folder):
-        folder = pathlib.Path(folder)
-        self.modules = {entry.name: module.name for module in sorted(folder.glob("Qt*")) if module.is_dir()
-                        for entry in module.iterdir()}
-
-    def module(self, path):
-        head, slash, _ = path.partition("/")
-        return head if slash and head.startswith("Qt") else self.modules.get(path)
-
-
-def kind_of(path, qt):
-    """What a foreign header belongs to: std, icu, xcb, fontconfig, nlohmann, a Qt module or posix."""
-    if path in STD_HEADERS:
-        return "std"
-    if path.startswith("unicode/"):
-        return "icu"
-    for library in ("xcb", "fontconfig", "nlohmann"):
-        if path.startswith(library + "/"):
-            return library
-    return qt.module(path) or "posix"
-
-
-def _faults_of_file(src, path, qt, edges):
-    name = path.relative_to(src).as_posix()
-    room = room_of(name)
-    if room is None:
-        yield f"src/{name}: lies in no room of the table"
-        return
-    text = path.read_text(encoding="utf-8")
-    for number, quote, target in includes(text):
-        where = f"src/{name}:{number}"
-        if quote == "<":
-            kind = kind_of(target, qt)
-            if kind not in ROOMS[room].foreign:
-                yield f"{where}: {room} may not include <{target}> ({kind})"
-            continue
-        if re.fullmatch(r"(ui_\w+\.h|\w+\.moc)", target):
-            continue
-        if not (src / target).is_file() and not (src / (target + ".in")).is_file():
-            yield f'{where}: there is no src/{target} (paths are relative to src/)'
-            continue
-        other = room_of(target)
-        if other == room:
-            continue
-        edges[room].setdefault(other, where)
-        if other not in ROOMS[room].rooms:
-            yield f'{where}: {room} may not include {other} ("{target}")'
-    for (guest, owner), allowed in DOORS.items():
-        if guest == room:
-            for called in re.findall(rf"\b{owner}::(\w+)", text):
-                if called not in allowed:
-                    yield f"src/{name}: {room} may not call {owner}::{called}"
-
-
-def cycle(edges):
-    """The rooms of one cycle of a graph of rooms (room -> rooms), or none."""
-    done, path = set(), []
-
-    def visit(room):
-        if room in path:
-            return path[path.index(room):] + [room]
-        if room in done:
-            return None
-        path.append(room)
-        for other in edges.get(room, ()):
-            if found := visit(other):
-                return found
-        path.pop()
-        done.add(room)
-        return None
-
-    return next((found for room in list(edges) if (found := visit(room))), None)
-
-
 def faults(tree, qt):
-    """Every fault of a source tree, as lines for people."""
-    src = pathlib.Path(tree) / "src"
-    edges = collections.defaultdict(dict)
+    """The faults of a source tree, one line each. qt is the result of qt_modules."""
+    src = pathlib.Path(tree, "src")
     files = sorted(path for path in src.rglob("*") if path.suffix in (".h", ".cpp"))
     if not files:
         yield f"{src}: no sources"
     for path in files:
-        yield from _faults_of_file(src, path, qt, edges)
-    if found := cycle(edges):
-        yield "the rooms include each other in a circle: " + " -> ".join(found)
-
-
-def main(tree, qt_headers):
-    found = list(faults(tree, QtHeaders(qt_headers)))
-    for line in found:
-        print(line)
-    return 1 if found else 0
-
-
-if __name__ == "__main__":
-    sys.exit(main(*sys.argv[1:]))
+        name, text = path.relative_to(src).as_posix(), path.read_text(encoding="utf-8")
+        room = room_of(name)
+        if room is None:
+            yield f"src/{name}: lies in no room of the table"
+            continue
+        for found in _INCLUDE.finditer(text):
+            if fault := _fault(src, name, room, *found.groups(), qt):
+                yield f"src/{name}:{text.count(chr(10), 0, found.start(1)) + 1}: {fault}"
+        for (guest, owner), allowed in OPERATIONS.items():
+            for called in set(re.findall(rf"\b{owner}::(\w+)", text) if guest == room else ()) - allowed:
+                yield f"src/{name}: {room} may not call {owner}::{called}"

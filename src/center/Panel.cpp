@@ -3,6 +3,8 @@
 #include "controller/InterfaceFiles.h"
 #include "platform/system/MainQueue.h"
 
+#include <QPointer>
+
 #include <algorithm>
 #include <utility>
 
@@ -18,8 +20,12 @@ Panel::Panel(Backdrop backdrop, Height height, int contentWidth)
     updateTimer_.setTimerType(Qt::VeryCoarseTimer);
     updateTimer_.setInterval(15min);
     QObject::connect(&updateTimer_, &QTimer::timeout, window_.get(), [this] { askForUpdate(); });
-    loadTimer_.setSingleShot(true);
-    QObject::connect(&loadTimer_, &QTimer::timeout, window_.get(), [this] { loadIfAwaited(); });
+    // A press can end without deferring work. The empty work makes the queue tell that it is idle after the
+    // release.
+    window_->setMouseReleased([this] {
+        if (awaitsLoad_)
+            platform::MainQueue::current().after(0ms, {});
+    });
 }
 
 Panel::~Panel() {
@@ -36,24 +42,35 @@ void Panel::load() {
         old->releaseViews();
 }
 
-// In a window that is hidden nothing is held, open or shown.
+// A hidden window is not in use, whatever state its view is in.
 bool Panel::isInUse() const {
     const auto isOpen = [](const auto& row) { return row->isExpanded(); };
     return window_->isVisible() && (platform::View::isPressHeld() || controller_->actionSheet ||
                                     std::ranges::any_of(controller_->cellArray, isOpen));
 }
 
+// Whatever ends the use of a view (a row closes, a sheet is answered, a press ends) defers work, so it is
+// enough to look again each time the queue becomes idle.
 void Panel::loadIfAwaited() {
     if (!awaitsLoad_)
         return;
-    const bool isPending = controller_ && !platform::MainQueue::current().isIdle();
-    if (isPending || (controller_ && isInUse())) {
-        // Deferred work is done within half a second; a row may stay open as long as its user likes.
-        loadTimer_.start(isPending ? 20ms : 1s);
+    if (controller_ && (!platform::MainQueue::current().isIdle() || isInUse())) {
+        lookAgainWhenIdle();
         return;
     }
     awaitsLoad_ = false;
     load();
+}
+
+void Panel::lookAgainWhenIdle() {
+    if (std::exchange(looksWhenIdle_, true))
+        return;
+    platform::MainQueue::current().whenNextIdle([this, window = QPointer(window_.get())] {
+        if (!window) // the panel is gone with its window
+            return;
+        looksWhenIdle_ = false;
+        loadIfAwaited();
+    });
 }
 
 void Panel::open() {
@@ -69,7 +86,6 @@ void Panel::close() {
     if (!updateTimer_.isActive())
         return;
     updateTimer_.stop();
-    loadTimer_.stop();
     awaitsLoad_ = false;
     platform::View::dropHeldPress();
     window_->hide();

@@ -10,10 +10,10 @@
 
 namespace center {
 
-// The widget in its window, from opening to closing: a new controller and view each time it is opened. Where
-// what was chosen before is still pending, the view of before shows until that is carried out, and then on as
-// long as it is in use: a press is held, a row is open, a sheet is shown. It asks the widget for an update on
-// opening and every 15 minutes; the answer changes nothing on screen.
+// The widget in its window. Each opening loads a new controller and view. If an action that the user chose
+// before is still pending, the old view stays until the action has been performed and the view is no longer
+// in use: no mouse button is pressed, no row is open and no action sheet is shown. The panel asks the widget
+// for an update when it opens and every 15 minutes; the answer changes nothing on screen.
 class Panel final {
 public:
     Panel(Backdrop backdrop, Height height, int contentWidth);
@@ -22,19 +22,19 @@ public:
     Panel& operator=(const Panel&) = delete;
 
     void open();
-    // Hides the window at once. What was chosen and is still pending is carried out.
+    // Hides the window at once. Pending actions are still performed.
     void close();
     void setClosed(std::function<void()> handler) { closed_ = std::move(handler); }
 
     [[nodiscard]] PanelWindow& window() const { return *window_; }
     [[nodiscard]] TodayViewController& controller() const { return *controller_; }
 
-    // Loads the view into the window without showing it.
+    // Loads a new view into the window without showing it.
     void load();
-    // Loads the view that an opening has asked for, unless that has been done or has to wait longer.
-    void loadIfAwaited();
 
 private:
+    void loadIfAwaited();
+    void lookAgainWhenIdle();
     [[nodiscard]] bool isInUse() const;
     void escapePressed();
     void askForUpdate() const;
@@ -42,8 +42,8 @@ private:
     std::unique_ptr<PanelWindow> window_;
     std::shared_ptr<TodayViewController> controller_;
     QTimer updateTimer_;
-    QTimer loadTimer_; // runs while a load is awaited only
-    bool awaitsLoad_ = false;
+    bool awaitsLoad_ = false;    // the panel was opened and still shows the old view
+    bool looksWhenIdle_ = false; // the queue will call back once it is idle
     std::function<void()> closed_;
 };
 

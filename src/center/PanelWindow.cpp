@@ -6,6 +6,7 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScreen>
+#include <QWindow>
 
 #include <algorithm>
 #include <cmath>
@@ -171,6 +172,18 @@ void PanelWindow::closeEvent(QCloseEvent* event) {
     event->accept();
     if (closeRequested_)
         closeRequested_();
+}
+
+void PanelWindow::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    windowHandle()->installEventFilter(this);
+}
+
+// The window system's window receives each event before the widget under the mouse does.
+bool PanelWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::MouseButtonRelease && mouseReleased_)
+        mouseReleased_();
+    return QWidget::eventFilter(watched, event);
 }
 
 } // namespace center

@@ -31,6 +31,8 @@ public:
     void setContent(std::shared_ptr<platform::ViewController> controller);
     void setEscapePressed(std::function<void()> handler) { escapePressed_ = std::move(handler); }
     void setCloseRequested(std::function<void()> handler) { closeRequested_ = std::move(handler); }
+    // Called before a mouse button that is released anywhere in the window has its effect.
+    void setMouseReleased(std::function<void()> handler) { mouseReleased_ = std::move(handler); }
 
     // Puts the window at the right edge of the screen; a desktop that places windows itself pays no heed.
     void moveToEdge();
@@ -44,6 +46,8 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     [[nodiscard]] int tallest() const;
@@ -61,6 +65,7 @@ private:
     std::unique_ptr<platform::MainQueue::Ticking> resizing_;
     std::function<void()> escapePressed_;
     std::function<void()> closeRequested_;
+    std::function<void()> mouseReleased_;
 };
 
 // What this desktop offers.

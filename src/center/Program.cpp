@@ -10,23 +10,21 @@
 
 #include <QApplication>
 
-#include <chrono>
 #include <cstdio>
 
 namespace center {
-
-using namespace std::chrono_literals;
 
 namespace {
 
 constexpr int defaultContentWidth = 320;
 
-// Ends the program after the panel has closed, but not before the work that the user's choice has deferred.
+// Ends the program once nothing that the user has chosen is pending.
 void quitWhenIdle() {
-    if (platform::MainQueue::current().isIdle())
+    platform::MainQueue& queue = platform::MainQueue::current();
+    if (queue.isIdle())
         QApplication::quit();
     else
-        QTimer::singleShot(20ms, qApp, [] { quitWhenIdle(); });
+        queue.whenNextIdle([] { quitWhenIdle(); });
 }
 
 // Qt's messages (about a missing runtime folder or a font) are for developers, who set QT_LOGGING_RULES.

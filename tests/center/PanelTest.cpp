@@ -18,6 +18,8 @@
 
 using namespace std::chrono_literals;
 
+using platform::MainQueue;
+
 namespace {
 
 constexpr double now = 1773129600; // 2026-03-10 08:00 UTC
@@ -57,14 +59,17 @@ protected:
         panel->controller().cellArray[0]->collapseCell();
     }
 
-    void expectLoadNow(const TodayViewController* before) {
+    // The view of before stays until the work that is due at the end of this time has run.
+    void expectLoadAfter(MainQueue::Duration time) {
         const std::weak_ptr<platform::ViewController> old = panel->controller().weak_from_this();
-        EXPECT_EQ(&panel->controller(), before);
-        panel->loadIfAwaited();
+        queue.advance(time - 1ms);
+        EXPECT_EQ(old.lock().get(), &panel->controller()) << "loaded too early";
+        queue.advance(1ms);
         support::flushDeferredDeletes();
         EXPECT_TRUE(old.expired());
         const auto* now = &panel->controller();
-        panel->loadIfAwaited();
+        queue.after(0ms, {});
+        queue.advance(0ms);
         EXPECT_EQ(&panel->controller(), now) << "loaded twice";
     }
 
@@ -192,13 +197,9 @@ TEST_F(PanelTest, openedAgainItCarriesOutAPendingChoiceBeforeItLoads) {
     panel->close();
     panel->open();
     EXPECT_EQ(&panel->controller(), first);
-    queue.advance(499ms);
-    panel->loadIfAwaited();
-    EXPECT_EQ(&panel->controller(), first);
     EXPECT_FALSE(containers.has("-/actions.xml"));
-    queue.advance(1ms);
+    expectLoadAfter(500ms);
     EXPECT_TRUE(containers.has("-/actions.xml"));
-    expectLoadNow(first);
     EXPECT_EQ(panel->controller().actionSheet, nullptr);
     EXPECT_EQ(panel->controller().transactionsArray.size(), 1U) << "the other lies days ahead";
 }
@@ -212,8 +213,7 @@ TEST_F(PanelTest, openedAgainItRefreshesALeftRowBeforeItLoads) {
     panel->open();
     EXPECT_EQ(&panel->controller(), first);
     panel->controller().cellArray[0]->collapseCell();
-    queue.advance(300ms);
-    expectLoadNow(first);
+    expectLoadAfter(300ms);
     queue.advance(200ms); // the window comes to its height
     EXPECT_EQ(window().height(), 150 + around);
 }
@@ -247,16 +247,16 @@ TEST_F(PanelTest, openedAgainItForgetsAPressThatWasHeld) {
 TEST_F(PanelTest, loadsNothingUnderAHandThatIsAtWork) {
     open(2);
     const auto* first = &panel->controller();
-    openSheet();
-    panel->controller().actionSheet->checkButtonClick2();
+    queue.after(500ms, {}); // as a choice that is still to be carried out
     panel->close();
     panel->open();
-    queue.advance(500ms);
     const auto expectNoLoad = [&] {
-        panel->loadIfAwaited();
+        queue.after(0ms, {});
+        queue.advance(0ms);
         EXPECT_EQ(&panel->controller(), first);
     };
     support::press(window(), rowPoint(0));
+    queue.advance(500ms);
     expectNoLoad();
     support::release(window(), rowPoint(0));
     expectNoLoad(); // it is open
@@ -268,8 +268,22 @@ TEST_F(PanelTest, loadsNothingUnderAHandThatIsAtWork) {
     expectNoLoad(); // a sheet is shown
     panel->controller().actionSheet->cancelButtonClick();
     expectNoLoad();
-    queue.advance(500ms);
-    expectLoadNow(first);
+    expectLoadAfter(500ms);
+}
+
+TEST_F(PanelTest, loadsWhenAPressEndsThatHasNoEffect) {
+    open(0);
+    containers.writeFeed(feedOf(1));
+    queue.after(200ms, {});
+    panel->open();
+    support::press(window(), rowPoint(0) + QPoint(100, 0));
+    const auto* first = &panel->controller();
+    queue.advance(1s);
+    EXPECT_EQ(&panel->controller(), first);
+    support::release(window(), rowPoint(0) + QPoint(100, 0));
+    EXPECT_EQ(&panel->controller(), first);
+    queue.advance(0ms);
+    EXPECT_EQ(panel->controller().transactionsArray.size(), 1U);
 }
 
 TEST_F(PanelTest, loadsNothingWhenItHasClosedMeanwhile) {
@@ -281,7 +295,6 @@ TEST_F(PanelTest, loadsNothingWhenItHasClosedMeanwhile) {
     panel->close();
     const auto* first = &panel->controller();
     queue.advance(500ms);
-    panel->loadIfAwaited();
     EXPECT_EQ(&panel->controller(), first);
     EXPECT_EQ(closed, 2);
 }

@@ -25,9 +25,7 @@ void ManualMainQueue::advance(Duration duration) {
         now_ = work_.firstDue();
         animations_.tickAll(now_);
         // A tick may have deferred work, but none that is due before what was first.
-        const Work work = work_.takeFirst();
-        if (work)
-            work();
+        work_.run(work_.takeFirst());
     }
     now_ = end;
     animations_.tickAll(now_);

@@ -5,6 +5,7 @@
 #include "platform/system/RunningAnimations.h"
 
 #include <cstddef>
+#include <utility>
 
 namespace support {
 
@@ -20,6 +21,7 @@ public:
     void after(Duration delay, Work work) override;
     [[nodiscard]] std::unique_ptr<Ticking> animate(Duration duration, Tick tick) override;
     [[nodiscard]] bool isIdle() const override { return work_.isEmpty(); }
+    void whenNextIdle(Work work) override { work_.addForIdle(std::move(work)); }
 
     // Advances the time and runs all work that falls due in between, including work that such work defers.
     // Animations tick whenever work falls due, and at the end of the span.

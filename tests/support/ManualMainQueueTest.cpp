@@ -90,6 +90,57 @@ TEST_F(ManualMainQueueTest, isIdleWithoutPendingWork) {
     EXPECT_THAT(notes, ElementsAre("idle")); // what runs is not pending
 }
 
+TEST_F(ManualMainQueueTest, tellsOnceWhenTheLastWorkHasRun) {
+    queue.after(10ms, note("a"));
+    queue.after(20ms, note("b"));
+    queue.whenNextIdle([this] { notes.push_back(queue.isIdle() ? "idle" : "busy"); });
+    queue.advance(10ms);
+    EXPECT_THAT(notes, ElementsAre("a"));
+    queue.advance(10ms);
+    EXPECT_THAT(notes, ElementsAre("a", "b", "idle"));
+    queue.after(0ms, note("c"));
+    queue.advance(0ms);
+    EXPECT_THAT(notes, ElementsAre("a", "b", "idle", "c"));
+}
+
+TEST_F(ManualMainQueueTest, anIdleQueueTellsAfterTheNextWork) {
+    queue.whenNextIdle(note("idle"));
+    queue.advance(1s);
+    EXPECT_THAT(notes, ElementsAre());
+    queue.after(0ms, note("work"));
+    queue.advance(0ms);
+    EXPECT_THAT(notes, ElementsAre("work", "idle"));
+}
+
+TEST_F(ManualMainQueueTest, isNotIdleWhenTheLastWorkDefersMore) {
+    queue.after(10ms, [this] { queue.after(10ms, note("inner")); });
+    queue.whenNextIdle(note("idle"));
+    queue.advance(10ms);
+    EXPECT_THAT(notes, ElementsAre());
+    queue.advance(10ms);
+    EXPECT_THAT(notes, ElementsAre("inner", "idle"));
+}
+
+TEST_F(ManualMainQueueTest, destroysTheLastWorkBeforeItTells) {
+    const auto held = std::make_shared<int>(0);
+    queue.after(0ms, [held] {});
+    queue.whenNextIdle([this, &held] { notes.push_back(std::to_string(held.use_count())); });
+    queue.advance(0ms);
+    EXPECT_THAT(notes, ElementsAre("1"));
+}
+
+TEST_F(ManualMainQueueTest, aNoticeMayDeferWorkAndAskForTheNextTime) {
+    queue.after(0ms, {});
+    queue.whenNextIdle([this] {
+        notes.push_back("first");
+        queue.after(10ms, note("work"));
+        queue.whenNextIdle(note("second"));
+    });
+    queue.whenNextIdle({});
+    queue.advance(10ms);
+    EXPECT_THAT(notes, ElementsAre("first", "work", "second"));
+}
+
 TEST_F(ManualMainQueueTest, anAnimationIsNoPendingWork) {
     const auto animation = queue.animate(200ms, tick);
     EXPECT_TRUE(queue.isIdle());

@@ -17,7 +17,7 @@ MainQueue::Duration now() {
     return std::chrono::steady_clock::now().time_since_epoch();
 }
 
-// A child of the application, and gone with it.
+// The application owns the timer and deletes it at its end.
 QTimer* makeTimer() {
     auto* timer = new QTimer(QCoreApplication::instance());
     timer->setTimerType(Qt::PreciseTimer);
@@ -48,10 +48,6 @@ std::unique_ptr<MainQueue::Ticking> EventLoopMainQueue::animate(Duration duratio
     return animation;
 }
 
-bool EventLoopMainQueue::isTicking() const {
-    return (workTimer_ && workTimer_->isActive()) || (frameTimer_ && frameTimer_->isActive());
-}
-
 void EventLoopMainQueue::arm() {
     if (work_.isEmpty())
         return;
@@ -65,19 +61,18 @@ void EventLoopMainQueue::arm() {
     workTimer_->start(std::min(std::chrono::ceil<std::chrono::milliseconds>(wait), longest));
 }
 
-// One piece of work at a time, the timer set for the next before it runs: work that runs an event loop of its
-// own, or ends the application, finds the queue in order.
+// Runs one piece of work and starts the timer for the next one beforehand, so that work which runs an event
+// loop of its own does not delay the rest.
 void EventLoopMainQueue::runDue() {
     const Duration time = now();
     if (work_.isEmpty() || work_.firstDue() > time) {
         arm();
         return;
     }
-    const Work work = work_.takeFirst();
+    Work work = work_.takeFirst();
     arm();
     animations_.tickAll(time);
-    if (work)
-        work();
+    work_.run(std::move(work));
 }
 
 void EventLoopMainQueue::tickFrame() {

@@ -6,13 +6,15 @@
 
 #include <QPointer>
 
+#include <utility>
+
 class QTimer;
 
 namespace platform {
 
-// The main queue on Qt's event loop. One precise timer runs while work is deferred, Qt's animation clock
-// while an animation does; otherwise nothing ticks. Needs a QCoreApplication; what is pending when that one
-// ends waits for the next.
+// The main queue on Qt's event loop. One timer runs while work is deferred and another one while an animation
+// runs; otherwise the process sleeps. It needs a QCoreApplication. Work that is pending when the application
+// ends stays pending.
 class EventLoopMainQueue final : public MainQueue {
 public:
     EventLoopMainQueue() = default;
@@ -23,9 +25,7 @@ public:
     void after(Duration delay, Work work) override;
     [[nodiscard]] std::unique_ptr<Ticking> animate(Duration duration, Tick tick) override;
     [[nodiscard]] bool isIdle() const override { return work_.isEmpty(); }
-
-    // Whether a timer of this queue runs.
-    [[nodiscard]] bool isTicking() const;
+    void whenNextIdle(Work work) override { work_.addForIdle(std::move(work)); }
 
 private:
     void arm();

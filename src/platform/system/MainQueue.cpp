@@ -15,7 +15,7 @@ MainQueue* chosenQueue = nullptr;
 MainQueue& MainQueue::current() {
     if (chosenQueue)
         return *chosenQueue;
-    // Never destroyed: work and animations may end after the statics do.
+    // The queue is never destroyed, because handles of animations may outlive all static objects.
     static EventLoopMainQueue* const queue = new EventLoopMainQueue;
     return *queue;
 }

@@ -6,17 +6,16 @@
 
 namespace platform {
 
-// Work deferred on the main thread, and the one source of time for animations. Nothing cancels deferred work.
-// Tests put a queue of their own in its place.
+// Runs deferred work on the main thread and is the only source of time for animations. Deferred work cannot
+// be cancelled. Tests replace the queue by one of their own.
 class MainQueue {
 public:
     using Duration = std::chrono::nanoseconds;
     using Work = std::function<void()>;
-    // Called with the share of the duration that has passed, 0 to 1; the last call has exactly 1.
+    // Called with the fraction of the duration that has passed, from 0 to 1. The last call passes exactly 1.
     using Tick = std::function<void(double progress)>;
 
-    // A running animation. Destroying the handle stops the ticks but not the completion, which belongs to the
-    // group.
+    // The handle of a running animation. Destroying it stops the ticks.
     class Ticking {
     public:
         virtual ~Ticking() = default;
@@ -24,23 +23,27 @@ public:
 
     virtual ~MainQueue() = default;
 
-    // Runs work once, a duration from now (a precise timer: never early), never within this call. Work that
-    // is due at the same time runs in the order in which it was deferred, after the ticks of that time: an
-    // animation and work of the same duration, started in this order, end in this order. Work may defer more.
+    // Runs work once after a delay, never early and never within this call. Work that is due at the same time
+    // runs in the order in which it was deferred, and after the ticks of that time: the last tick of an
+    // animation precedes work that was deferred for the animation's duration. Work may defer more work.
     virtual void after(Duration delay, Work work) = 0;
 
-    // Calls tick at the screen's pace for a duration, the last time at its end, never within this call. A
-    // tick may destroy any handle, its own too.
+    // Calls tick about 60 times a second for a duration and a last time at its end, never within this call. A
+    // tick may destroy any handle, including its own.
     [[nodiscard]] virtual std::unique_ptr<Ticking> animate(Duration duration, Tick tick) = 0;
 
-    // Whether no deferred work is pending (work that is running is not). A program ends only then.
+    // Whether no deferred work is pending. Work that is running and animations do not count.
     [[nodiscard]] virtual bool isIdle() const = 0;
 
-    // The queue in force: the event loop's, unless another was set.
+    // Runs work once, right after the deferred work with which the queue next becomes idle. On a queue that
+    // is idle now, it runs after work that is deferred later. It may defer work and ask for the next time.
+    virtual void whenNextIdle(Work work) = 0;
+
+    // The queue of the program: that of the event loop, unless another one was set.
     [[nodiscard]] static MainQueue& current();
 
-    // Puts a queue in force, which must outlive its use; nullptr brings the event loop's back. Gives the one
-    // that was set before, or nullptr.
+    // Replaces the queue of the program by one that outlives its use; nullptr restores the event loop's
+    // queue. Returns the queue that was set before, or nullptr.
     static MainQueue* setCurrent(MainQueue* queue);
 };
 

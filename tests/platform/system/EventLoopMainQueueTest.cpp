@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QEventLoop>
+#include <QTimer>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -25,6 +26,10 @@ protected:
     void run() { loop.exec(); }
     void quitAfter(MainQueue::Duration delay) {
         queue.after(delay, [this] { loop.quit(); });
+    }
+    // Whether a timer of the queue runs; the application owns them.
+    [[nodiscard]] bool isTicking() const {
+        return std::ranges::any_of(application.findChildren<QTimer*>(), &QTimer::isActive);
     }
     MainQueue::Work note(const std::string& text) {
         return [this, text] { notes.push_back(text); };
@@ -115,6 +120,20 @@ TEST_F(EventLoopMainQueueTest, isIdleOnceAllWorkHasRun) {
     EXPECT_THAT(notes, ElementsAre("idle")); // what runs is not pending
 }
 
+TEST_F(EventLoopMainQueueTest, tellsOnceWhenTheLastWorkHasRun) {
+    queue.after(2ms, note("b"));
+    queue.after(1ms, note("a"));
+    queue.whenNextIdle([this] {
+        notes.push_back(queue.isIdle() ? "idle" : "busy");
+        loop.quit();
+    });
+    run();
+    EXPECT_THAT(notes, ElementsAre("a", "b", "idle"));
+    quitAfter(0ms);
+    run();
+    EXPECT_THAT(notes, ElementsAre("a", "b", "idle"));
+}
+
 TEST_F(EventLoopMainQueueTest, anAnimationIsNoPendingWork) {
     const auto animation = queue.animate(200ms, tick);
     EXPECT_TRUE(queue.isIdle());
@@ -200,19 +219,19 @@ TEST_F(EventLoopMainQueueTest, aHandleMayOutliveTheQueue) {
 }
 
 TEST_F(EventLoopMainQueueTest, noTimerRunsAtRest) {
-    EXPECT_FALSE(queue.isTicking());
+    EXPECT_FALSE(isTicking());
     const auto animation = queue.animate(1ms, tick);
-    EXPECT_TRUE(queue.isTicking());
+    EXPECT_TRUE(isTicking());
     quitAfter(60ms);
     run();
-    EXPECT_FALSE(queue.isTicking());
+    EXPECT_FALSE(isTicking());
 }
 
 TEST_F(EventLoopMainQueueTest, noTimerRunsAfterAHandleIsDestroyed) {
     { const auto animation = queue.animate(10s, tick); }
     quitAfter(60ms);
     run();
-    EXPECT_FALSE(queue.isTicking());
+    EXPECT_FALSE(isTicking());
 }
 
 TEST_F(EventLoopMainQueueTest, isTheQueueInForceUnlessAnotherIsSet) {

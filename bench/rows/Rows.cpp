@@ -5,7 +5,7 @@
 #include "platform/system/Clock.h"
 #include "platform/views/Disposal.h"
 #include "platform/views/InterfaceFile.h"
-#include "views/rows/InterfaceFiles.h"
+#include "views/rows/RowInterfaceFiles.h"
 #include "views/rows/TodayTableCellView.h"
 
 #include <QApplication>
@@ -117,7 +117,7 @@ int main(int argc, char** argv) {
     const std::string folder = (std::filesystem::temp_directory_path() / "korvel-bench-rows").string();
     platform::GroupContainers::setFolder(folder);
     std::filesystem::create_directories(folder + "/K7RV2LTD9A.group.com.korvel.finance");
-    rows::registerInterfaceFiles();
+    rows::registerRowInterfaceFiles();
     const Rows one = makeRows(1);
     widgetsOfOneRow = 1 + static_cast<std::size_t>(one.front()->findChildren<QWidget*>().size());
     std::printf("# a row holds %zu widgets\n", widgetsOfOneRow);

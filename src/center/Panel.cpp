@@ -1,6 +1,6 @@
 #include "center/Panel.h"
 
-#include "controller/InterfaceFiles.h"
+#include "controller/WidgetInterfaceFiles.h"
 #include "platform/system/MainQueue.h"
 
 #include <QPointer>
@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 
 Panel::Panel(Backdrop backdrop, Height height, int contentWidth)
     : window_(std::make_unique<PanelWindow>(backdrop, height, contentWidth)) {
-    controller::registerInterfaceFiles();
+    controller::registerWidgetInterfaceFiles();
     window_->setEscapePressed([this] { escapePressed(); });
     window_->setCloseRequested([this] { close(); });
     updateTimer_.setTimerType(Qt::VeryCoarseTimer);

@@ -1,6 +1,6 @@
 #include "controller/ControllerTest.h"
 
-#include "controller/InterfaceFiles.h"
+#include "controller/WidgetInterfaceFiles.h"
 #include "exchange/TodayWidgetLogic.h"
 #include "platform/plist/Writer.h"
 #include "platform/system/Workspace.h"
@@ -18,7 +18,7 @@ constexpr double viewWidth = 320;
 } // namespace
 
 ControllerTest::ControllerTest() {
-    registerInterfaceFiles();
+    registerWidgetInterfaceFiles();
     platform::Workspace::setOpener([this](const QString& url) {
         opened.push_back(url.toStdString());
         return true;

@@ -4,13 +4,18 @@
 #include "platform/images/BundleImages.h"
 #include "platform/system/DateText.h"
 #include "platform/system/Fatal.h"
+#include "platform/views/AnimationGroup.h"
 #include "platform/views/Fonts.h"
 #include "platform/views/TextLine.h"
 
+#include <QKeyEvent>
 #include <QPainter>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -23,6 +28,8 @@ constexpr double widestAmount = 140;
 constexpr double amountLabelExtra = 2;
 constexpr double badgeExtra = 24;
 constexpr double titleSpaceExtra = 12 + 18 + 1;
+
+constexpr auto slideDuration = 200ms;
 
 constexpr QColor focusColor(255, 255, 255, 90);
 
@@ -163,6 +170,82 @@ void TodayTableCellView::layoutContent(double rowWidth) {
     place(*sumLabel, badgeX + (badgeWidth - sumWidth) / 2, sumWidth);
 }
 
+void TodayTableCellView::setExpanded(bool expanded) {
+    if (isExpandedState_ == expanded)
+        return;
+    isExpandedState_ = expanded;
+    notifyExpandedChanged();
+}
+
+void TodayTableCellView::cellClicked() {
+    setExpanded(!isExpandedState_);
+    if (!isExpandedState_) {
+        close();
+        return;
+    }
+    platform::AnimationGroup slide(slideDuration);
+    slide.moveConstant(*cellContentViewRightSpaceConstraint, -widthConstraint->constant());
+    slide.end();
+    // What the buttons would cover goes as the slide starts; a closing row's comes back when its slide has
+    // ended.
+    setCurrentStateExpanded();
+    if (const auto receiver = delegate)
+        receiver->todayTableViewCellWillExpanded(*this);
+}
+
+void TodayTableCellView::collapseCell() {
+    if (!isExpandedState_)
+        return;
+    setExpanded(false);
+    close();
+}
+
+void TodayTableCellView::close() {
+    platform::AnimationGroup slide(slideDuration);
+    slide.setCompletionHandler([this, self = weak_from_this().lock()] { setCurrentStateExpanded(); });
+    slide.moveConstant(*cellContentViewRightSpaceConstraint, 0);
+    slide.end();
+}
+
+// Goes by the state of this moment, not of the moment when it was asked for: a row that was opened again
+// while it closed is open.
+void TodayTableCellView::setCurrentStateExpanded() {
+    const std::array<platform::View*, 3> texts{&*titleLabel, &*subtitleLabel, &*transactionTypeImageView};
+    const double limit = cellContentView->frame().width() - widthConstraint->constant();
+    for (platform::View* view : texts)
+        view->setHidden(isExpandedState_ && !(view->frame().right() < limit));
+    sumBackgroundView->setHidden(isExpandedState_);
+    sumLabel->setHidden(isExpandedState_);
+}
+
+void TodayTableCellView::mouseDown(const platform::MouseEvent&) {
+    cellContentView->setAlphaValue(clickedAlpha);
+}
+
+// Where the mouse is released is not asked, on purpose: a press that is dragged off the row toggles it too.
+void TodayTableCellView::mouseUp(const platform::MouseEvent&) {
+    cellContentView->setAlphaValue(1);
+    cellClicked();
+}
+
+platform::View* TodayTableCellView::hitTest(QPointF point) {
+    platform::View* hit = View::hitTest(point);
+    platform::View* holder = hit ? hit->superview() : nullptr;
+    return holder == cellContentView.get() ? cellContentView.get() : hit;
+}
+
+void TodayTableCellView::buttonsPanelUserClickAction(TodayTransactionAction action) {
+    const auto self = weak_from_this().lock();
+    if (const auto receiver = delegate)
+        receiver->todayTableViewCellClickedAction(action);
+    // After Paid and Info the row stays open, on purpose: the controller says what becomes of it. Otherwise
+    // it closes, also where it is closed already.
+    if (!action.isLater() && !action.isDelete())
+        return;
+    setExpanded(false);
+    close();
+}
+
 platform::AccessibleTraits TodayTableCellView::accessibleTraits() const {
     platform::AccessibleTraits traits;
     traits.role = QAccessible::ListItem;
@@ -179,6 +262,10 @@ platform::AccessibleTraits TodayTableCellView::accessibleTraits() const {
     return traits;
 }
 
+void TodayTableCellView::performAccessibleAction(const QString&) {
+    cellClicked();
+}
+
 void TodayTableCellView::paintEvent(QPaintEvent*) {
     if (!showsFocus())
         return;
@@ -187,4 +274,11 @@ void TodayTableCellView::paintEvent(QPaintEvent*) {
     painter.setPen(QPen(focusColor, 1));
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 1.5, -0.5, -2.5), badgeCornerRadius,
                             badgeCornerRadius);
+}
+
+void TodayTableCellView::keyPressEvent(QKeyEvent* event) {
+    if (event->key() != Qt::Key_Space && event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter)
+        return View::keyPressEvent(event);
+    if (!event->isAutoRepeat())
+        cellClicked();
 }

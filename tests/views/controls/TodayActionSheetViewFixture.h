@@ -7,7 +7,7 @@
 #include "support/Application.h"
 #include "support/Events.h"
 #include "support/ManualMainQueue.h"
-#include "views/controls/InterfaceFiles.h"
+#include "views/controls/ActionSheetInterfaceFile.h"
 
 #include <QFontMetricsF>
 
@@ -39,7 +39,7 @@ public:
 
 class ActionSheet : public testing::Test {
 protected:
-    static void SetUpTestSuite() { controls::registerInterfaceFiles(); }
+    static void SetUpTestSuite() { controls::registerActionSheetInterfaceFile(); }
 
     void SetUp() override {
         sheet = TodayActionSheetView::createNewActionSheet();

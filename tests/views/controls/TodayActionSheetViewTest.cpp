@@ -66,9 +66,9 @@ TEST_F(ActionSheet, placesTitlesFiftyInAndEightDown) {
 }
 
 TEST_F(ActionSheet, registersItsInterfaceFileOnce) {
-    controls::registerInterfaceFiles();
+    controls::registerActionSheetInterfaceFile();
     const InterfaceFileOverride none(sheetFile, nullptr);
-    controls::registerInterfaceFiles();
+    controls::registerActionSheetInterfaceFile();
     EXPECT_FALSE(InterfaceFile::named(sheetFile).has_value());
 }
 

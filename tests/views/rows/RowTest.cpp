@@ -1,10 +1,10 @@
 #include "views/rows/RowTest.h"
 
 #include "platform/views/Fonts.h"
-#include "platform/views/TextLine.h"
 #include "platform/views/InterfaceFile.h"
+#include "platform/views/TextLine.h"
 #include "support/Application.h"
-#include "views/rows/InterfaceFiles.h"
+#include "views/rows/RowInterfaceFiles.h"
 
 #include <QBuffer>
 #include <QGuiApplication>
@@ -29,7 +29,7 @@ void RecordingDelegate::todayTableViewCellClickedAction(TodayTransactionAction a
 const QString RowTest::pictureName = QStringLiteral("3F2504E0-4F89-11D3-9A0C");
 
 RowTest::RowTest() {
-    registerInterfaceFiles();
+    registerRowInterfaceFiles();
     writeIcon(QStringLiteral("groceries"), 24);
     writeIcon(pictureName, 100);
 }

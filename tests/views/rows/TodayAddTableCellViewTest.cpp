@@ -3,7 +3,7 @@
 #include "platform/views/InterfaceFile.h"
 #include "support/Application.h"
 #include "support/Events.h"
-#include "views/rows/InterfaceFiles.h"
+#include "views/rows/RowInterfaceFiles.h"
 #include "views/rows/RowTest.h"
 
 #include <QApplication>
@@ -67,7 +67,7 @@ protected:
 };
 
 TEST_P(AddRowTest, theInterfaceFileHoldsOneRow) {
-    registerInterfaceFiles(); // once more
+    registerRowInterfaceFiles(); // once more
     const auto views = platform::InterfaceFile::named(QStringLiteral("TodayAddTableCellView"))->instantiate();
     ASSERT_EQ(views.size(), 1U);
     const auto fresh = std::dynamic_pointer_cast<TodayAddTableCellView>(views[0]);

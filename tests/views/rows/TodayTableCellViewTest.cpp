@@ -3,7 +3,7 @@
 #include "platform/images/BundleImages.h"
 #include "platform/views/InterfaceFile.h"
 #include "support/Application.h"
-#include "views/rows/InterfaceFiles.h"
+#include "views/rows/RowInterfaceFiles.h"
 #include "views/rows/RowTest.h"
 
 #include <array>
@@ -28,7 +28,7 @@ QImage glyph(const char* name, const QColor& color) {
 // --- the row as it comes out of its interface file
 
 TEST_F(TodayTableCellViewTest, theInterfaceFileHoldsOneRow) {
-    registerInterfaceFiles(); // once more
+    registerRowInterfaceFiles(); // once more
     const auto views = platform::InterfaceFile::named(QStringLiteral("TodayTableCellView"))->instantiate();
     ASSERT_EQ(views.size(), 1U);
     EXPECT_TRUE(std::dynamic_pointer_cast<TodayTableCellView>(views[0]));

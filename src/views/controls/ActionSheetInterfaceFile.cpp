@@ -1,4 +1,4 @@
-#include "views/controls/InterfaceFiles.h"
+#include "views/controls/ActionSheetInterfaceFile.h"
 
 #include "platform/views/Fonts.h"
 #include "platform/views/InterfaceFile.h"
@@ -42,7 +42,7 @@ InterfaceFile::TopLevelObjects makeActionSheet() {
 
 } // namespace
 
-void controls::registerInterfaceFiles() {
+void controls::registerActionSheetInterfaceFile() {
     static const bool once = [] {
         InterfaceFile::add(QStringLiteral("TodayActionSheetView"), makeActionSheet);
         return true;

@@ -1,10 +1,10 @@
-#include "controller/InterfaceFiles.h"
+#include "controller/WidgetInterfaceFiles.h"
 
 #include "platform/views/InterfaceFile.h"
 #include "platform/views/TableView.h"
 #include "ui_TodayViewController.h"
-#include "views/controls/InterfaceFiles.h"
-#include "views/rows/InterfaceFiles.h"
+#include "views/controls/ActionSheetInterfaceFile.h"
+#include "views/rows/RowInterfaceFiles.h"
 
 using platform::InterfaceFile;
 
@@ -24,10 +24,10 @@ InterfaceFile::TopLevelObjects makeControllerView() {
 
 } // namespace
 
-void controller::registerInterfaceFiles() {
+void controller::registerWidgetInterfaceFiles() {
     static const bool once = [] {
-        controls::registerInterfaceFiles();
-        rows::registerInterfaceFiles();
+        controls::registerActionSheetInterfaceFile();
+        rows::registerRowInterfaceFiles();
         InterfaceFile::add(QStringLiteral("TodayViewController"), makeControllerView);
         return true;
     }();

@@ -1,4 +1,4 @@
-#include "views/rows/InterfaceFiles.h"
+#include "views/rows/RowInterfaceFiles.h"
 
 #include "platform/views/InterfaceFile.h"
 #include "ui_TodayAddTableCellView.h"
@@ -56,7 +56,7 @@ InterfaceFile::TopLevelObjects makeAddRow() {
 
 } // namespace
 
-void rows::registerInterfaceFiles() {
+void rows::registerRowInterfaceFiles() {
     static const bool once = [] {
         InterfaceFile::add(QStringLiteral("TodayTableCellView"), makeTransactionRow);
         InterfaceFile::add(QStringLiteral("TodayAddTableCellView"), makeAddRow);

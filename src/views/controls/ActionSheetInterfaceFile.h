@@ -3,6 +3,6 @@
 namespace controls {
 
 // Makes "TodayActionSheetView" known to platform::InterfaceFile. Calling it again changes nothing.
-void registerInterfaceFiles();
+void registerActionSheetInterfaceFile();
 
 } // namespace controls

@@ -4,6 +4,6 @@ namespace rows {
 
 // Makes "TodayTableCellView" and "TodayAddTableCellView" known to platform::InterfaceFile. Calling it again
 // changes nothing.
-void registerInterfaceFiles();
+void registerRowInterfaceFiles();
 
 } // namespace rows

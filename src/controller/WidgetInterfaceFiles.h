@@ -4,6 +4,6 @@ namespace controller {
 
 // Makes all of the widget's interface files known to platform::InterfaceFile. Calling it again changes
 // nothing.
-void registerInterfaceFiles();
+void registerWidgetInterfaceFiles();
 
 } // namespace controller

@@ -5,21 +5,20 @@
 #include <cstdint>
 #include <memory>
 
-// One planned transaction (one occurrence of a plan of the host application) as the widget shows it. A
-// reference type: the controller's list, the row that shows it and the controller's current transaction share
-// one instance (shared_ptr).
+// A planned transaction: one occurrence of a plan of the host application. The controller's list, the row
+// that shows the transaction and the controller's current transaction share one instance.
 class TodayTransaction final {
 public:
-    // The eight values that a feed record holds, in the feed's order.
+    // The values of a feed record, in the feed's order.
     struct Values {
-        QString name;      // payee or category, the row's title
-        double date = 0;   // seconds since 1970-01-01 00:00 UTC; compared exactly
-        QString imageName; // icon in the account's folder, without ".png"
+        QString name;      // the payee or category, shown as the title
+        double date = 0;   // seconds since 1970-01-01 00:00 UTC
+        QString imageName; // of the icon's file, without ".png"
         QString amount;    // formatted for display by the host application
         bool isIncome = false;
         bool isExpense = false;
-        QString planPK;            // the plan's primary key; several occurrences share one
-        bool isSinglePlan = false; // the plan has this one occurrence only
+        QString planPK;            // the primary key of the plan, which its occurrences share
+        bool isSinglePlan = false; // whether the plan has only this occurrence
     };
 
     explicit TodayTransaction(Values values);
@@ -32,10 +31,10 @@ public:
     bool isExpense;
     QString planPrimaryKey;
     bool isSinglePlan;
-    std::int64_t index = 0; // position in the controller's list, given by the controller
+    std::int64_t index = 0; // the position in the controller's list, set by the controller
 
-    // Whether the current moment, taken afresh at each call, is later than the date. Equal instants are not
-    // overdue, there is no rounding to days, and a date that is NaN is never overdue.
+    // Whether the current time is later than the date; they are not rounded to days. A date that is NaN is
+    // never overdue.
     [[nodiscard]] bool isOverdue() const;
 };
 

@@ -2,24 +2,24 @@
 
 #include <cstdint>
 
-// What the user chose to do with a transaction: one of four cases, two of which carry a value. Held as a tag
-// and a value.
+// What the user chose to do with a transaction: Paid, Later with a number of days, Delete with or without the
+// later occurrences, or Info.
 class TodayTransactionAction final {
 public:
     enum class Tag : std::uint8_t { Later = 0, Delete = 1, Valueless = 2 };
 
     static constexpr TodayTransactionAction Paid() { return {Tag::Valueless, 0}; }
-    // Move the occurrence to the start of the day that lies this many days after today.
+    // Moves the occurrence to the start of the day that is a number of days after today.
     static constexpr TodayTransactionAction Later(std::int64_t days) { return {Tag::Later, days}; }
-    // Delete the occurrence and, when asked to, every later one of the same plan.
+    // Deletes the occurrence and optionally all later occurrences of its plan.
     static constexpr TodayTransactionAction Delete(bool laterOccurrences) {
         return {Tag::Delete, laterOccurrences ? 1 : 0};
     }
-    // Open the occurrence in the host application; never logged.
+    // Opens the occurrence in the host application. This action is not logged.
     static constexpr TodayTransactionAction Info() { return {Tag::Valueless, 1}; }
 
     [[nodiscard]] constexpr Tag tag() const { return tag_; }
-    // Later: days. Delete: 1 for the later occurrences too, otherwise 0. Paid: 0, Info: 1.
+    // Of Later the days; of Delete 1 with the later occurrences and 0 without; of Paid 0; of Info 1.
     [[nodiscard]] constexpr std::int64_t value() const { return value_; }
 
     [[nodiscard]] constexpr bool isPaid() const { return *this == Paid(); }

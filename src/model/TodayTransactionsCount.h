@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 
-// How many transactions the widget shows: at most a given number, none, or all. Held as a tag and a value.
+// How many transactions the widget shows: at most a limit, none, or all.
 class TodayTransactionsCount final {
 public:
     enum class Tag : std::uint8_t { Custom = 0, Valueless = 1 };
@@ -13,14 +13,15 @@ public:
     static constexpr TodayTransactionsCount All() { return {Tag::Valueless, 1}; }
 
     [[nodiscard]] constexpr Tag tag() const { return tag_; }
-    // Custom: the limit. None: 0, All: 1.
+    // Of Custom the limit; of None 0; of All 1.
     [[nodiscard]] constexpr std::int64_t value() const { return value_; }
 
     [[nodiscard]] constexpr bool isCustom() const { return tag_ == Tag::Custom; }
     [[nodiscard]] constexpr bool isNone() const { return *this == None(); }
     [[nodiscard]] constexpr bool isAll() const { return *this == All(); }
 
-    // The number to show out of those available. A negative limit yields itself; nobody makes one.
+    // The number of transactions to show if a number of them is available. A negative limit is returned
+    // unchanged.
     [[nodiscard]] constexpr std::int64_t shownOutOf(std::int64_t available) const {
         if (isCustom())
             return std::min(value_, available);

@@ -2,7 +2,7 @@
 
 namespace platform {
 
-// The place in which the panel shows an extension's controller. It has no operation that the widget uses.
+// The panel as its widget sees it. The widget only checks that there is one, so it has no operations.
 class ExtensionContext final {};
 
 } // namespace platform

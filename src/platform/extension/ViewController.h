@@ -11,8 +11,7 @@
 
 namespace platform {
 
-// Owns a view that it loads from an interface file when it is first asked for it, and says how large it wants
-// to be.
+// Owns a view that it loads from an interface file on the first use, and tells the size that the view needs.
 class ViewController : public std::enable_shared_from_this<ViewController> {
 public:
     ViewController() = default;
@@ -23,18 +22,18 @@ public:
     // The name of the interface file that holds the view.
     [[nodiscard]] virtual QString nibName() const = 0;
 
-    // The view, loaded on the first call: out of its interface file (a missing or empty one is fatal), then
-    // viewDidLoad.
+    // The view. The first call loads it from its interface file, connects the outlets and calls viewDidLoad.
+    // A missing or empty interface file is fatal.
     [[nodiscard]] View& view();
     [[nodiscard]] bool isViewLoaded() const { return view_ != nullptr; }
 
-    // The size in points that the view asks for; 0 by 0 at first.
+    // The size in points that the view needs; 0 by 0 at first.
     [[nodiscard]] QSizeF preferredContentSize() const { return preferredContentSize_; }
     void setPreferredContentSize(const QSizeF& size);
-    // Told of every size that is set, also of one that is the same.
+    // The handler is called for every size that is set, even if it is the same as before.
     void setPreferredContentSizeChanged(std::function<void()> changed) { changed_ = std::move(changed); }
 
-    // The place that shows the controller; none until a panel has taken it.
+    // The panel that shows the controller; null until there is one.
     [[nodiscard]] const std::shared_ptr<ExtensionContext>& extensionContext() const {
         return extensionContext_;
     }
@@ -43,9 +42,9 @@ public:
     }
 
 protected:
-    // Connects the outlets to what came out of the interface file, before viewDidLoad.
+    // Connects the outlets to the views of the interface file. Called before viewDidLoad.
     virtual void connectOutlets(View& view) = 0;
-    // Called once per load of the view.
+    // Called once after the view was loaded.
     virtual void viewDidLoad() {}
 
 private:

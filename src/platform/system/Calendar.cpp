@@ -1,6 +1,6 @@
 #include "platform/system/Calendar.h"
 
-#include "platform/system/Moment.h"
+#include "platform/system/IcuTime.h"
 #include "platform/system/Region.h"
 
 #include <unicode/calendar.h>
@@ -15,7 +15,7 @@ namespace platform {
 
 namespace {
 
-// The region's calendar standing at a moment; nullptr where ICU has none for it.
+// The calendar of the region, set to a time; nullptr if ICU cannot make it.
 std::unique_ptr<icu::Calendar> calendarAt(double milliseconds) {
     const Region region = Region::current();
     UErrorCode status = U_ZERO_ERROR;
@@ -30,8 +30,8 @@ std::unique_ptr<icu::Calendar> calendarAt(double milliseconds) {
     return U_SUCCESS(status) ? std::move(calendar) : nullptr;
 }
 
-// Counted from the first of the month to the first of the next, so that a month that lacks days in its midst
-// (October 1582) has the length that it had. 0 where the calendar fails.
+// The number of days from the first of the month to the first of the next month. Counting them also gives the
+// right length of a month with missing days (October 1582). 0 if the calendar fails.
 std::int32_t lengthOfMonth(const icu::Calendar& calendar) {
     UErrorCode status = U_ZERO_ERROR;
     const std::unique_ptr<icu::Calendar> walker(calendar.clone());
@@ -42,8 +42,8 @@ std::int32_t lengthOfMonth(const icu::Calendar& calendar) {
     return U_SUCCESS(status) ? next - first : 0;
 }
 
-// Some calendars lose their way hundreds of thousands of years from here, without an error. A day more than
-// was asked for leaves room for any change of the clocks.
+// Some calendars return wrong times for dates hundreds of thousands of years from now without reporting an
+// error. One day more than asked for allows for any change of the zone's offset.
 bool isNear(double moved, double milliseconds, std::int32_t days) {
     constexpr double millisecondsOfDay = 86'400'000;
     return std::abs(moved - milliseconds) <= (days + 1) * millisecondsOfDay;
@@ -52,28 +52,28 @@ bool isNear(double moved, double milliseconds, std::int32_t days) {
 } // namespace
 
 std::optional<double> Calendar::dateByAddingDaysWrapping(double date, std::int64_t days) {
-    const auto start = millisecondsOf(date);
+    const auto start = icuTime(date);
     const auto calendar = start ? calendarAt(*start) : nullptr;
     if (!calendar)
         return std::nullopt;
     const std::int32_t length = lengthOfMonth(*calendar);
     if (length <= 0)
         return std::nullopt;
-    // ICU overflows on large amounts; whole turns around the month change nothing.
+    // ICU overflows on large amounts. Rolling by whole months has no effect.
     UErrorCode status = U_ZERO_ERROR;
     calendar->roll(UCAL_DAY_OF_MONTH, static_cast<std::int32_t>(days % length), status);
     const double end = calendar->getTime(status);
     if (U_FAILURE(status) || !isNear(end, *start, length))
         return std::nullopt;
-    return date + (end - *start) / 1000.0; // the difference, so that what is below a millisecond stays
+    return date + (end - *start) / 1000.0; // keeps the fraction of a millisecond
 }
 
 std::optional<double> Calendar::startOfDay(double date) {
-    const auto moment = millisecondsOf(date);
+    const auto moment = icuTime(date);
     const auto calendar = moment ? calendarAt(*moment) : nullptr;
     if (!calendar)
         return std::nullopt;
-    // The leap month belongs to the month in the calendars that have one.
+    // In calendars with leap months, only the flag tells a leap month from the month before it.
     constexpr UCalendarDateFields fields[] = {UCAL_ERA, UCAL_YEAR, UCAL_MONTH, UCAL_IS_LEAP_MONTH,
                                               UCAL_DAY_OF_MONTH};
     UErrorCode status = U_ZERO_ERROR;

@@ -5,18 +5,17 @@
 
 namespace platform {
 
-// Calendar arithmetic in the region's own calendar and time zone (ICU). Moments are seconds since 1970-01-01
-// 00:00 UTC. A moment that no calendar can place (not finite, or out of its range) yields none.
+// Calendar arithmetic in the calendar and time zone of the current region (ICU). Dates are seconds since
+// 1970-01-01 00:00 UTC. The result is absent for a date that is not finite or out of the calendar's range.
 class Calendar final {
 public:
-    // The moment with its day of the month moved by a number of days within the month: the day wraps around
-    // the month's end and carries into neither month nor year (ICU's roll). The time of day stays. 31 January
-    // and 1 is 1 January; 1 January and -1 is 31 January.
+    // Adds days to the day of the month only: it wraps around at the end of the month and changes neither
+    // month nor year (ICU's roll). The time of day is kept. 31 January plus 1 is 1 January; 1 January minus 1
+    // is 31 January.
     [[nodiscard]] static std::optional<double> dateByAddingDaysWrapping(double date, std::int64_t days);
 
-    // The first moment of the day that a moment lies in, made from era, year, month and day alone. Where
-    // midnight is missing, 01:00 of that day (or what the zone's gap makes of it); where it comes twice, the
-    // first of them.
+    // The start of the day of a date. If a change of the clocks skips midnight, the day starts at the end of
+    // the gap (usually 01:00); if it repeats midnight, the day starts at the first one.
     [[nodiscard]] static std::optional<double> startOfDay(double date);
 };
 

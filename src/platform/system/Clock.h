@@ -2,19 +2,19 @@
 
 namespace platform {
 
-// The current moment. One clock serves the process; tests put their own in its place.
+// The source of the current time. Tests replace the clock of the process.
 class Clock {
 public:
     virtual ~Clock() = default;
 
-    // Seconds since 1970-01-01 00:00 UTC, with the fraction that the source has.
+    // Seconds since 1970-01-01 00:00 UTC, with a fraction.
     [[nodiscard]] virtual double now() const = 0;
 
-    // The clock in force: the system's, unless another was set.
+    // The clock of the process: the system clock, unless another one was set.
     [[nodiscard]] static const Clock& current();
 
-    // Puts a clock in force, which must outlive its use; nullptr brings the system's back. Gives the one that
-    // was set before, or nullptr.
+    // Replaces the clock of the process by one that outlives its use; nullptr restores the system clock.
+    // Returns the clock that was set before, or nullptr.
     static const Clock* setCurrent(const Clock* clock);
 };
 

@@ -1,6 +1,6 @@
 #include "platform/system/DateText.h"
 
-#include "platform/system/Moment.h"
+#include "platform/system/IcuTime.h"
 #include "platform/system/Region.h"
 
 #include <unicode/datefmt.h>
@@ -13,7 +13,7 @@ namespace platform {
 
 namespace {
 
-// The calendar is part of the locale's name, so the region says all that a format depends on.
+// The locale's name includes the calendar, so that the region determines the format.
 std::unique_ptr<icu::DateFormat> makeFormat(const Region& region) {
     std::unique_ptr<icu::DateFormat> format(
         icu::DateFormat::createDateInstance(icu::DateFormat::kMedium, icu::Locale(region.locale.c_str())));
@@ -22,8 +22,8 @@ std::unique_ptr<icu::DateFormat> makeFormat(const Region& region) {
     return format;
 }
 
-// Making a format takes up to a hundred times as long as using it, so the last one is kept; each use checks
-// that the region is still the same.
+// The format of the current region. Making one takes much longer than using it, so the last one is cached
+// until the region changes.
 icu::DateFormat* currentFormat() {
     static Region known;
     static std::unique_ptr<icu::DateFormat> format;
@@ -38,7 +38,7 @@ icu::DateFormat* currentFormat() {
 } // namespace
 
 QString mediumDateText(double date) {
-    const auto moment = millisecondsOf(date);
+    const auto moment = icuTime(date);
     icu::DateFormat* format = moment ? currentFormat() : nullptr;
     if (!format)
         return {};

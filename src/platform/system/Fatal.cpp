@@ -9,20 +9,21 @@ namespace platform {
 
 namespace {
 
-// A core limit of zero does not bind a core handler that is a pipe; a process that is not dumpable has none.
-void askForNoCore() noexcept {
+// The limit of the core file's size does not apply to a handler that reads cores from a pipe, but a process
+// that is not dumpable leaves no core at all.
+void disableCoreFiles() noexcept {
     const rlimit none{0, 0};
     setrlimit(RLIMIT_CORE, &none);
     prctl(PR_SET_DUMPABLE, 0);
 }
 
-// Whatever a library has installed for SIGABRT (a printer of stack traces, say) stays out of it. Not abort(),
-// which would call it first.
-void endBySigabrt() noexcept {
+// Unlike abort(), this does not call a handler that a library may have installed, such as one that prints a
+// stack trace.
+void raiseSigabrt() noexcept {
     struct sigaction action {};
     action.sa_handler = SIG_DFL;
     sigaction(SIGABRT, &action, nullptr);
-    raise(SIGABRT); // pending where it is blocked, delivered by the line that unblocks it
+    raise(SIGABRT); // stays pending if it is blocked, until it is unblocked below
     sigset_t set;
     sigemptyset(&set);
     sigaddset(&set, SIGABRT);
@@ -32,8 +33,8 @@ void endBySigabrt() noexcept {
 } // namespace
 
 void fatal() noexcept {
-    askForNoCore();
-    endBySigabrt();
+    disableCoreFiles();
+    raiseSigabrt();
     _exit(128 + SIGABRT);
 }
 

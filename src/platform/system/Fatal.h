@@ -2,11 +2,12 @@
 
 namespace platform {
 
-// Ends the process at once by SIGABRT, with nothing printed and no core file asked for: the answer to faults
-// of the bundle and to files that break the contract. No destructor and no exit handler runs.
+// Ends the process at once by SIGABRT, without printing anything, writing a core file, or running destructors
+// and exit handlers. Used for faults of the program's own resources and for files of the host application
+// that break their format.
 [[noreturn]] void fatal() noexcept;
 
-// The same where a condition does not hold.
+// Calls fatal() unless a condition holds.
 inline void require(bool condition) noexcept {
     if (!condition)
         fatal();

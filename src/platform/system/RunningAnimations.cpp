@@ -23,7 +23,7 @@ public:
             ends ? 1.0 : static_cast<double>((now - start_).count()) / static_cast<double>(duration_.count());
         if (ends)
             leave();
-        const auto tick = tick_; // the call may destroy this
+        const auto tick = tick_; // the call may destroy this animation
         if (*tick)
             (*tick)(progress);
     }

@@ -7,8 +7,8 @@
 
 namespace platform {
 
-// The animations that run on one main queue. Ticks may start animations and destroy handles, their own too;
-// handles may outlive this.
+// The running animations of one main queue. A tick may start animations and destroy any handle, including its
+// own. Handles may outlive this object.
 class RunningAnimations final {
 public:
     using Duration = MainQueue::Duration;
@@ -18,7 +18,7 @@ public:
     RunningAnimations(const RunningAnimations&) = delete;
     RunningAnimations& operator=(const RunningAnimations&) = delete;
 
-    // A duration of zero or less ends at the first tick.
+    // Starts an animation. One whose duration is zero or less ends at the first tick.
     [[nodiscard]] std::unique_ptr<MainQueue::Ticking> start(Duration now, Duration duration,
                                                             MainQueue::Tick tick);
     void tickAll(Duration now);
@@ -27,7 +27,7 @@ public:
 private:
     class Animation;
 
-    std::vector<Animation*> running_; // in the order of their start, without those that have ended
+    std::vector<Animation*> running_; // in the order of their start
 };
 
 } // namespace platform

@@ -11,8 +11,8 @@ namespace {
 
 std::function<bool(const QString&)> chosenOpener;
 
-// gio looks up the handler of the scheme as the desktop's database writes it. Where gio is installed and
-// fails, nothing else is tried: xdg-open may start a browser.
+// gio keeps the case of the scheme when it looks up the handler. If gio is installed and fails, xdg-open is
+// not tried, because it might open a browser.
 bool openWithDesktop(const QString& url) {
     const std::string text = url.toStdString();
     if (const auto gio = findProgram("gio"))

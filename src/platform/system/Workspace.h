@@ -6,15 +6,15 @@
 
 namespace platform {
 
-// Opens URLs with the desktop's handler. The text goes to the opener as it stands, never through a URL class,
-// which would lower-case the scheme.
+// Opens URLs with the handlers of the desktop. The text of a URL is passed on unchanged; a URL class would
+// convert its scheme to lower case.
 class Workspace final {
 public:
-    // Starts `gio open URL`, or `xdg-open URL` where gio is not installed, as a process of its own whose
-    // output and exit status nobody reads. Never blocks. False where nothing could be started.
+    // Starts `gio open URL`, or `xdg-open URL` if gio is not installed, as a detached process whose output
+    // and exit status are ignored. Never blocks. Returns false if no process could be started.
     static bool openUrl(const QString& url);
 
-    // Puts another opener in place (tests); an empty one brings the desktop's back.
+    // Replaces what openUrl does; an empty function restores it.
     static void setOpener(std::function<bool(const QString&)> opener);
 };
 

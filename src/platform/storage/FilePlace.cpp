@@ -14,13 +14,13 @@ std::size_t lengthOfFolder(const std::string& path) {
     return slash == std::string::npos ? 0 : slash + 1;
 }
 
-// Replaces a path by the one that it leads to, link by link; the last one need not exist.
+// Replaces a path by the one that its links lead to, which need not exist.
 std::error_code followLinks(std::string& path) {
-    constexpr int limit = 40; // as the system's own
+    constexpr int limit = 40; // that of the kernel
     for (int links = 0; links < limit; ++links) {
         char bytes[PATH_MAX];
         const ssize_t length = FileSystemCalls::current().readLink(path.c_str(), bytes, sizeof bytes);
-        if (length < 0 && (errno == EINVAL || errno == ENOENT)) // no link, or nothing yet
+        if (length < 0 && (errno == EINVAL || errno == ENOENT)) // no link, or no file
             return {};
         if (length < 0)
             return lastError();
@@ -50,7 +50,7 @@ std::error_code FilePlace::find(const std::string& path) {
     return folder_->isOpen() ? std::error_code{} : lastError();
 }
 
-// Some file systems have no fsync for folders and say so.
+// EINVAL means that the file system does not support fsync for folders.
 std::error_code FilePlace::syncFolder() const {
     if (retryInterrupted([&] { return FileSystemCalls::current().sync(folder()); }) == 0 || errno == EINVAL)
         return {};

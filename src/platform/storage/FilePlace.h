@@ -8,8 +8,9 @@
 
 namespace platform {
 
-// Where a path leads to, links followed; nothing need stand there. The folder is held open, so that all steps
-// of a change happen in the same one even where it is moved meanwhile.
+// The folder and the name that a path leads to after symbolic links are followed. The file need not exist.
+// The folder is kept open, so that all steps of a change happen in the same folder even if it is moved
+// meanwhile.
 class FilePlace final {
 public:
     [[nodiscard]] std::error_code find(const std::string& path);
@@ -18,7 +19,7 @@ public:
     [[nodiscard]] const std::string& folderPath() const { return folderPath_; }
     [[nodiscard]] const std::string& name() const { return name_; }
 
-    // What has changed in the folder is on the disk after this.
+    // Writes changes of the folder's entries to the disk.
     [[nodiscard]] std::error_code syncFolder() const;
 
 private:

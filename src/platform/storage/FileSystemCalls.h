@@ -7,8 +7,8 @@
 
 namespace platform {
 
-// The system calls that this folder makes, each as the system has it: -1 and errno on failure. Tests put
-// others in their place to make a step fail.
+// The system calls of this folder's code. Each returns -1 and sets errno on failure. Tests replace them to
+// make a step fail.
 class FileSystemCalls {
 public:
     virtual ~FileSystemCalls() = default;
@@ -20,7 +20,7 @@ public:
     virtual ssize_t write(int file, const void* bytes, std::size_t count);
     virtual int status(const char* path, struct stat* result);
     virtual int statusOf(int file, struct stat* result);
-    virtual int statusAt(int folder, const char* name, struct stat* result); // of a link itself
+    virtual int statusAt(int folder, const char* name, struct stat* result); // does not follow a link
     virtual ssize_t readLink(const char* path, char* bytes, std::size_t count);
     virtual int changeMode(int file, mode_t mode);
     virtual int changeOwner(int file, uid_t owner, gid_t group);
@@ -32,7 +32,7 @@ public:
 
     [[nodiscard]] static FileSystemCalls& current();
 
-    // Puts calls in force, which must outlive their use; nullptr brings the system's back.
+    // Replaces the calls by others that outlive their use; nullptr restores those of the system.
     static void setCurrent(FileSystemCalls* calls);
 };
 

@@ -11,15 +11,14 @@ namespace platform {
 
 namespace {
 
-// A thousand times the largest feed that anyone keeps; a file beyond it is a fault, which must not take all
-// memory with it.
+// Far more than any feed has. A longer file is refused, so that it does not use up all memory.
 constexpr std::size_t largestFile = std::size_t{1} << 30;
 
-// Reads to the end, wherever that has moved since the file was opened. Grown piece by piece: a string fills
-// what it gains with zeros, which is cheap only while the piece stays in the cache.
+// Reads to the end of the file, even if the file changes its length meanwhile. A string fills the bytes that
+// it gains with zeros, so it grows by pieces that stay in the processor's cache.
 std::error_code readAll(int file, std::size_t expected, std::string& bytes) {
     constexpr std::size_t piece = 128 * 1024;
-    bytes.reserve(expected + 1); // the last read, which finds the end, asks for one byte at least
+    bytes.reserve(expected + 1); // one more byte for the read that finds the end
     for (;;) {
         const std::size_t length = bytes.size();
         const std::size_t room = bytes.capacity() - length;
@@ -41,7 +40,7 @@ std::error_code readRegularFile(const std::string& path, std::string& bytes) {
     if (holdsNul(path))
         return make_error_code(std::errc::invalid_argument);
     FileSystemCalls& calls = FileSystemCalls::current();
-    // Not blocking: opening a fifo would otherwise wait for a writer.
+    // Without O_NONBLOCK, opening a FIFO would wait for a writer.
     const OpenFile file(retryInterrupted(
         [&] { return calls.open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); }));
     if (!file.isOpen())
@@ -62,7 +61,7 @@ std::error_code readRegularFile(const std::string& path, std::string& bytes) {
     }
 }
 
-// The folder above, as text: "/a" for "/a/b" and "/a/b/"; empty where there is none.
+// The parent of a path: "/a" for "/a/b" and "/a/b/". Empty for a single name.
 std::string parentOf(const std::string& path) {
     const std::size_t last = path.find_last_not_of('/');
     if (last == std::string::npos)
@@ -101,7 +100,7 @@ std::error_code makeFolders(const std::string& path) {
             return {};
         error = lastError();
     }
-    // Something stands there: a folder that was made meanwhile, or no folder.
+    // Another program may have made the folder in the meantime.
     if (error == std::errc::file_exists)
         return isFolder(path) ? std::error_code{} : make_error_code(std::errc::not_a_directory);
     return error;

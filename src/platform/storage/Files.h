@@ -5,32 +5,33 @@
 #include <string_view>
 #include <system_error>
 
-// Whole files, read and replaced. Paths are bytes, as the system takes them; a path that holds a NUL byte
-// names no file.
+// Reading and replacing whole files. Paths are bytes, as for system calls; a path with a NUL byte names no
+// file.
 namespace platform {
 
-// The bytes of a regular file, read (never mapped: a host may truncate it under us). None where it is absent,
-// forbidden, no regular file (a folder, a fifo: opening one must not hang), longer than 1 GiB, or fails on
-// the way; `error` then says why where it is given.
+// The bytes of a regular file. Absent if the file does not exist, may not be read, is not a regular file (a
+// folder or a FIFO, which does not block), is longer than 1 GiB or cannot be read to its end; `error` is then
+// set if it is not null, and cleared otherwise. The file is not memory-mapped, because other programs may
+// truncate it at any time.
 [[nodiscard]] std::optional<std::string> readFile(const std::string& path, std::error_code* error = nullptr);
 
-// Replaces or makes a file so that a reader, or a crash at any moment, finds the whole old content or the
-// whole new: a temporary file beside the target, every byte written, fsync, rename, fsync of the folder. The
-// replaced file's mode is kept (its owner as far as the process may), a new one follows the umask; a link is
-// followed to the file it names, even where that does not exist yet. A folder, fifo or device is not
-// replaced. On failure the old file stands and no debris; only where the very last step fails, the fsync of
-// the folder, the new one stands, though perhaps not after a crash.
+// Writes a file, or replaces it as a whole: a reader, and the disk after a crash, has all of the old bytes or
+// all of the new ones. The steps are a temporary file in the same folder, fsync, rename and fsync of the
+// folder. The mode of a replaced file is kept, and its owner if the process may set it; a new file's mode
+// follows the umask. A symbolic link is followed, even to a file that does not exist. A folder, FIFO or
+// device is not replaced. On failure the old file is unchanged and the temporary file is removed; only if the
+// last fsync fails, the new file is in place but may be lost in a crash.
 [[nodiscard]] std::error_code replaceFile(const std::string& path, std::string_view bytes);
 
-// Makes a folder and those above it, with the modes that the umask leaves. An existing folder is no error.
+// Makes a folder and its parents with modes that follow the umask. An existing folder is not an error.
 [[nodiscard]] std::error_code makeFolders(const std::string& path);
 
-// Whether anything is at that path (links are followed).
+// Whether a file of any kind exists at a path, or a folder. Symbolic links are followed.
 [[nodiscard]] bool fileExists(const std::string& path);
 [[nodiscard]] bool isFolder(const std::string& path);
 
-// Two paths joined by exactly one slash, as text: an absolute or empty component never replaces the folder.
-// ("/a", "b") and ("/a/", "/b") are "/a/b"; ("/a", "") is "/a"; ("", "b") is "b".
+// Joins two paths by exactly one slash. An absolute component does not replace the folder: ("/a", "b") and
+// ("/a/", "/b") are "/a/b". An empty part is left out: ("/a", "") is "/a" and ("", "b") is "b".
 [[nodiscard]] std::string pathByAppending(const std::string& folder, std::string_view component);
 
 } // namespace platform

@@ -36,7 +36,8 @@ std::string dataFolder() {
     return pathByAppending(homeFolder(), ".local/share");
 }
 
-// An identifier is one component of a path; another's folder is not reached through it.
+// An identifier must be a single component of a path, so that it cannot lead out of the folder of all
+// containers.
 bool isIdentifier(const std::string& text) {
     return !text.empty() && text != "." && text != ".." && text.find('/') == std::string::npos;
 }

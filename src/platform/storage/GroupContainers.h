@@ -5,22 +5,23 @@
 
 namespace platform {
 
-// The folder in which every application group has its container, a folder named by the group's identifier.
+// The group containers: folders that the programs of an application group share, each named by the identifier
+// of its group, in one folder of all containers.
 class GroupContainers final {
 public:
-    // The folder given with setFolder, else $KORVEL_GROUP_CONTAINERS, else $XDG_DATA_HOME/group-containers
-    // (~/.local/share where that is unset or not absolute, as freedesktop's base directories have it). Empty
-    // variables count as unset.
+    // The folder of all containers: the one given with setFolder, else $KORVEL_GROUP_CONTAINERS, else
+    // $XDG_DATA_HOME/group-containers, else ~/.local/share/group-containers. A variable that is empty, and a
+    // relative $XDG_DATA_HOME, count as unset.
     [[nodiscard]] static std::string folder();
 
-    // Puts a folder in force (--containers); an empty one brings the environment's back.
+    // Replaces the folder of all containers; an empty path restores the one of the environment.
     static void setFolder(std::string folder);
 
-    // The container of a group; none where its identifier is empty or no single name ("..", "a/b"), or its
-    // folder is missing or no folder. Never makes one.
+    // The path of a group's container. Absent if the identifier is not a single file name ("", "..", "a/b")
+    // or the container does not exist. Never makes a container.
     [[nodiscard]] static std::optional<std::string> containerForGroup(const std::string& identifier);
 
-    // Where the container of a group is or would be.
+    // The path that the container of a group has or would have.
     [[nodiscard]] static std::string containerPath(const std::string& identifier);
 };
 

@@ -8,7 +8,7 @@
 
 namespace platform {
 
-// An open file or folder, closed at the latest with this object.
+// Owns the descriptor of an open file or folder.
 class OpenFile final {
 public:
     explicit OpenFile(int number)
@@ -20,7 +20,7 @@ public:
     [[nodiscard]] bool isOpen() const { return number_ >= 0; }
     [[nodiscard]] int number() const { return number_; }
 
-    // 0, or -1 and errno: the last chance of a file system to report a failed write.
+    // Returns 0, or -1 with errno set: some file systems report a failed write only here.
     int close() {
         const int number = number_;
         number_ = -1;
@@ -31,7 +31,7 @@ private:
     int number_;
 };
 
-// Makes a system call again for as long as a signal interrupts it.
+// Repeats a system call while signals interrupt it.
 template <typename Call>
 auto retryInterrupted(Call call) {
     auto result = call();
@@ -40,6 +40,7 @@ auto retryInterrupted(Call call) {
     return result;
 }
 
+// The error of the last failed system call.
 [[nodiscard]] inline std::error_code lastError() {
     return {errno, std::generic_category()};
 }

@@ -11,7 +11,7 @@ namespace {
 using Limits = std::numeric_limits<std::int64_t>;
 
 std::int64_t truncated(double real) {
-    constexpr double end = 9223372036854775808.0; // 2^63, the first beyond
+    constexpr double end = 9223372036854775808.0; // 2^63, the first value out of range
     if (std::isnan(real))
         return 0;
     if (real >= end)
@@ -46,7 +46,7 @@ std::int64_t leadingInteger(std::string_view text) {
 }
 
 std::string textOfReal(double value) {
-    // The exponent of the shortest form says which layout %g would choose.
+    // %.17g uses an exponent outside this range.
     const double magnitude = std::fabs(value);
     const bool isFixed = magnitude == 0 || (magnitude >= 1e-4 && magnitude < 1e17);
     char text[64];

@@ -13,7 +13,7 @@ namespace platform {
 
 namespace {
 
-// Short whatever the target's name, which may be as long as names can be.
+// The name does not contain the target's name, which may already be as long as a file name can be.
 std::string unpredictableName() {
     std::uint64_t number = 0;
     if (getrandom(&number, sizeof number, 0) != static_cast<ssize_t>(sizeof number))
@@ -45,7 +45,7 @@ std::error_code TemporaryFile::writeWhole(const std::optional<struct stat>& old,
 }
 
 std::error_code TemporaryFile::make(const std::optional<struct stat>& old) {
-    const mode_t mode = old ? 0600 : 0666; // narrowed by the umask
+    const mode_t mode = old ? 0600 : 0666; // less the bits of the umask
     constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
     constexpr int attempts = 16;
     for (int attempt = 0; attempt < attempts; ++attempt) {
@@ -86,9 +86,9 @@ std::error_code TemporaryFile::complete(const std::optional<struct stat>& old) {
 
 std::error_code TemporaryFile::setOwnerAndMode(const struct stat& old) {
     FileSystemCalls& calls = FileSystemCalls::current();
-    constexpr auto asItIs = static_cast<uid_t>(-1);
+    constexpr auto unchanged = static_cast<uid_t>(-1);
     if (calls.changeOwner(file_, old.st_uid, old.st_gid) != 0)
-        (void)calls.changeOwner(file_, asItIs, old.st_gid); // only root gives files away
+        (void)calls.changeOwner(file_, unchanged, old.st_gid); // only root may change the owner
     if (calls.changeMode(file_, old.st_mode & 07777) != 0)
         return lastError();
     return {};
@@ -97,7 +97,7 @@ std::error_code TemporaryFile::setOwnerAndMode(const struct stat& old) {
 std::error_code TemporaryFile::syncAndClose() {
     if (retryInterrupted([&] { return FileSystemCalls::current().sync(file_); }) != 0)
         return lastError();
-    // An interrupted close has closed the file, and its bytes are on the disk already.
+    // A close that is interrupted has closed the file, whose bytes were synced before.
     if (close() != 0 && errno != EINTR)
         return lastError();
     return {};

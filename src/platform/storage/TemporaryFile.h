@@ -9,8 +9,7 @@
 
 namespace platform {
 
-// A new file in an open folder, under a name that nobody can guess, removed with this object unless it took
-// another's place.
+// A new file in an open folder with a random name. This object removes the file unless it was renamed.
 class TemporaryFile final {
 public:
     explicit TemporaryFile(int folder)
@@ -19,17 +18,18 @@ public:
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-    // Makes it. A file that comes after no other follows the umask; one that does is closed to others until
-    // it has the old one's mode.
+    // Makes the file. Its mode follows the umask if there is no old file; otherwise only the owner may open
+    // it until complete() sets the old file's mode.
     [[nodiscard]] std::error_code make(const std::optional<struct stat>& old);
     [[nodiscard]] std::error_code write(std::string_view bytes);
-    // Gives it the old one's mode, its owner and group as far as this process may, and brings it to the disk.
+    // Sets the old file's mode, and its owner and group if the process may, then syncs and closes the file.
     [[nodiscard]] std::error_code complete(const std::optional<struct stat>& old);
-    // All three.
+    // Calls make, write and complete.
     [[nodiscard]] std::error_code writeWhole(const std::optional<struct stat>& old, std::string_view bytes);
 
+    // Renames the file and replaces what has that name.
     [[nodiscard]] std::error_code takePlaceOf(const std::string& name);
-    // Takes a name that is free; what stands there stays, which is no error.
+    // Renames the file unless a file has that name already, which is kept and is not an error.
     [[nodiscard]] std::error_code takeFreeName(const std::string& name);
 
 private:
@@ -39,7 +39,7 @@ private:
 
     int folder_;
     int file_ = -1;
-    std::string name_; // empty where there is nothing to remove
+    std::string name_; // empty if there is no file to remove
 };
 
 } // namespace platform

@@ -25,7 +25,7 @@ constexpr QColor opaqueColor(29, 33, 38);
 constexpr QColor edgeColor(255, 255, 255, 26);
 constexpr auto resizeDuration = 200ms;
 
-// Wayland's windows stand where the desktop puts them, so there the panel is a window like any other.
+// On Wayland the desktop places all windows, so the panel is an ordinary window there.
 Qt::WindowFlags windowKind() {
     const QString platform = QGuiApplication::platformName();
     if (platform.startsWith(QStringLiteral("wayland")))
@@ -33,7 +33,7 @@ Qt::WindowFlags windowKind() {
     return (platform == QStringLiteral("xcb") ? Qt::Tool : Qt::Window) | Qt::FramelessWindowHint;
 }
 
-// The toolkit shares a fill of more lines than this out to threads that it starts for it.
+// The toolkit starts threads for a fill of more lines than this.
 constexpr int linesAtOnce = 60;
 
 void fillInBands(QPainter& painter, const QRect& rect, const QColor& color) {
@@ -41,8 +41,8 @@ void fillInBands(QPainter& painter, const QRect& rect, const QColor& color) {
         painter.fillRect(QRect(rect.left(), top, rect.width(), linesAtOnce) & rect, color);
 }
 
-// The sheet with its hairline. Only the corners are drawn smoothly: blending the whole of a translucent
-// window takes the toolkit milliseconds and threads, on the way to the first frame.
+// Paints the rounded background with its hairline. Only the corners are drawn with antialiasing, because
+// blending a whole translucent window is slow and would delay the first frame.
 void paintRoundSheet(QPainter& painter, const QRect& sheet) {
     constexpr int corner = static_cast<int>(cornerRadius) + 1;
     const QRect middle = sheet.adjusted(corner, 0, -corner, 0);
@@ -79,7 +79,7 @@ PanelWindow::PanelWindow(Backdrop backdrop, Height height, int contentWidth)
         setAttribute(Qt::WA_TranslucentBackground);
     else
         setAttribute(Qt::WA_OpaquePaintEvent);
-    // The first Tab goes to the first row; until then no row looks chosen.
+    // The first Tab moves the focus to the first row; until then no row has a focus ring.
     setFocusProxy(scrollView_);
     scrollView_->setFocus();
     scrollView_->setHorizontalInset(horizontalMargin);
@@ -156,7 +156,7 @@ void PanelWindow::resizeEvent(QResizeEvent* event) {
     layoutScrollView();
 }
 
-// A window that does not show hears of its size only when it does.
+// A hidden window has no resize event, so this is called for each change of the height.
 void PanelWindow::layoutScrollView() {
     scrollView_->setFrame(QRectF(rect().adjusted(0, verticalMargin, 0, -verticalMargin)));
 }

@@ -11,16 +11,16 @@
 
 namespace center {
 
-// How a window can look here: a screen that nothing composes shows black where a window is translucent, and a
-// window in the desktop's own frame has its corners.
+// The background of the window. Without a compositor a translucent window would be black, and a window with a
+// frame of the desktop has the corners of that frame.
 enum class Backdrop { RoundTranslucent, SquareOpaque };
 
-// How tall a panel may become: a picture of one knows no screen.
+// The limit of the panel's height: that of the screen, or that of the content for a picture of the panel.
 enum class Height { OfScreen, OfContent };
 
-// The panel that stands in for a notification centre: a dark sheet at the right edge of the screen with the
-// view of one controller in it. It takes the height that the controller prefers, with a short animation once
-// it shows, is never taller than the screen and scrolls where the view is.
+// A dark window at the right edge of the screen with the view of one controller in it. It takes the height
+// that the controller prefers, animated while it is shown. It is never taller than the screen; a taller view
+// scrolls.
 class PanelWindow final : public QWidget {
     Q_OBJECT
 
@@ -34,10 +34,10 @@ public:
     // Called before a mouse button that is released anywhere in the window has its effect.
     void setMouseReleased(std::function<void()> handler) { mouseReleased_ = std::move(handler); }
 
-    // Puts the window at the right edge of the screen; a desktop that places windows itself pays no heed.
+    // Moves the window to the right edge of the screen. Has no effect where the desktop places windows.
     void moveToEdge();
 
-    // Room around the content, in points.
+    // The margins around the content, points.
     static constexpr int horizontalMargin = 12;
     static constexpr int verticalMargin = 8;
 
@@ -68,7 +68,7 @@ private:
     std::function<void()> mouseReleased_;
 };
 
-// What this desktop offers.
+// The background that the current desktop supports.
 [[nodiscard]] Backdrop backdropOfDesktop();
 
 } // namespace center

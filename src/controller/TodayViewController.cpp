@@ -11,7 +11,7 @@
 
 namespace {
 
-// The registration of an interface file with the table; a file that is missing is fatal.
+// Registers an interface file with the table. A missing file is fatal.
 void registerNib(platform::TableView& table, const QString& name, const QString& identifier) {
     const auto file = platform::InterfaceFile::named(name);
     platform::require(file.has_value());
@@ -95,8 +95,7 @@ void TodayViewController::releaseViews() {
     }
 }
 
-// The references that rows and sheet keep. A controller that nobody shares (it is being made or ended) has
-// none to give.
+// The delegate of the rows and of the action sheet. Null while the controller is constructed or destroyed.
 std::shared_ptr<TodayViewController> TodayViewController::sharedSelf() {
     return std::static_pointer_cast<TodayViewController>(weak_from_this().lock());
 }

@@ -18,13 +18,12 @@
 #include <optional>
 #include <vector>
 
-// The widget's principal controller and the entry of the whole: it reads the list, keeps a prepared row for
-// every transaction, asks for the height that they need, and turns what the user does into calls of
-// TodayWidgetLogic.
+// The controller of the widget. It reads the list of transactions, makes a row for each of them, sets the
+// height that the rows need, and performs the actions of the user by TodayWidgetLogic.
 //
-// transactionsArray and cellArray have the same length, and cellArray[i] was configured for
-// transactionsArray[i]. Rows and sheet refer to the controller and it to them: whoever ends a view load calls
-// releaseViews, which breaks the cycles.
+// transactionsArray and cellArray have the same length, and cellArray[i] shows transactionsArray[i]. The
+// rows, the action sheet and the controller own each other, so the panel calls releaseViews when it replaces
+// a controller.
 //
 // Main thread only.
 class TodayViewController final : public platform::ViewController,
@@ -38,16 +37,16 @@ public:
     TodayViewController();
     ~TodayViewController() override;
 
-    const QString sharedDataGroup; // the suite whose availability the update answer tests
-    const double cellHeight = 50;  // every row, points
+    const QString sharedDataGroup; // the shared settings that an update tries to open
+    const double cellHeight = 50;  // of each row, points
     const QString tableViewTransactionReuseIdentifier = QStringLiteral("transactionCell");
     const QString tableViewAddReuseIdentifier = QStringLiteral("addCell");
     std::vector<TodayTransactionPtr> transactionsArray;
-    std::shared_ptr<TodayTableCellView> lastExpandedCell; // the row whose buttons are shown
-    std::shared_ptr<TodayActionSheetView> actionSheet;    // while it is on screen
-    double maxSumLength = 50;                             // common width of the amounts, points
-    TodayTransactionPtr currentTransaction;               // what an open sheet is about
-    std::optional<TodayTransactionAction> currentAction;  // likewise
+    std::shared_ptr<TodayTableCellView> lastExpandedCell; // the row that was opened last
+    std::shared_ptr<TodayActionSheetView> actionSheet;    // null unless it is shown
+    double maxSumLength = 50;                             // the width of the amounts, points
+    TodayTransactionPtr currentTransaction;               // that of the row opened last
+    std::optional<TodayTransactionAction> currentAction;  // the one that the action sheet asks about
     TodayTransactionsCount trCount = TodayTransactionsCount::Custom(3);
     std::vector<std::shared_ptr<TodayTableCellView>> cellArray;
     platform::Outlet<platform::TableView> mainTableView;
@@ -57,13 +56,13 @@ public:
     // --- update cycle (TodayViewController.cpp)
 
     void viewDidLoad() override;
-    // Tests only whether the shared settings can be opened: NewData, or Failed. Reads nothing and changes
-    // nothing, on purpose.
+    // Answers NewData if the shared settings can be opened and Failed otherwise. It does not read the feed,
+    // on purpose.
     void widgetPerformUpdateWithCompletionHandler(const UpdateHandler& completionHandler) override;
-    // Reads the feed anew and makes all rows, also those beyond the shown count.
+    // Reads the feed and makes a row for each transaction, including those beyond the shown count.
     void loadData();
     void reloadData();
-    // Lets go of rows, sheet and table, so that nothing keeps the controller alive.
+    // Releases the rows and the action sheet and disconnects the table, so that nothing owns the controller.
     void releaseViews();
 
     // --- rows and sizing (TodayViewControllerRows.cpp)
@@ -77,14 +76,15 @@ public:
     void calcIndexes();
     void configureWidgetHeight();
 
-    // --- what the user does (TodayViewControllerActions.cpp)
+    // --- the user's actions (TodayViewControllerActions.cpp)
 
     void todayTableViewCellWillExpanded(TodayTableCellView& cell) override;
     void todayTableViewCellClickedAction(TodayTransactionAction action) override;
     void actionSheetClickedButtonAtIndex(std::int64_t index) override;
     void todayAddTableViewCellClickAddButton() override;
     void todayAddTableViewCellClickContentCell() override;
-    // Shows all transactions until the next view load. Nothing of ours calls it; the argument is ignored.
+    // Shows all transactions until the next view load. The argument is ignored. The widget itself never calls
+    // it.
     void showAllTransactions(std::int64_t sender);
     void removeTransactionFromArrayAndFromTable(const TodayTransactionPtr& transaction);
 

@@ -1,4 +1,4 @@
-// What the user does in the widget, and what becomes of it.
+// The user's actions in the widget.
 #include "controller/TodayViewController.h"
 
 #include "exchange/TodayWidgetLogic.h"
@@ -14,8 +14,8 @@ namespace {
 constexpr auto refreshDelay = 300ms;
 constexpr double sheetTopMargin = 10;
 
-// What a choice of the sheet stands for, by the action that opened it; none where no sheet belongs to the
-// action. Any index but 1 and 2 counts as the third choice.
+// The action of an answer to the action sheet. An index other than 1 and 2 counts as the third choice. Absent
+// if the action has no sheet.
 std::optional<TodayTransactionAction> chosenAction(TodayTransactionAction asked, std::int64_t index) {
     if (asked.isLater())
         return TodayTransactionAction::Later(index == 1 ? 1 : index == 2 ? 3 : 7);
@@ -96,8 +96,8 @@ void TodayViewController::hideActionSheet() {
     reloadData();
 }
 
-// The numbers of the last calcIndexes serve until the refresh, on purpose: of two quick removals the second
-// uses the numbering from before the first. The last open row and the current transaction stay as they are.
+// The indexes are not calculated again before the refresh, on purpose: the second of two quick removals uses
+// the indexes from before the first one. lastExpandedCell and currentTransaction are kept.
 void TodayViewController::removeTransactionFromArrayAndFromTable(const TodayTransactionPtr& transaction) {
     mainTableView->beginUpdates();
     const std::int64_t index = transaction->index;
@@ -116,8 +116,8 @@ void TodayViewController::todayAddTableViewCellClickAddButton() {
     TodayWidgetLogic::performNewTransaction(requiredContext());
 }
 
-// The number of transactions is not asked, on purpose: the host application opens also when the last row says
-// nothing.
+// The number of transactions does not matter, on purpose: the host application opens even if the last row has
+// no text.
 void TodayViewController::todayAddTableViewCellClickContentCell() {
     if (trCount.isCustom())
         TodayWidgetLogic::performAllTransactions(requiredContext());

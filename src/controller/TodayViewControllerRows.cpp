@@ -1,4 +1,4 @@
-// The table's rows and the widget's height.
+// The rows of the table and the height of the widget.
 #include "controller/TodayViewController.h"
 
 #include "platform/system/Fatal.h"
@@ -35,21 +35,20 @@ TodayViewController::tableViewViewForTableColumnRow(platform::TableView& table, 
         table.makeViewWithIdentifier(tableViewAddReuseIdentifier));
     platform::require(addRow != nullptr);
     addRow->titleLabel->setStringValue(lastRowTitle());
-    // What a click does there, for those who do not see that nothing is written.
+    // Assistive programs name the effect of a click even if the row has no text.
     if (trCount.isCustom())
         addRow->setAccessibleName(qtTrId("ShowAllTitle"));
     addRow->delegate = sharedSelf();
     return addRow;
 }
 
-// With None the text of the empty list is not shown, on purpose.
+// The text of the empty list is not shown for a count of None, on purpose.
 QString TodayViewController::lastRowTitle() const {
     const auto count = static_cast<std::int64_t>(transactionsArray.size());
     if (trCount.isNone())
         return {};
     if (trCount.isCustom()) {
-        // From 1 to the limit, both included, there is nothing to say; a limit that cannot end that range is
-        // fatal.
+        // The row has no text for 1 to limit transactions. A limit that is not the end of a range is fatal.
         const std::int64_t limit = trCount.value();
         platform::require(limit >= 1 && limit < std::numeric_limits<std::int64_t>::max());
         if (count > limit)

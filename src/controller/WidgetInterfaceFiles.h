@@ -2,8 +2,7 @@
 
 namespace controller {
 
-// Makes all of the widget's interface files known to platform::InterfaceFile. Calling it again changes
-// nothing.
+// Registers all interface files of the widget with platform::InterfaceFile. Further calls have no effect.
 void registerWidgetInterfaceFiles();
 
 } // namespace controller

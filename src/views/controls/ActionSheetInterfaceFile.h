@@ -2,7 +2,7 @@
 
 namespace controls {
 
-// Makes "TodayActionSheetView" known to platform::InterfaceFile. Calling it again changes nothing.
+// Registers "TodayActionSheetView" with platform::InterfaceFile. Further calls have no effect.
 void registerActionSheetInterfaceFile();
 
 } // namespace controls

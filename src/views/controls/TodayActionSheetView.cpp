@@ -21,7 +21,7 @@ constexpr double heightOfThree = 245;
 constexpr auto fadeDuration = 300ms;
 constexpr auto reportDelay = 500ms;
 
-// The cell of a button of the sheet; a cell of another class is a fault of the interface file.
+// The cell of a button of the sheet. A cell of another class is a fault of the interface file.
 TodayTintButtonCell& tintCell(platform::Button& button) {
     auto* cell = dynamic_cast<TodayTintButtonCell*>(&button.cell());
     platform::require(cell != nullptr);
@@ -139,7 +139,7 @@ platform::Image TodayActionSheetView::tintedImage(const platform::Image& image, 
     return image.tinted(tintColor);
 }
 
-// They stay where they are and take clicks, which the answered sheet ignores.
+// The hidden views still receive clicks, which a sheet ignores after its answer.
 void TodayActionSheetView::hideViewsWithAnimation(std::initializer_list<platform::View*> views) {
     platform::AnimationGroup fade(fadeDuration);
     for (platform::View* view : views)

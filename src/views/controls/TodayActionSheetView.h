@@ -15,25 +15,24 @@
 #include <memory>
 #include <optional>
 
-// Hears the answer to a sheet, half a second after the click and at most once a showing: 1, 2 or 3 for a
-// choice, 0 for Cancel.
+// Receives the answer to an action sheet half a second after the click: 1, 2 or 3 for a choice and 0 for
+// Cancel. A sheet reports at most one answer.
 class TodayActionSheetViewDelegate {
 public:
     virtual ~TodayActionSheetViewDelegate() = default;
     virtual void actionSheetClickedButtonAtIndex(std::int64_t index) = 0;
 };
 
-// A question inside the widget: a title, two or three choices and Cancel. The first click answers it: the
-// chosen line gets a check mark, the others fade, and the delegate hears of it. Meant for one question;
-// another one takes a new sheet.
+// A question in place of the list: a title, two or three choices and Cancel. The first click answers the
+// question: the chosen button gets a check mark and the others fade. Each question needs a new sheet.
 class TodayActionSheetView final : public platform::View {
     Q_OBJECT
 
 public:
     explicit TodayActionSheetView(QWidget* parent = nullptr);
 
-    // Connected by the interface file; using a missing one is fatal, and so is a button whose cell is no
-    // TodayTintButtonCell.
+    // The interface file connects the outlets. Using one that is not connected is fatal, as is a button whose
+    // cell is not a TodayTintButtonCell.
     platform::Outlet<platform::Box> titleBackgroundView;
     platform::Outlet<platform::Label> titleLabel;
     platform::Outlet<platform::Button> checkButton1;
@@ -41,20 +40,20 @@ public:
     platform::Outlet<platform::Button> checkButton3;
     platform::Outlet<platform::Button> theCancelButton;
     platform::Outlet<platform::LayoutConstraint> verticalConstraintCancel; // the top of Cancel, points
-    std::shared_ptr<TodayActionSheetViewDelegate> delegate;                // let go of after the answer
-    std::int64_t numberOfButton = 2;                                       // choices in use, 2 or 3
+    std::shared_ptr<TodayActionSheetViewDelegate> delegate;                // null after the answer
+    std::int64_t numberOfButton = 2;                                       // the choices, 2 or 3
 
-    // A new sheet from the interface file; none where there is no file or no sheet in it.
+    // A new sheet from the interface file; null if there is no file or no sheet in it.
     [[nodiscard]] static std::shared_ptr<TodayActionSheetView> createNewActionSheet();
 
     void awakeFromNib() override;
     void showWithTitle(const QString& title, const std::shared_ptr<TodayActionSheetViewDelegate>& receiver,
                        const QString& button1, const QString& button2, const std::optional<QString>& button3);
-    // The height in points that the sheet needs.
+    // The height that the sheet needs, points.
     [[nodiscard]] double contentHeight() const;
 
-    // Gives the sheet a frame whose y counts upwards from the lower edge of a superview of a height (points).
-    // It stays at that distance from the superview's top.
+    // Sets a frame whose y axis points up from the lower edge of the superview. The superview's height is in
+    // points. The sheet then keeps its distance from the top of the superview.
     void setUnflippedFrame(const QRectF& frame, double superviewHeight);
 
     void checkButtonClick1();

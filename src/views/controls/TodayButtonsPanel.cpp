@@ -17,7 +17,7 @@ struct ButtonKind {
     void (TodayButtonsPanel::*click)();
 };
 
-// From the leading edge.
+// The buttons from the leading edge.
 constexpr std::array<ButtonKind, 4> buttonKinds{{
     {"paid", QT_TRID_NOOP("PaidButtonHelp"), Cell::Standard, &TodayButtonsPanel::buttonPaidClick},
     {"later", QT_TRID_NOOP("LaterButtonHelp"), Cell::Standard, &TodayButtonsPanel::buttonLaterClick},

@@ -5,16 +5,15 @@
 
 #include <memory>
 
-// Hears of a click on one of the four buttons, once a click, from inside the click's handling.
+// Receives the action of each click on one of the four buttons.
 class TodayButtonsPanelDelegate {
 public:
     virtual ~TodayButtonsPanelDelegate() = default;
     virtual void buttonsPanelUserClickAction(TodayTransactionAction action) = 0;
 };
 
-// The strip of four action buttons that an open row shows: Paid, Later, Info and Delete from the leading
-// edge. It knows nothing of transactions; what Later and Delete carry are placeholders that its user
-// replaces.
+// The four action buttons of an open row: Paid, Later, Info and Delete from the leading edge. The values of
+// Later and Delete are placeholders; the user chooses them in the action sheet.
 class TodayButtonsPanel final : public platform::View {
     Q_OBJECT
     Q_PROPERTY(double buttonSize MEMBER buttonSize CONSTANT)
@@ -25,10 +24,10 @@ public:
 
     const double buttonSize = 50; // width and height of each button, points
     const double marginX =
-        -5; // the leftmost button starts outside the panel, on purpose, in both directions of reading
+        -5; // the leftmost button starts outside the panel in both layout directions, on purpose
     std::shared_ptr<TodayButtonsPanelDelegate> delegate;
 
-    // Makes the four buttons, placed for the direction of reading at this moment. Each call makes four more.
+    // Makes the four buttons in the current layout direction. Each call adds four buttons.
     void generateButtons();
 
     void buttonPaidClick();

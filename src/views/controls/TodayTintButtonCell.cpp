@@ -9,7 +9,7 @@ namespace {
 
 constexpr double pressedAlpha = 0.5;
 
-// Towards zero, as a conversion to a 64-bit integer goes; what no such integer can hold is fatal.
+// Truncates towards zero. A value beyond 64-bit integers is fatal.
 double truncated(double value) {
     constexpr double limit = 9223372036854775808.0; // 2^63
     platform::require(std::isfinite(value) && value >= -limit && value < limit);
@@ -28,7 +28,7 @@ void TodayTintButtonCell::highlight(bool flag, const QRectF&, platform::Button& 
     view.setAlphaValue(flag ? pressedAlpha : 1);
 }
 
-// The rectangle is not looked at, on purpose: the image is placed by the button's own frame.
+// The rectangle is ignored, on purpose: the frame of the button determines the place of the image.
 void TodayTintButtonCell::drawImage(QPainter& painter, const platform::Image& image, const QRectF&,
                                     platform::Button& view) {
     tintedImage(image).draw(painter, imageRect(image.size(), view));
@@ -54,8 +54,8 @@ QRectF TodayTintButtonCell::drawTitle(QPainter& painter, const platform::Attribu
     return rect;
 }
 
-// Measured from the button's own origin, not from the rectangle's, on purpose; left to right the title keeps
-// the rectangle's whole width although it starts further in.
+// The place is relative to the origin of the button and not of the rectangle, on purpose. In a left-to-right
+// layout the title has the whole width of the rectangle although it starts at an offset.
 QRectF TodayTintButtonCell::titleRect(const QRectF& rect, const platform::Button& view) const {
     if (isRightToLeft(view))
         return {0, titleYOffset, rect.width() - titleXOffset, rect.height()};

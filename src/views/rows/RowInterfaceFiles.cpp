@@ -9,7 +9,7 @@ using platform::LayoutConstraint;
 
 namespace {
 
-// A constraint of a row, whose constant is what the interface file's frames say.
+// Makes a constraint of a row. The frames of the interface file give its constant.
 LayoutConstraint* constraint(TodayTableCellView& row, double constant) {
     auto* made = new LayoutConstraint(constant, &row);
     made->setChanged([&row] { row.layoutViews(); });

@@ -2,8 +2,8 @@
 
 namespace rows {
 
-// Makes "TodayTableCellView" and "TodayAddTableCellView" known to platform::InterfaceFile. Calling it again
-// changes nothing.
+// Registers "TodayTableCellView" and "TodayAddTableCellView" with platform::InterfaceFile. Further calls have
+// no effect.
 void registerRowInterfaceFiles();
 
 } // namespace rows

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr double captionSize = 12; // as the dates: one font fewer on the way to the first frame
+constexpr double captionSize = 12; // that of the dates, which saves loading another font
 constexpr double restingAlpha = 0.75;
 constexpr double pressedAlpha = 0.5;
 constexpr double focusAlpha = 0.35;
@@ -40,13 +40,13 @@ void TodayAddTableCellView::addButtonClick() {
         receiver->todayAddTableViewCellClickAddButton();
 }
 
-// The press goes on to the superviews and the release does not, on purpose.
+// The superviews receive the press but not the release, on purpose.
 void TodayAddTableCellView::mouseDown(const platform::MouseEvent& event) {
     View::mouseDown(event);
     titleLabel->setTextColor(white(pressedAlpha));
 }
 
-// Where the mouse is released is not asked, on purpose.
+// The position of the release does not matter, on purpose.
 void TodayAddTableCellView::mouseUp(const platform::MouseEvent&) {
     reportContentClick();
     titleLabel->setTextColor(white(restingAlpha));
@@ -57,8 +57,8 @@ void TodayAddTableCellView::reportContentClick() {
         receiver->todayAddTableViewCellClickContentCell();
 }
 
-// All but the button's own clicks go to the click view, which hands them on to this row; a point outside the
-// row too, on purpose, while there is a button.
+// Every click that does not hit the button goes to the click view, which passes it to this row. That includes
+// points outside the row, on purpose.
 platform::View* TodayAddTableCellView::hitTest(QPointF point) {
     platform::View* hit = View::hitTest(point);
     platform::View* button = addButton.get();

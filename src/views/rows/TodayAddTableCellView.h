@@ -7,16 +7,17 @@
 
 #include <memory>
 
-// Hears from the last row.
+// The last row reports clicks to this interface.
 class TodayAddTableViewCellDelegate {
 public:
     virtual ~TodayAddTableViewCellDelegate() = default;
     virtual void todayAddTableViewCellClickAddButton() = 0;
-    // The mouse was released after a press anywhere else on the row.
+    // The mouse button was released after a press outside the add button.
     virtual void todayAddTableViewCellClickContentCell() = 0;
 };
 
-// The last row: a button that adds a transaction, and a caption over a view that takes every other click.
+// The last row: a button that adds a transaction, and a caption. A view below the caption receives all other
+// clicks.
 class TodayAddTableCellView final : public platform::View {
     Q_OBJECT
 

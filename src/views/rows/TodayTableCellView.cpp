@@ -33,7 +33,7 @@ constexpr auto slideDuration = 200ms;
 
 constexpr QColor focusColor(255, 255, 255, 90);
 
-// A label or image view in its column: the interface file's frame with another left edge and width.
+// The frame of a view from the interface file with another left edge and width.
 QRectF inColumn(const platform::View& view, double x, double width) {
     const QRectF frame = view.frame();
     return {x, frame.y(), width, frame.height()};
@@ -51,7 +51,7 @@ void TodayTableCellView::awakeFromNib() {
     sumBackgroundView->setMasksToBounds(true);
     sumBackgroundView->setCornerRadius(badgeCornerRadius);
     rightButtonsPanel->generateButtons();
-    // The panel's reference to its row does not own it: the row owns the panel.
+    // The row owns the panel, so the panel's reference to the row must not own it.
     rightButtonsPanel->delegate = std::shared_ptr<TodayButtonsPanelDelegate>(std::shared_ptr<void>(), this);
     titleLabel->setLineBreakMode(platform::Label::LineBreakMode::TruncatingTail);
     layoutViews();
@@ -81,8 +81,8 @@ void TodayTableCellView::configureForItem(const TodayTransactionPtr& newItem, do
 
 void TodayTableCellView::configureAmountColumn(const QString& amount, double maxSum) {
     const double w = std::max(narrowestAmount, std::min(widestAmount, maxSum));
-    // Compared with w although w + 2 is what it is then given, on purpose: the constants are written on every
-    // call but where an interface file happens to hold w itself.
+    // The constant is compared with w although it is then set to w + 2, on purpose: the constraints are set
+    // on every call unless the interface file has the constant w.
     if (sumWidthLayoutConstraint->constant() != w) {
         sumWidthLayoutConstraint->setConstant(w + amountLabelExtra);
         sumBackgroundWidthLayoutConstraint->setConstant(w + badgeExtra);
@@ -126,8 +126,8 @@ platform::Image TodayTableCellView::templateImageWithTintColor(const platform::I
     return image.tinted(tint);
 }
 
-// The content keeps its leading edge and gives up its trailing side to the buttons. What stands in it is
-// measured by the whole row, so that nothing but the cut moves during a slide.
+// The content keeps its leading edge and uncovers the buttons at its trailing edge. Its subviews are laid out
+// for the width of the whole row, so that only the clip of the content moves during a slide.
 void TodayTableCellView::layoutViews() {
     if (laysOutLater_)
         return;
@@ -138,8 +138,8 @@ void TodayTableCellView::layoutViews() {
 
     const double panelWidth = widthConstraint->constant();
     rightButtonsPanel->setLogicalFrame(QRectF(right - panelWidth, 0, panelWidth, height));
-    // Only the strip that the content has left shows, since the content is translucent. The content covers
-    // each point that it touches.
+    // The content is translucent, so the buttons are clipped to the area that it does not cover. The clip is
+    // rounded down to whole points, because the content paints all of a point that it covers partly.
     const double strip = std::clamp(std::floor(-slide), 0.0, panelWidth);
     const bool mirrored = userInterfaceLayoutDirection() == Qt::RightToLeft;
     rightButtonsPanel->setClip(QRectF(mirrored ? 0 : panelWidth - strip, 0, strip, height));
@@ -157,7 +157,7 @@ void TodayTableCellView::layoutContent(double rowWidth) {
     const double titleX = titleLabel->frame().x();
     const double textEnd = rowWidth - titleRightSpaceLayoutConstraint->constant();
     place(*titleLabel, titleX, std::max(0.0, textEnd - titleX));
-    // A date keeps clear of the badge too, in a row that has no room for its whole width.
+    // In a narrow row the date is cut so that it does not overlap the badge.
     const double dateX = subtitleLabel->frame().x();
     place(*subtitleLabel, dateX,
           std::max(0.0, std::min(textEnd - dateX, subtitleWidthLayoutConstraint->constant())));
@@ -186,8 +186,8 @@ void TodayTableCellView::cellClicked() {
     platform::AnimationGroup slide(slideDuration);
     slide.moveConstant(*cellContentViewRightSpaceConstraint, -widthConstraint->constant());
     slide.end();
-    // What the buttons would cover goes as the slide starts; a closing row's comes back when its slide has
-    // ended.
+    // The texts that the buttons will cover are hidden when the slide starts. When the row closes, they are
+    // shown after the slide.
     setCurrentStateExpanded();
     if (const auto receiver = delegate)
         receiver->todayTableViewCellWillExpanded(*this);
@@ -207,8 +207,7 @@ void TodayTableCellView::close() {
     slide.end();
 }
 
-// Goes by the state of this moment, not of the moment when it was asked for: a row that was opened again
-// while it closed is open.
+// This uses the current state: a row that was opened again while it closed is open.
 void TodayTableCellView::setCurrentStateExpanded() {
     const std::array<platform::View*, 3> texts{&*titleLabel, &*subtitleLabel, &*transactionTypeImageView};
     const double limit = cellContentView->frame().width() - widthConstraint->constant();
@@ -222,7 +221,8 @@ void TodayTableCellView::mouseDown(const platform::MouseEvent&) {
     cellContentView->setAlphaValue(clickedAlpha);
 }
 
-// Where the mouse is released is not asked, on purpose: a press that is dragged off the row toggles it too.
+// The position of the release does not matter, on purpose: a press that is dragged off the row toggles it
+// too.
 void TodayTableCellView::mouseUp(const platform::MouseEvent&) {
     cellContentView->setAlphaValue(1);
     cellClicked();
@@ -238,8 +238,8 @@ void TodayTableCellView::buttonsPanelUserClickAction(TodayTransactionAction acti
     const auto self = weak_from_this().lock();
     if (const auto receiver = delegate)
         receiver->todayTableViewCellClickedAction(action);
-    // After Paid and Info the row stays open, on purpose: the controller says what becomes of it. Otherwise
-    // it closes, also where it is closed already.
+    // After Paid and Info the row stays open, on purpose: the controller removes it or leaves it. Otherwise
+    // it runs its closing animation even if it is closed.
     if (!action.isLater() && !action.isDelete())
         return;
     setExpanded(false);

@@ -17,20 +17,20 @@
 
 class TodayTableCellView;
 
-// Hears from a row. The row does not say which transaction an action concerns: it is that of the row that
-// opened last.
+// A row reports its clicks to this interface. An action concerns the transaction of the row that was opened
+// last.
 class TodayTableViewCellDelegate {
 public:
     virtual ~TodayTableViewCellDelegate() = default;
-    // A click has just started to open this row.
+    // The row has started to open after a click.
     virtual void todayTableViewCellWillExpanded(TodayTableCellView& cell) = 0;
-    // One of the panel's buttons was clicked.
+    // One of the four action buttons was clicked.
     virtual void todayTableViewCellClickedAction(TodayTransactionAction action) = 0;
 };
 
-// The row of one transaction: picture, name, due date and state, and the amount on a badge. A click slides
-// the content aside and uncovers the panel of four buttons. Reused, it shows nothing of its last transaction;
-// whether it is open stays.
+// The row of a transaction: icon, name, due date, due state, and the amount on a badge. A click slides the
+// content away from the panel of four buttons. Configuring the row again replaces all of its content but does
+// not close it.
 class TodayTableCellView final : public platform::View, public TodayButtonsPanelDelegate {
     Q_OBJECT
 
@@ -48,7 +48,7 @@ public:
     static constexpr QColor sumBackgroundDefaultColor{255, 255, 255};
     static constexpr QColor sumTextColor{34, 62, 75};
 
-    // Connected by the interface file; using a missing one is fatal.
+    // The interface file connects the outlets. Using one that is not connected is fatal.
     platform::Outlet<platform::View> cellContentView;
     platform::Outlet<platform::ImageView> transactionImageView;
     platform::Outlet<platform::Label> titleLabel;
@@ -59,9 +59,9 @@ public:
     platform::Outlet<platform::Label> sumLabel;
     platform::Outlet<platform::LayoutConstraint> titleRightSpaceLayoutConstraint;
     platform::Outlet<platform::LayoutConstraint>
-        widthConstraint; // the buttons' area, and how far the content slides
+        widthConstraint; // the width of the buttons, by which the content slides
     platform::Outlet<platform::LayoutConstraint>
-        cellContentViewRightSpaceConstraint; // 0 closed, negative open
+        cellContentViewRightSpaceConstraint; // 0 when closed, negative when open
     platform::Outlet<platform::LayoutConstraint> subtitleWidthLayoutConstraint;
     platform::Outlet<platform::LayoutConstraint> sumWidthLayoutConstraint;
     platform::Outlet<platform::LayoutConstraint> sumBackgroundWidthLayoutConstraint;
@@ -69,13 +69,13 @@ public:
 
     void awakeFromNib() override;
 
-    // Fills the row. maxSum is the width in points that the widest amount of the list takes in the bold
-    // system font of size 16; a NaN leaves the amount's column and font as they are.
+    // Shows a transaction. maxSum is the width in points of the list's widest amount in the bold system font
+    // of size 16. A NaN does not change the column and the font of the amount.
     void configureForItem(const TodayTransactionPtr& item, double maxSum);
 
-    // Opens a closed row and closes an open one, in 0.2 seconds.
+    // Opens or closes the row within 0.2 seconds.
     void cellClicked();
-    // Closes the row where it is open. The delegate is not told.
+    // Closes the row if it is open, without telling the delegate.
     void collapseCell();
     [[nodiscard]] bool isExpanded() const { return isExpandedState_; }
 
@@ -107,5 +107,5 @@ private:
                                                                     const QColor& tint);
 
     bool isExpandedState_ = false;
-    bool laysOutLater_ = false; // while several constants change at once
+    bool laysOutLater_ = false; // set while several constraints change
 };

@@ -1,4 +1,4 @@
-// The sheet: when it comes, what it asks, what becomes of its answer.
+// The action sheet: when it is shown, its question, and the effect of its answer.
 #include "controller/ControllerTest.h"
 
 #include "exchange/TodayWidgetLogic.h"
@@ -12,7 +12,7 @@ using testing::IsEmpty;
 
 class ActionSheetTest : public ControllerTest {
 protected:
-    // What the buttons of the choices say; none for one that is hidden.
+    // The titles of the choices whose buttons are not hidden.
     [[nodiscard]] std::vector<std::string> choices() const {
         std::vector<std::string> texts;
         for (const auto* button :
@@ -29,7 +29,7 @@ protected:
     }
 };
 
-// --- what is asked
+// --- the question
 
 TEST_F(ActionSheetTest, laterAsksWithThreeChoices) {
     giveFeedOf(2);
@@ -99,7 +99,7 @@ TEST_F(ActionSheetTest, aSheetReplacesTheOneBefore) {
     EXPECT_EQ(controller->currentAction, Action::Delete(false));
 }
 
-// --- where it stands
+// --- the frame
 
 TEST_F(ActionSheetTest, aTallerSheetStandsTenPointsAboveTheTop) {
     giveFeedOf(3);
@@ -181,7 +181,7 @@ TEST_P(AnswerTest, isPerformedAsTheExchangeDoes) {
     controller->actionSheetClickedButtonAtIndex(GetParam().index);
     EXPECT_EQ(files(), expected);
     expectList();
-    // The list is what the file says now.
+    // The list has the transactions of the new file.
     std::vector<std::string> inFeed;
     for (const auto& each : TodayWidgetLogic::getTodayTransactionsArray())
         inFeed.push_back(each->name.toStdString());
@@ -209,7 +209,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 class NothingToChooseTest : public ActionSheetTest, public testing::WithParamInterface<std::int64_t> {};
 
-// No sheet of the widget's own asks about these.
+// The widget never asks about these actions.
 TEST_P(NothingToChooseTest, paidAndInfoPerformNothingAndReload) {
     for (const Action asked : {Action::Paid(), Action::Info()}) {
         giveFeedOf(2);

@@ -1,4 +1,4 @@
-// What a container may hold by mistake, and much of it.
+// Wrong and very large content of a container.
 #include "controller/ControllerTest.h"
 
 #include "support/Application.h"
@@ -75,7 +75,7 @@ TEST_F(BadInputTest, aRecordWhoseGlyphIsMissingIsFatal) {
     EXPECT_FATAL(load());
 }
 
-// Settings that cannot be opened show nothing, and then the feed does not matter.
+// If the settings cannot be opened, the list is empty and the feed is not read.
 TEST_F(BadInputTest, garbageSettingsShowNone) {
     breakSettings();
     giveFatalFeed();
@@ -152,7 +152,7 @@ TEST_F(BadInputTest, tenThousandRecordsAreTenThousandRows) {
     EXPECT_EQ(transaction(many - 1)->index, static_cast<std::int64_t>(many - 1));
     EXPECT_THAT(shown(), ElementsAre("0", "1", "2", "3", "4", "[ShowAllTitle]"));
     EXPECT_EQ(height(), 300.0);
-    // Only what is in sight stands in the table.
+    // The table contains only the visible rows.
     EXPECT_EQ(table().subviews().size(), 6u);
     act(0, Action::Paid());
     queue.advance(std::chrono::seconds(1));

@@ -1,4 +1,4 @@
-// Faults of the bundle, each of which ends the widget at once.
+// Faults of the program's own resources, all of which are fatal.
 #include "controller/ControllerTest.h"
 
 #include "platform/views/InterfaceFile.h"
@@ -13,7 +13,7 @@ class BundleFaultTest : public ControllerTest {
 protected:
     BundleFaultTest() { giveFeedOf(1); }
 
-    // Loads with another interface file of a name.
+    // Loads the view with another interface file of that name.
     void loadWith(const char* name, const InterfaceFile::Maker& maker) {
         const InterfaceFileOverride fault(QString::fromLatin1(name), maker);
         load();
@@ -69,7 +69,7 @@ TEST_F(BundleFaultTest, anEmptyInterfaceFileOfTheAddRow) {
     EXPECT_FATAL(loadWith("TodayAddTableCellView", nothing));
 }
 
-// A row of another class that nobody needs is no fault.
+// A row of another class is not a fault if it is not needed.
 TEST_F(BundleFaultTest, aTransactionRowOfAnotherClassIsNotSeenByAnEmptyList) {
     giveFeedOf(0);
     loadWith("TodayTableCellView", plainView);
@@ -102,7 +102,7 @@ TEST_F(BundleFaultTest, theSheetIsTheFirstOfItsClassInTheInterfaceFile) {
     EXPECT_EQ(controller->actionSheet, first);
 }
 
-// A table that goes away while the controller lives on.
+// A table that is destroyed before the controller.
 class MissingTableTest : public ControllerTest {
 protected:
     MissingTableTest() {
@@ -148,7 +148,7 @@ TEST_F(MissingTableTest, showingAll) {
     EXPECT_FATAL((loseTable(), controller->showAllTransactions(0)));
 }
 
-// Without a context the host application cannot be asked for anything.
+// Requests to the host application need a context.
 class MissingContextTest : public ControllerTest {
 protected:
     MissingContextTest() {
@@ -183,7 +183,7 @@ TEST_F(MissingContextTest, clickingTheLastRow) {
     EXPECT_FATAL(controller->todayAddTableViewCellClickContentCell());
 }
 
-// What asks nothing of the host needs no context.
+// Other actions need no context.
 TEST_F(MissingContextTest, cancellingASheetAndClickingUnderAllGoOn) {
     act(0, Action::Later(0));
     controller->actionSheetClickedButtonAtIndex(0);

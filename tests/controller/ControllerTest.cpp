@@ -26,7 +26,7 @@ ControllerTest::ControllerTest() {
     giveIcon("house");
 }
 
-// Posted events first: destroying a view while thousands are queued takes long.
+// Pending events are processed first, because destroying views is slow while thousands of events are pending.
 ControllerTest::~ControllerTest() {
     end();
     platform::Workspace::setOpener({});

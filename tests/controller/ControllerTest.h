@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-// The statement ends the process by platform::fatal(): at once, and with nothing printed.
+// Expects that a statement ends the process by platform::fatal() and prints nothing.
 #define EXPECT_FATAL(statement) EXPECT_EXIT(statement, testing::KilledBySignal(SIGABRT), "^$")
 
 namespace controller {
@@ -24,7 +24,7 @@ using exchange::day;
 using exchange::hour;
 using exchange::tenthOfMarch;
 
-// One record of the feed, of a plan of its own, "plan of NAME".
+// A record of the feed whose plan is "plan of NAME".
 struct Occurrence {
     std::string name;
     double date = tenthOfMarch;
@@ -32,9 +32,9 @@ struct Occurrence {
     std::string amount = "$ 9";
 };
 
-// A controller over a container with real files, on 10 March 2026 at 15:00 UTC. Deferred work and animations
-// run when `queue` is moved; its view takes the height that it asks for, as in the panel. Texts are not
-// translated, so that each shows its key.
+// A controller with a container of real files, on 10 March 2026 at 15:00 UTC. Deferred work and animations
+// run when `queue` is advanced. The view has the height that it prefers, as in the panel. Texts are not
+// translated, so that each one is its key.
 class ControllerTest : public exchange::ExchangeTest {
 protected:
     ControllerTest();
@@ -43,12 +43,13 @@ protected:
     // --- files
 
     void giveFeed(const std::vector<Occurrence>& occurrences) const;
-    void giveFeedOf(int count, bool isSinglePlan = true) const; // named "A", "B", ..., a minute apart
-    void giveFatalFeed() const;                                 // whoever reads its records ends the process
+    void giveFeedOf(int count,
+                    bool isSinglePlan = true) const; // of transactions "A", "B", ..., a minute apart
+    void giveFatalFeed() const;                      // reading its records is fatal
     void giveSettings(std::int64_t shownCount, std::int64_t days) const;
     void giveIcon(const std::string& name) const;
 
-    // What feed and log hold after an action by the exchange alone. Both are put back before it returns.
+    // The feed and the log after an action of the exchange alone. Both files are restored before it returns.
     struct Files {
         std::string feed;
         std::string log;
@@ -59,9 +60,9 @@ protected:
 
     // --- the controller
 
-    void load(); // a new controller, with its view
+    void load(); // makes a new controller and its view
     void load(Count count);
-    void end(); // what the panel does at the end of a view load, and all that was deferred deleting
+    void end(); // releases the controller as the panel does, and performs deferred deletes
 
     [[nodiscard]] platform::TableView& table() const { return *controller->mainTableView; }
     [[nodiscard]] TodayTableCellView& row(std::size_t number) const { return *controller->cellArray[number]; }
@@ -73,7 +74,7 @@ protected:
     [[nodiscard]] double height() const { return controller->preferredContentSize().height(); }
     // The names of the list's transactions.
     [[nodiscard]] std::vector<std::string> names() const;
-    // What stands in the table: the names, and the caption of the last row in brackets.
+    // The rows of the table: the names, and the caption of the last row in brackets.
     [[nodiscard]] std::vector<std::string> shown() const;
 
     // Opens a row and clicks one of its buttons.

@@ -1,4 +1,4 @@
-// What the user does from the first click to the last, with real input on a shown window and real files.
+// Whole flows of the user with real input, a shown window and real files.
 #include "controller/ControllerTest.h"
 
 #include "exchange/TodayWidgetLogic.h"
@@ -26,7 +26,7 @@ protected:
         support::showWindow(controller->view(), 320, static_cast<int>(height()));
     }
 
-    // A click on a row's left half, which its content covers also while it is open.
+    // Clicks the left half of a row, which its content covers even while the row is open.
     void clickRow(std::size_t number) {
         support::click(row(number), QPoint(20, 25));
         queue.advance(200ms);
@@ -45,7 +45,7 @@ protected:
         support::settle();
     }
 
-    // The names that the feed yields now, by the exchange alone.
+    // The names of the transactions that the exchange reads from the feed.
     [[nodiscard]] static std::vector<std::string> inFeed() {
         std::vector<std::string> result;
         for (const auto& each : TodayWidgetLogic::getTodayTransactionsArray())
@@ -116,7 +116,7 @@ TEST_P(LaterFlowTest, movesTheOccurrence) {
                 ->get());
     EXPECT_EQ(files(), expected);
     EXPECT_EQ(names(), inFeed());
-    // A week from now lies beyond what the feed shows.
+    // A week from now is beyond the limit of days.
     EXPECT_EQ(names(),
               GetParam().days < 6 ? (std::vector<std::string>{"B", "A"}) : (std::vector<std::string>{"B"}));
     EXPECT_EQ(controller->actionSheet, nullptr);
@@ -216,7 +216,7 @@ TEST_F(FlowTest, severalActionsInOneLoad) {
     EXPECT_TRUE(queue.isIdle());
 }
 
-// A row that leaves takes no press, so that a double click on Paid pays once.
+// A row receives no press while it is removed, so that a double click on Paid pays once.
 TEST_F(FlowTest, aDoubleClickOnPaidPaysOnce) {
     giveFeedOf(3);
     show();

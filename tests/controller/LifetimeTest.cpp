@@ -11,7 +11,7 @@ using namespace std::chrono_literals;
 
 class LifetimeTest : public ControllerTest {
 protected:
-    // Whoever holds the controller lets go of it.
+    // Drops the reference that keeps the controller alive.
     [[nodiscard]] std::weak_ptr<TodayViewController> release() {
         const std::weak_ptr<TodayViewController> weak = controller;
         controller->setPreferredContentSizeChanged(nullptr);
@@ -28,7 +28,7 @@ TEST_F(LifetimeTest, rowsKeepTheirControllerUntilItsViewsAreReleased) {
     const std::weak_ptr<TodayViewController> weak = controller;
     const auto held = controller;
     controller = nullptr;
-    EXPECT_GT(weak.use_count(), 1); // the delegates of rows and last row
+    EXPECT_GT(weak.use_count(), 1); // those of the rows and of the last row
     controller = held;
 }
 

@@ -1,4 +1,4 @@
-// Which row is open, and what the controller takes from it.
+// Which row is open, and the transaction that the controller keeps from it.
 #include "controller/ControllerTest.h"
 
 namespace controller {

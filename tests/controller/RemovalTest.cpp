@@ -1,4 +1,4 @@
-// A paid or deleted transaction leaves the list.
+// Removing the row of a paid or deleted transaction.
 #include "controller/ControllerTest.h"
 
 #include <limits>
@@ -167,7 +167,7 @@ TEST_F(RemovalTest, aTransactionWithoutAPreparedRowIsRemovedToo) {
     EXPECT_THAT(shown(), ElementsAre("[]"));
 }
 
-// --- two removals within 0.3 seconds: numbers are stale until the refresh, on purpose
+// --- two removals within 0.3 seconds: indexes are stale until the refresh, on purpose
 
 TEST_F(RemovalTest, theSecondOfTwoQuickRemovalsUsesTheNumbersFromBeforeTheFirst) {
     giveFeedOf(4);
@@ -183,7 +183,7 @@ TEST_F(RemovalTest, theSecondOfTwoQuickRemovalsUsesTheNumbersFromBeforeTheFirst)
     EXPECT_THAT(shown(), ElementsAre("B", "C", "[]"));
     EXPECT_EQ(transaction(0)->index, 0);
     EXPECT_EQ(transaction(1)->index, 1);
-    // The files know better, as the next load shows.
+    // The files are right, as the next load shows.
     controller->loadData();
     EXPECT_THAT(names(), ElementsAre("B", "D"));
 }
@@ -226,7 +226,7 @@ TEST_F(RemovalTest, aSecondRemovalWithAStaleNumberBeyondTheListIsFatal) {
     EXPECT_FATAL(act(1, Action::Paid())); // C, number 2 of two
 }
 
-// Nothing guards against a second action on a row that is leaving.
+// A second action on a row that is being removed is not prevented.
 TEST_F(RemovalTest, payingTwiceLogsTwiceAndTakesTheNextRowToo) {
     giveFeedOf(3);
     load(Count::All());
@@ -250,7 +250,7 @@ INSTANTIATE_TEST_SUITE_P(Numbers, OutsideTest,
                          testing::Values(-1, 2, std::numeric_limits<std::int64_t>::min(),
                                          std::numeric_limits<std::int64_t>::max()));
 
-// --- while other things go on
+// --- removals during other changes
 
 TEST_F(RemovalTest, aSheetThatOpensBeforeTheRefreshStays) {
     giveFeedOf(3);

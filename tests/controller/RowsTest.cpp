@@ -20,7 +20,7 @@ protected:
         return controller->tableViewViewForTableColumnRow(table(), 0, number);
     }
 
-    // The width that a list of amounts takes.
+    // The width of the amounts of a list.
     [[nodiscard]] double widthOf(const std::vector<std::string>& amounts) {
         std::vector<Occurrence> occurrences;
         for (const std::string& amount : amounts)
@@ -42,7 +42,7 @@ struct Case {
     const char* name;
     Count count;
     int transactions;
-    std::int64_t rows; // the last row included
+    std::int64_t rows; // including the last row
     const char* caption;
     double height;
 };
@@ -89,7 +89,7 @@ TEST_F(RowsTest, noneHasOneRowThatSaysNothing) {
     EXPECT_EQ(height(), 50.0);
 }
 
-// Not reached by a view load, which clears the list.
+// A view load cannot lead here, because it clears the list.
 TEST_F(RowsTest, noneSaysNothingWhateverTheListHolds) {
     giveFeedOf(4);
     load(Count::None());
@@ -104,7 +104,7 @@ TEST_F(RowsTest, theRowAfterTheLimitIsTheLastRowAndNotTheFourthTransaction) {
     EXPECT_TRUE(std::dynamic_pointer_cast<TodayAddTableCellView>(viewOf(3)));
 }
 
-// --- limits that end no range
+// --- limits that are not the end of a range
 
 TEST_F(RowsTest, aLimitOf0IsFatal) {
     giveFeedOf(2);
@@ -177,7 +177,7 @@ TEST_F(RowsTest, aRowNumberBelow0IsFatal) {
     EXPECT_FATAL((void)viewOf(-1));
 }
 
-// --- numbers
+// --- indexes
 
 TEST_F(RowsTest, calcIndexesCountsFrom0) {
     giveFeedOf(3);

@@ -175,7 +175,7 @@ TEST_F(UpdateCycleTest, withNoneTheFeedIsNotEvenOpened) {
     EXPECT_EQ(height(), 50.0);
 }
 
-// What the test before this one relies on.
+// The test before this one depends on this.
 TEST_F(UpdateCycleTest, theFeedThatNoneLeavesAloneIsFatalOtherwise) {
     giveSettings(0, 0);
     giveFatalFeed();
@@ -294,7 +294,7 @@ TEST_F(UpdateCycleTest, settingsWithAnotherRootAnswerFailed) {
     EXPECT_THAT(answers(), ElementsAre(UpdateResult::Failed));
 }
 
-// The group that is tested is not the one that is read, on purpose.
+// The update opens the settings of another group than the list uses, on purpose.
 TEST_F(UpdateCycleTest, garbageInTheFullEditionsSettingsAnswersNewData) {
     load();
     breakSettings();

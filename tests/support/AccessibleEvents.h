@@ -6,7 +6,7 @@
 
 namespace support {
 
-// Listens to what views tell assistive programs unasked, in their place.
+// Records the events that views send to assistive programs.
 class AccessibleEvents final {
 public:
     struct Event {

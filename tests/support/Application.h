@@ -6,24 +6,24 @@ namespace platform {
 class View;
 }
 
-// What test programs with views share. Their main() makes one QApplication on the offscreen platform. At the
-// end of each test, after its fixture is gone, deferred deletes are carried out, and a warning of Qt's that
-// the test has brought about fails it.
+// Helpers of test programs with views. The main() of such a program makes one QApplication on the offscreen
+// platform. After each test and its fixture, main() performs deferred deletes and fails the test if Qt has
+// printed a warning.
 namespace support {
 
-// Carries out what deleteLater() has deferred, and deletes all views that nobody refers to any more.
+// Performs the deletes of deleteLater() and deletes all views without an owner.
 void flushDeferredDeletes();
 
-// Hands on all posted events, and lays out and paints what is shown. Nothing is waited for.
+// Processes all pending events, including layout and painting, without waiting.
 void settle();
 
 // Shows a view as a window of a size in points.
 void showWindow(platform::View& view, int width, int height);
 
-// What a view paints, subviews included, on a transparent ground, one pixel a point.
+// The picture of a view and its subviews on a transparent background, one pixel per point.
 QImage painted(platform::View& view);
 
-// The smallest rectangle around all that is not transparent; a null one where everything is.
+// The smallest rectangle around all pixels that are not transparent; null if there are none.
 [[nodiscard]] QRect inkOf(const QImage& image);
 
 } // namespace support

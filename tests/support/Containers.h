@@ -7,8 +7,8 @@
 
 namespace support {
 
-// The container of the full edition's group in a folder of its own, in force for as long as this lives. The
-// folder of all containers is this object's alone, so no test meets another's files.
+// The container of the full edition's group in a temporary folder, which is the folder of all containers for
+// as long as this object lives.
 class Containers final {
 public:
     enum class Container { Present, Absent };
@@ -19,9 +19,9 @@ public:
     Containers& operator=(const Containers&) = delete;
 
     [[nodiscard]] static std::string identifier();
-    [[nodiscard]] static std::string settingsName(); // of the settings' file in the container
+    [[nodiscard]] static std::string settingsName(); // the path of the settings in the container
 
-    // What a container holds, written as it stands: a property list in any form, or what is none.
+    // Write a file of the container, a property list in any form or other bytes.
     void writeFeed(std::string_view text) const;
     void writeSettings(std::string_view text) const;
     void write(std::string_view nameInContainer, std::string_view text) const;

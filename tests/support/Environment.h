@@ -5,7 +5,7 @@
 
 namespace support {
 
-// An environment variable set, or unset by nullptr, for as long as this lives.
+// Sets an environment variable, or unsets it if the value is nullptr, for as long as this object lives.
 class EnvironmentVariable final {
 public:
     EnvironmentVariable(std::string name, const char* value);

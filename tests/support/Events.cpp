@@ -20,7 +20,7 @@ void sendWheel(QWidget& widget, QPoint pixels, QPoint angle) {
     const QPoint middle = widget.visibleRegion().boundingRect().center();
     QWheelEvent event(middle, widget.mapToGlobal(middle), pixels, angle, Qt::NoButton, Qt::NoModifier,
                       Qt::NoScrollPhase, false);
-    // Only an event of the window system's climbs from a widget to its parents.
+    // Qt propagates a wheel event to parent widgets only if it comes from the window system.
     QSpontaneKeyEvent::setSpontaneous(&event);
     qApp->notify(&widget, &event);
 }

@@ -11,7 +11,7 @@ namespace {
 QStringList warnings;
 
 void handleMessage(QtMsgType type, const QMessageLogContext&, const QString& text) {
-    // The offscreen platform says the one of every window; the other is about the desktop that is not there.
+    // The offscreen platform prints the first warning for each window and the second one without a desktop.
     if (type == QtDebugMsg || text.contains(QLatin1String("propagateSizeHints")) ||
         text.contains(QLatin1String("XDG_RUNTIME_DIR")))
         return;
@@ -32,14 +32,14 @@ class Housekeeping final : public testing::EmptyTestEventListener {
 
 } // namespace
 
-// Parallel test programs and their death tests have no screen to fight for.
+// The offscreen platform lets test programs and death tests run in parallel.
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     testing::InitGoogleMock(&argc, argv);
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     qInstallMessageHandler(handleMessage);
     const QApplication application(argc, argv);
-    // Of two listeners the later one hears of a test's end first, so the printer counts its failures.
+    // The last listener is the first to be told of a test's end, so that the printer counts its failures.
     testing::UnitTest::GetInstance()->listeners().Append(new Housekeeping);
     return RUN_ALL_TESTS();
 }

@@ -14,13 +14,13 @@ namespace files = std::filesystem;
 
 namespace {
 
-// What a process hands on to those that it starts: its holder.
-constexpr const char* handedOn = "KORVEL_TEST_HOLDER";
+// The environment variable that names the holder of the process that started this one.
+constexpr const char* holderVariable = "KORVEL_TEST_HOLDER";
 
-// Where to make holders: in that of the process that waits for the death of this one, if any.
+// The folder for new holders: the holder of the process that waits for the death of this one, if any.
 files::path placeOfHolders() {
     static const std::string inherited = [] {
-        const char* value = std::getenv(handedOn);
+        const char* value = std::getenv(holderVariable);
         return std::string(value ? value : "");
     }();
     return files::is_directory(inherited) ? files::path(inherited) : files::temp_directory_path();
@@ -34,16 +34,16 @@ TemporaryFolder::TemporaryFolder() {
         ADD_FAILURE() << "no temporary folder can be made as " << holder_;
     path_ = holder_ + "/folder";
     files::create_directory(path_);
-    if (const char* value = std::getenv(handedOn))
+    if (const char* value = std::getenv(holderVariable))
         before_ = value;
-    setenv(handedOn, holder_.c_str(), 1);
+    setenv(holderVariable, holder_.c_str(), 1);
 }
 
 TemporaryFolder::~TemporaryFolder() {
     if (before_)
-        setenv(handedOn, before_->c_str(), 1);
+        setenv(holderVariable, before_->c_str(), 1);
     else
-        unsetenv(handedOn);
+        unsetenv(holderVariable);
     std::error_code error;
     files::remove_all(holder_, error);
     EXPECT_FALSE(error) << holder_ << " stays: " << error.message();

@@ -6,9 +6,9 @@
 
 namespace support {
 
-// A new empty folder, removed with all that is in it at the end. A death test runs in a process of its own
-// from the start, and dies before it can remove anything: its folders lie beside the one of the test that
-// waits for the death, and go with it.
+// A new empty folder, which this object removes with its content. A death test runs in a process of its own
+// and dies before it can remove its folders; they are made beside the folder of the waiting test and are
+// removed with it.
 class TemporaryFolder final {
 public:
     TemporaryFolder();
@@ -19,18 +19,18 @@ public:
     [[nodiscard]] const std::string& path() const { return path_; }
     [[nodiscard]] std::string path(std::string_view name) const { return path_ + "/" + std::string(name); }
 
-    // Writes a file below the folder, with the folders on the way to it; gives its path.
+    // Writes a file below the folder, makes the folders in between and returns the path of the file.
     std::string write(std::string_view name, std::string_view bytes) const;
-    // The bytes of a file below the folder; a failure of the test where it cannot be read.
+    // The bytes of a file below the folder. A file that cannot be read fails the test.
     [[nodiscard]] std::string read(std::string_view name) const;
     [[nodiscard]] bool has(std::string_view name) const;
-    // How many entries a folder below this one has ("" for this one itself).
+    // The number of entries of a folder below this one, or of this one for "".
     [[nodiscard]] std::size_t count(std::string_view name = "") const;
 
 private:
-    std::string holder_; // the folder around it, for those of processes that die
+    std::string holder_; // the parent of this folder and of those of dying processes
     std::string path_;
-    std::optional<std::string> before_; // of the environment variable that names the holder
+    std::optional<std::string> before_; // the value of the variable that names the holder
 };
 
 } // namespace support

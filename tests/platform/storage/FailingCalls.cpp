@@ -21,7 +21,7 @@ int FailingCalls::openAt(int folder, const char* name, int flags, mode_t mode) {
     return fails("openAt") ? -1 : FileSystemCalls::openAt(folder, name, flags, mode);
 }
 
-// A close that fails has closed the file all the same.
+// A close that fails has still closed the file.
 int FailingCalls::close(int file) {
     const bool isFailing = fails("close");
     const int error = errno;

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-// The system's calls, of which chosen ones fail; in force for as long as this lives. Every call counts, from
+// The system calls, some of which fail as told, for as long as this object lives. All calls are numbered from
 // 0.
 class FailingCalls : public platform::FileSystemCalls {
 public:
@@ -16,12 +16,12 @@ public:
     FailingCalls& operator=(const FailingCalls&) = delete;
 
     void failAt(std::size_t call, int error) { failures_[call] = error; }
-    // Every call of that name.
+    // Makes every call of a name fail.
     void failAll(const std::string& name, int error) { namedFailures_[name] = error; }
-    // The most that one read or write moves.
+    // Limits the bytes of each read and write.
     void moveAtMost(std::size_t count) { most_ = count; }
 
-    // The names of the calls so far, in their order.
+    // The names of the calls in their order.
     [[nodiscard]] const std::vector<std::string>& made() const { return made_; }
 
     int open(const char* path, int flags) override;

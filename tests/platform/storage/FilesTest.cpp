@@ -34,7 +34,7 @@ std::string manyBytes(std::size_t count) {
     return bytes;
 }
 
-// Makes the file longer or shorter just before the first read, when its length is known already.
+// Changes the length of the file before the first read and after its length was queried.
 class ChangingFile final : public FailingCalls {
 public:
     ChangingFile(std::string path, std::string bytes)

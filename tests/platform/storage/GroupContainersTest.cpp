@@ -15,7 +15,7 @@ using support::EnvironmentVariable;
 
 namespace {
 
-// No folder set, and none of the variables.
+// The environment without a folder and without the variables.
 class GroupContainersTest : public testing::Test {
 protected:
     EnvironmentVariable folder{"KORVEL_GROUP_CONTAINERS", nullptr};

@@ -223,7 +223,7 @@ TEST(ReplaceFileTest, writesInPiecesAndGoesOnAfterSignals) {
     EXPECT_EQ(folder.count(), 1U);
 }
 
-// Every step in turn, with every error that a disk gives. Only after the rename does the new file stand.
+// Lets each step fail with each error of a disk. The new file is in place only after the rename.
 TEST(ReplaceFileTest, aFailureOfAnyStepLeavesTheOldFileAndNoDebris) {
     const TemporaryFolder folder;
     folder.write("file", "old");

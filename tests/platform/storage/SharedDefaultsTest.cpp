@@ -250,7 +250,7 @@ TEST_F(SharedDefaultsTest, aRefusedFolderIsSoft) {
     EXPECT_FALSE(containers.has("Library"));
 }
 
-// Its other keys would be lost.
+// Writing the file would lose its other keys.
 TEST_F(SharedDefaultsTest, aFileThatCannotBeReadIsNotReplaced) {
     containers.writeSettings(xml("<key>other</key><string>o</string>"));
     SharedDefaults defaults = open();
@@ -276,7 +276,7 @@ TEST_F(SharedDefaultsTest, aFileThatIsNoDictionaryIsNotReplaced) {
 }
 
 TEST_F(SharedDefaultsTest, aValueWithoutAnXmlFormIsNotLost) {
-    // {"k": null}: what the XML form cannot hold.
+    // {"k": null}, which XML cannot represent.
     const std::string null("bplist00\xd1\x01\x02\x51k\0\x08\x0b\x0d\0\0\0\0\0\0\x01\x01\0\0\0\0\0\0\0\x03"
                            "\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\x0e",
                            49);

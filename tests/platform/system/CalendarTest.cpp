@@ -22,7 +22,7 @@ constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr std::int64_t largest = std::numeric_limits<std::int64_t>::max();
 constexpr std::int64_t smallest = std::numeric_limits<std::int64_t>::min();
 
-// Every kind of calendar that ICU knows.
+// All calendars of ICU.
 constexpr const char* calendars[] = {
     "gregorian", "buddhist",     "japanese",      "persian",          "hebrew",
     "islamic",   "islamic-tbla", "islamic-civil", "islamic-umalqura", "indian",
@@ -72,7 +72,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Wrap{"before1970", utc(1969, 12, 31, 23, 59, 59), 1, utc(1969, 12, 1, 23, 59, 59)}),
     [](const auto& row) { return row.param.name; });
 
-// Against another implementation of the same rule.
+// Compares with another implementation of the same rule.
 TEST(WrappingTest, agreesWithPlainArithmeticOnTheDayOfTheMonth) {
     const RegionOverride region({"en_US", "UTC"});
     std::mt19937_64 random(20260310);

@@ -69,7 +69,7 @@ TEST(DateTextTest, aFractionBefore1970StaysInItsDay) {
     EXPECT_EQ(textOf(utc(1900, 1, 1) - 0.0001), "Dec 31, 1899");
 }
 
-// Before October 1582 the calendar is the Julian one, as the platform's is.
+// Dates before October 1582 are in the Julian calendar.
 TEST(DateTextTest, showsTheFirstYear) {
     const RegionOverride region({"en_US", "UTC"});
     EXPECT_EQ(textOf(utc(1, 1, 3)), "Jan 5, 1");

@@ -202,7 +202,7 @@ TEST_F(EventLoopMainQueueTest, aTickMayStartAnotherAnimation) {
             });
     });
     run();
-    EXPECT_TRUE(second); // and it has ended the loop
+    EXPECT_TRUE(second); // the inner animation has ended the loop
 }
 
 TEST_F(EventLoopMainQueueTest, aHandleMayOutliveTheQueue) {
@@ -243,7 +243,7 @@ TEST_F(EventLoopMainQueueTest, isTheQueueInForceUnlessAnotherIsSet) {
     EXPECT_EQ(&MainQueue::current(), &queueInForce);
 }
 
-// The queue of the process outlives an application; a further one serves it again.
+// The queue of the process outlives an application and works with the next one.
 TEST(EventLoopMainQueueApplicationTest, servesOneApplicationAfterAnother) {
     EventLoopMainQueue queue;
     char name[5] = "test";

@@ -72,7 +72,7 @@ TEST(FatalTest, runsNoExitHandler) {
         endsBySigabrt, "^$");
 }
 
-// The status of the process tells whether the kernel dumped it, be it to a file or to a core handler.
+// The status of the process tells whether the kernel wrote a core, to a file or to a handler.
 TEST(FatalTest, leavesNoCore) {
     EXPECT_EXIT(
         {

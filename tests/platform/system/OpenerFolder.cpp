@@ -54,7 +54,7 @@ bool isReadable(int file, int milliseconds) {
     return poll(&request, 1, milliseconds) > 0;
 }
 
-// All that writers put into a fifo, from the first of them to the end of the last.
+// Reads a FIFO until its last writer has closed it.
 std::string readFifo(const std::string& path) {
     const int fifo = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     std::string text;

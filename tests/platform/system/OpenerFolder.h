@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-// What a started probe said of itself.
+// The report of a started probe.
 struct OpenerReport {
     std::vector<std::string> arguments;
     std::map<int, std::string> files;
@@ -17,8 +17,8 @@ struct OpenerReport {
     std::string blockedSignals;
 };
 
-// While this lives, processes that nobody waits for become this one's children, so that a test can tell when
-// the last has ended.
+// Makes processes whose parents have ended children of this process for as long as it lives, so that a test
+// can tell when the last one has ended.
 class AdoptedOrphans final {
 public:
     AdoptedOrphans();
@@ -27,19 +27,19 @@ public:
     AdoptedOrphans& operator=(const AdoptedOrphans&) = delete;
 };
 
-// A PATH of the test's own, on which there is nothing but probes under the names that the test installs.
+// A folder that is the only one on PATH and has only the probes that the test installs.
 class OpenerFolder final {
 public:
     OpenerFolder();
 
-    void install(const std::string& name) const; // makes its report's fifo too
+    void install(const std::string& name) const; // makes the FIFO of its report too
     [[nodiscard]] std::string program(const std::string& name) const { return bin_ + "/" + name; }
 
-    // Waits for a probe of that name to report, ten seconds at most; empty where it does not.
+    // Waits at most ten seconds for the report of a probe of that name. Absent if there is none.
     [[nodiscard]] OpenerReport reportOf(const std::string& name) const;
-    // Whether a probe of that name reports, once all that were started under AdoptedOrphans have ended.
+    // Whether there is a report of a probe of that name after all processes of AdoptedOrphans have ended.
     [[nodiscard]] bool hasReport(const std::string& name) const;
-    // From now on probes wait; release() lets one go.
+    // Makes probes wait until release() is called for each of them.
     void makeProbesWait();
     void release() const;
 
@@ -55,5 +55,5 @@ private:
     support::EnvironmentVariable wait_;
 };
 
-// Waits for a process that need not be a child to end, ten seconds at most.
+// Waits at most ten seconds for the end of a process, which need not be a child.
 [[nodiscard]] bool waitForEnd(pid_t process);

@@ -1,9 +1,9 @@
-// Stands in for a desktop's opener: tells how it was started, then does what it is told.
+// Replaces a desktop's opener: reports how it was started, then waits or ends as it is told.
 //
-// Writes a report of lines to the fifo or file that PROBE_REPORT names with "." and its own name appended:
-// "argument HEX" for each, "file NUMBER PATH" for each open file, "session ID", "process ID", and the ignored
-// and blocked signals as the kernel has them. Where PROBE_WAIT is set, opens that fifo and so waits for a
-// writer. Ends with the status in PROBE_STATUS.
+// It writes its report to the FIFO or file that PROBE_REPORT names, with "." and its own name appended, in
+// lines: "argument HEX" for each argument, "file NUMBER PATH" for each open file, "session ID", "process ID",
+// and the ignored and blocked signals in the kernel's form. If PROBE_WAIT is set, it opens that FIFO and so
+// waits for a writer. Its exit status is PROBE_STATUS.
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>

@@ -43,7 +43,7 @@ TEST(WorkspaceTest, prefersGio) {
     EXPECT_FALSE(folder.hasReport("xdg-open"));
 }
 
-// xdg-open would start a browser for a scheme that nobody handles.
+// xdg-open would start a browser for a scheme without a handler.
 TEST(WorkspaceTest, triesNothingElseWhereGioFails) {
     const AdoptedOrphans orphans;
     const OpenerFolder folder;

@@ -8,7 +8,7 @@ struct Answer {
     const char* name;
     std::size_t place;
     std::int64_t index;
-    std::vector<double> alphas; // of the three choices and Cancel, when the fade is over
+    std::vector<double> alphas; // of the three choices and Cancel after the fade
     std::vector<bool> checks;
 };
 
@@ -101,7 +101,7 @@ TEST_F(ActionSheetClicks, tellTheDelegateBeforeTheyLetGoOfIt) {
             : sheet_(sheet) {}
         void actionSheetClickedButtonAtIndex(std::int64_t) override {
             wasStillThere = sheet_.delegate.get() == this;
-            sheet_.delegate = std::make_shared<Receiver>(); // let go of as well
+            sheet_.delegate = std::make_shared<Receiver>(); // released as well
         }
         bool wasStillThere = false;
 

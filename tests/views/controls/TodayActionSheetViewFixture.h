@@ -18,7 +18,7 @@
 #include <string>
 #include <vector>
 
-// What the tests of one class share.
+// The fixture of all tests of the action sheet.
 namespace sheet_test {
 
 using namespace std::chrono_literals;

@@ -31,7 +31,7 @@ TEST_F(ActionSheet, isTheFirstSheetOfTheInterfaceFile) {
     EXPECT_EQ(TodayActionSheetView::createNewActionSheet(), first);
 }
 
-// --- waking
+// --- awakeFromNib
 
 TEST_F(ActionSheet, isLoadedWithItsDefaults) {
     EXPECT_EQ(sheet->numberOfButton, 2);
@@ -114,7 +114,7 @@ TEST_F(ActionSheet, anEmptyThirdChoiceIsAChoice) {
     EXPECT_FALSE(sheet->checkButton3->isHidden());
 }
 
-// The sheet relies on being fresh from its interface file, on purpose.
+// A sheet can be shown once only, on purpose.
 TEST_F(ActionSheet, doesNotBringTheThirdChoiceBack) {
     showTwo();
     showThree();

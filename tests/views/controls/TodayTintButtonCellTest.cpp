@@ -35,7 +35,7 @@ protected:
         button.setFrame(QRectF(0, 0, 50, 50));
     }
 
-    // What drawImage paints, asked with a rectangle.
+    // The picture that drawImage paints for a rectangle.
     QImage drawnImage(const Image& image, const QRectF& rect) {
         return drawn([&](QPainter& painter) { cell->drawImage(painter, image, rect, button); });
     }
@@ -108,7 +108,7 @@ TEST_F(TintButtonCell, centresTheImageInBothDirections) {
 
 TEST_F(TintButtonCell, readsTheDirectionOfTheSuperview) {
     cell->imageCenterX = false;
-    button.setLayoutDirection(Qt::RightToLeft); // the button's own says nothing
+    button.setLayoutDirection(Qt::RightToLeft); // has no effect
     EXPECT_EQ(cell->imageRect({20, 20}, button).x(), 0);
     EXPECT_EQ(cell->titleRect(QRectF(0, 0, 300, 36), button).width(), 300);
 }

@@ -48,7 +48,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 class AmountTest : public RowTest {
 protected:
-    // An item whose amount takes so many points in the bold system font of size 16.
+    // An item whose amount has a width in points in the bold system font of size 16.
     static TodayTransactionPtr itemAsWideAs(double width) {
         auto values = rent();
         values.amount = textAsWideAs(width, platform::boldSystemFont(16));
@@ -160,7 +160,7 @@ TEST_F(AmountTest, aNarrowOneAfterAWideOneHasSizeSixteenAgain) {
     EXPECT_EQ(sizeOf(row->sumLabel->labelFont()), 16);
 }
 
-// The size asked for is a fraction, and is drawn as one.
+// The font size is a fraction and is drawn unrounded.
 TEST_F(AmountTest, aShrunkOneFitsItsLabel) {
     const auto row = makeRow();
     for (const double width : {141.0, 150.0, 175.0, 199.0, 250.0, 400.0}) {

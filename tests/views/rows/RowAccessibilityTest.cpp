@@ -8,7 +8,7 @@
 namespace rows {
 namespace {
 
-// Rows as assistive programs find them, on a stage that shows.
+// Rows in a shown window, as assistive programs find them.
 class RowAccessibilityTest : public RowTest {
 protected:
     RowAccessibilityTest() {

@@ -9,7 +9,7 @@
 namespace rows {
 namespace {
 
-// Hears of presses that a row passes on.
+// Receives the presses that a row passes to its superview.
 class Listener final : public platform::View {
 public:
     void mouseDown(const platform::MouseEvent&) override { ++presses; }
@@ -28,7 +28,7 @@ protected:
         showStage();
     }
 
-    // What a point of the row hits.
+    // The view that a point of the row hits.
     [[nodiscard]] platform::View* hitAt(QPointF point) const {
         return row->hitTest(point + QPointF(row->pos()));
     }
@@ -37,7 +37,7 @@ protected:
     }
     [[nodiscard]] double alpha() const { return row->cellContentView->alphaValue(); }
     [[nodiscard]] QPoint middle() const { return row->rect().center(); }
-    // A point in the part of the content that an open row still shows.
+    // A point of the content that stays visible in an open row.
     [[nodiscard]] QPoint inPicture() const { return placeOn(*row, *row->transactionImageView).center(); }
     void open() {
         row->cellClicked();

@@ -8,7 +8,7 @@
 namespace rows {
 namespace {
 
-// A fatal fault ends the process at once, by SIGABRT and without a word.
+// A fatal fault ends the process at once by SIGABRT and prints nothing.
 #define EXPECT_FATAL(statement) EXPECT_EXIT(statement, testing::KilledBySignal(SIGABRT), "^$")
 
 struct MissingOutlet : Named {

@@ -25,12 +25,12 @@ protected:
         row->configureForItem(item(values), std::get<1>(GetParam()));
     }
 
-    // A rectangle of the row that is given from its leading edge, as it stands on the row.
+    // The place in the row of a rectangle that is given from the leading edge.
     [[nodiscard]] QRect fromLeadingEdge(double x, double y, double wide, double high) const {
         const QRectF logical(direction == Qt::LeftToRight ? x : width - x - wide, y, wide, high);
         return logical.toAlignedRect();
     }
-    // What stands side by side on a row at rest.
+    // The views that are side by side in a closed row.
     [[nodiscard]] std::vector<const platform::View*> parts() const {
         return {row->transactionImageView.get(), row->titleLabel.get(), row->transactionTypeImageView.get(),
                 row->subtitleLabel.get(), row->sumBackgroundView.get()};
@@ -108,7 +108,7 @@ TEST_P(RowLayoutTest, theTextsStandStillWhileTheContentSlides) {
     }
 }
 
-// --- the panel and the strip of it that shows
+// --- the panel and its visible strip
 
 TEST_P(RowLayoutTest, thePanelStandsAtTheTrailingEdge) {
     const double wide = row->widthConstraint->constant();

@@ -7,7 +7,7 @@
 namespace rows {
 namespace {
 
-// A row whose last references are the test's to drop, in a delegate's call or on the way of a slide.
+// A row whose last reference the test drops in a call of the delegate or during a slide.
 class RowLifetimeTest : public RowTest {
 protected:
     RowLifetimeTest() {

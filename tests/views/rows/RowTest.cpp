@@ -108,7 +108,7 @@ QString textAsWideAs(double width, const QFont& font) {
     for (const QChar letter : letters)
         while (widthOf(text + letter) <= width)
             text += letter;
-    // One of the last wide letters against others may come nearer.
+    // Replacing one of the last wide letters by others may come nearer.
     QString best = text;
     for (qsizetype kept = 0; kept < text.size(); ++kept)
         for (const QChar letter : letters) {

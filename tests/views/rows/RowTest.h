@@ -26,7 +26,7 @@ namespace rows {
 
 using namespace std::chrono_literals;
 
-// Writes down what a row tells.
+// Records the calls of a row.
 class RecordingDelegate final : public TodayTableViewCellDelegate {
 public:
     void todayTableViewCellWillExpanded(TodayTableCellView& cell) override;
@@ -37,8 +37,8 @@ public:
     std::function<void()> during; // runs inside each call
 };
 
-// A stage for rows on 10 March 2026 at 12:00 UTC, with a container that holds the glyph "groceries" and the
-// picture pictureName, and with time that stands until the queue is moved.
+// A superview for rows on 10 March 2026 at 12:00 UTC, a container with the glyph "groceries" and the picture
+// pictureName, and a queue whose time the test advances.
 class RowTest : public testing::Test {
 protected:
     RowTest();
@@ -46,34 +46,34 @@ protected:
     static constexpr double now = 1773144000;
     static const QString pictureName;
 
-    // A row out of its interface file, on the stage but not at its corner.
+    // A row from its interface file, in the superview but not at its origin.
     [[nodiscard]] std::shared_ptr<TodayTableCellView> makeRow(double width = 320);
-    // The same, configured with item() and open.
+    // An open row that was configured with item().
     [[nodiscard]] std::shared_ptr<TodayTableCellView> makeOpenRow(double width = 320);
     [[nodiscard]] std::shared_ptr<TodayAddTableCellView> makeAddRow(double width = 320);
 
     void showStage();
     void putOnStage(platform::View& row, double width);
-    // Moves time on to the end of a slide that starts now.
+    // Advances the time to the end of a slide that starts now.
     void finishSlide() { queue.advance(200ms); }
 
     void writeIcon(const QString& name, int side) const;
 
-    // An expense of 12.50 called "Rent" with a glyph, due now.
+    // An expense of 12.50 with the name "Rent" and a glyph, due now.
     [[nodiscard]] static TodayTransaction::Values rent();
     [[nodiscard]] static TodayTransactionPtr item(const TodayTransaction::Values& values = rent());
     [[nodiscard]] static TodayTransactionPtr overdueItem();
 
-    platform::View stage; // ends last, after the rows on it
+    platform::View stage; // declared first, so that it outlives its rows
     support::Containers containers;
-    // The processes of death tests, which end without cleaning up, make their folders in this test's.
+    // The processes of death tests cannot remove their folders, so they make them in the folder of this test.
     support::EnvironmentVariable temporaryFolder{"TMPDIR", containers.folder().path()};
     support::ManualMainQueue queue;
     platform::ManualClock clock{now};
     platform::RegionOverride region{{"en_US", "UTC"}};
 };
 
-// A row of a table of cases, called by its name in messages.
+// A case of a table, which messages call by its name.
 struct Named {
     const char* name;
 
@@ -88,13 +88,13 @@ template <class Case>
 // The size of a font in points (device-independent pixels).
 [[nodiscard]] double sizeOf(const QFont& font);
 
-// A text whose width in a font is as near to a number of points as a few letters make it.
+// A text whose width in a font is as near to a number of points as a few letters allow.
 [[nodiscard]] QString textAsWideAs(double width, const QFont& font);
 
-// Where a view stands on another that holds it, at whatever depth.
+// The frame of a view in the coordinates of a direct or indirect superview.
 [[nodiscard]] QRect placeOn(const platform::View& holder, const platform::View& view);
 
-// The four buttons of a row's panel, by what they report: Paid, Later, Info, Delete.
+// The four buttons of a row's panel in the order Paid, Later, Info, Delete.
 [[nodiscard]] std::vector<platform::View*> buttonsOf(const TodayTableCellView& row);
 
 } // namespace rows

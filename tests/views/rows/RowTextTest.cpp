@@ -11,14 +11,14 @@ namespace rows {
 namespace {
 
 constexpr qsizetype megabyte = 1 << 20;
-constexpr double bound = 10; // seconds of the processor's time; far above what any machine needs
+constexpr double bound = 10; // seconds of processor time, far more than any machine needs
 
-// The time that this process has kept the processor busy, which no other process prolongs.
+// The processor time of this process, which does not depend on other processes.
 double processorSeconds() {
     return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
 }
 
-// Texts as a host may write them.
+// Texts that a host may write.
 class RowTextTest : public RowTest {
 protected:
     [[nodiscard]] QImage paintedWith(const QString& name, const QString& amount) {
@@ -34,7 +34,7 @@ protected:
     [[nodiscard]] QImage paintedWithName(const QString& name) {
         return paintedWith(name, QStringLiteral("12.50"));
     }
-    // What shows where the title stands.
+    // The picture of the title's frame.
     [[nodiscard]] static QRect inkOfTitle(const QImage& row) {
         return support::inkOf(row.copy(50, 0, 189, 27));
     }

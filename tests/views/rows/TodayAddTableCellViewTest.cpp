@@ -30,7 +30,7 @@ public:
     QColor colorDuringCall;
 };
 
-// Hears of presses that a row passes on.
+// Receives the presses that a row passes to its superview.
 class Listener final : public platform::View {
 public:
     void mouseDown(const platform::MouseEvent&) override { presses.push_back(row->titleLabel->textColor()); }
@@ -56,7 +56,7 @@ protected:
     }
     [[nodiscard]] QPoint inButton() const { return placeOn(*row, *row->addButton).center(); }
     [[nodiscard]] QPoint inCaption() const { return placeOn(*row, *row->titleLabel).center(); }
-    // Between the button and the caption, where only the click view is.
+    // A point between the button and the caption, where only the click view is.
     [[nodiscard]] QPoint inClickView() const {
         return {GetParam() == Qt::LeftToRight ? 44 : row->width() - 45, 25};
     }
@@ -83,7 +83,7 @@ TEST_P(AddRowTest, wakesWithACaptionAtRest) {
     EXPECT_EQ(color(), resting);
 }
 
-// --- who is hit
+// --- hitTest
 
 TEST_P(AddRowTest, aHitOnTheButtonIsTheButtons) {
     EXPECT_EQ(hitAt(inButton()), row->addButton.get());

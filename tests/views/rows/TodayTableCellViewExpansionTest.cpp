@@ -38,7 +38,7 @@ protected:
     const double slide = row->widthConstraint->constant();
 };
 
-// --- the states of a row, and what changes when
+// --- the states of a row and when they change
 
 TEST_F(ExpansionTest, closedItShowsEverythingWithoutAnOffset) {
     EXPECT_FALSE(row->isExpanded());
@@ -52,7 +52,7 @@ TEST_F(ExpansionTest, openingItHidesAtOnceWhatTheButtonsWouldCover) {
     EXPECT_EQ(offset(), 0);
     EXPECT_FALSE(showsBadge());
     EXPECT_FALSE(showsTexts());
-    EXPECT_FALSE(row->transactionTypeImageView->isHidden()); // it stands left of the buttons
+    EXPECT_FALSE(row->transactionTypeImageView->isHidden()); // it is left of the buttons
     queue.advance(100ms);
     EXPECT_DOUBLE_EQ(offset(), -slide / 2);
     EXPECT_FALSE(showsBadge());
@@ -107,7 +107,7 @@ TEST_F(ExpansionTest, thePictureIsNeverHidden) {
     EXPECT_TRUE(row->transactionTypeImageView->isHidden());
 }
 
-// --- what stays in sight: what ends left of the limit of 180 points, not at it
+// --- what stays visible: views that end before the limit of 180 points
 
 struct Limit : Named {
     double end; // of the view's frame
@@ -157,7 +157,7 @@ TEST_F(ExpansionTest, theBadgeIsHiddenAlsoWhereItWouldStayInSight) {
     EXPECT_FALSE(showsBadge());
 }
 
-// --- turning back on the way
+// --- reversing a slide
 
 TEST_F(ExpansionTest, openedAgainWhileItClosesItStaysOpen) {
     open();
@@ -194,7 +194,7 @@ TEST_F(ExpansionTest, closedWhileItOpensItEndsClosed) {
     queue.advance(100ms);
     const double turned = offset();
     row->cellClicked();
-    EXPECT_EQ(offset(), turned); // it turns where it is
+    EXPECT_EQ(offset(), turned); // the slide is reversed from where it is
     queue.advance(100ms);        // the opening group ends
     EXPECT_DOUBLE_EQ(offset(), turned / 2);
     EXPECT_FALSE(showsBadge());
@@ -203,7 +203,7 @@ TEST_F(ExpansionTest, closedWhileItOpensItEndsClosed) {
     expectAllShown();
 }
 
-// --- what the delegate hears
+// --- calls of the delegate
 
 TEST_F(ExpansionTest, theDelegateHearsOfTheRowThatOpens) {
     bool wasExpanded = false, showedBadge = true;

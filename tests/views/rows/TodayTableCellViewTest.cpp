@@ -25,7 +25,7 @@ QImage glyph(const char* name, const QColor& color) {
     return pixelsOf(platform::imageNamed(QLatin1String(name)).tinted(color));
 }
 
-// --- the row as it comes out of its interface file
+// --- a row from its interface file
 
 TEST_F(TodayTableCellViewTest, theInterfaceFileHoldsOneRow) {
     registerRowInterfaceFiles(); // once more
@@ -71,7 +71,7 @@ TEST_F(TodayTableCellViewTest, theContentHoldsEveryViewButThePanel) {
     EXPECT_EQ(row->sumBackgroundBox->superview(), row->sumBackgroundView.get());
     EXPECT_EQ(row->cellContentView->superview(), row.get());
     EXPECT_EQ(row->rightButtonsPanel->superview(), row.get());
-    // The content lies in front of the panel.
+    // The content is in front of the panel.
     EXPECT_EQ(row->subviews().back(), row->cellContentView.get());
 }
 

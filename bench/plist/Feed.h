@@ -44,5 +44,7 @@ Writable* pugixmlWritable(const std::string& bytes);
 Writable* copyWritable(const std::string& bytes);
 // The bytes as lines that are ready, put together one by one.
 Writable* linesWritable(const std::string& bytes);
-// Our rewriter, which reads the list besides and moves every tenth record.
-Writable* ourRewriter(const std::string& bytes);
+
+// The list without the record at a place, as bytes.
+std::string editOurs(const std::string& bytes, std::size_t place);
+std::string editPugixml(const std::string& bytes, std::size_t place);

@@ -1,6 +1,7 @@
 #include "Feed.h"
 
 #include "platform/plist/Reader.h"
+#include "platform/plist/RecordEditor.h"
 #include "platform/plist/RecordReader.h"
 #include "platform/plist/Writer.h"
 
@@ -58,8 +59,7 @@ public:
         : value_(std::get<Value>(read(bytes))) {}
     void write(const std::string& path) override {
         Replacement file(path);
-        if (!writeXml(value_, [&](std::string_view piece) { return file.append(piece); }))
-            std::abort();
+        file.append(writeXml(value_).value());
         file.finish();
     }
 
@@ -113,44 +113,23 @@ private:
     std::vector<std::string_view> lines_;
 };
 
-class Rewriter final : public Writable {
-public:
-    explicit Rewriter(std::string bytes)
-        : bytes_(std::move(bytes)) {}
-    void write(const std::string& path) override {
-        int count = 0;
-        Replacement file(path);
-        const auto edit = [&](const Record& record) {
-            return ++count % 10 == 0 ? RecordEdit::replace(0, *record.number(0) + 86400) : RecordEdit::keep();
-        };
-        if (!rewriteRecords(bytes_, keys, edit, [&](std::string_view piece) {
-                 return file.append(piece);
-             }).isWritten)
-            std::abort();
-        file.finish();
-    }
-
-private:
-    std::string bytes_;
-};
-
 } // namespace
 
 Feed readOurs(std::string& bytes) {
     Feed feed;
-    const RecordsOutcome outcome = visitRecords(bytes, keys, [&](const Record& record) {
+    RecordReader reader(bytes, keys);
+    while (const Record* const record = reader.next()) {
         FeedRecord& made = feed.emplace_back();
-        made.date = *record.number(0);
-        made.name = *record.string(1);
-        made.image = *record.string(2);
-        made.amount = *record.string(3);
-        made.income = *record.truth(4);
-        made.expense = *record.truth(5);
-        made.planpk = *record.string(6);
-        made.single = *record.truth(7);
-        return true;
-    });
-    if (outcome != RecordsOutcome::Complete)
+        made.date = *record->number(0);
+        made.name = *record->string(1);
+        made.image = *record->string(2);
+        made.amount = *record->string(3);
+        made.income = *record->truth(4);
+        made.expense = *record->truth(5);
+        made.planpk = *record->string(6);
+        made.single = *record->truth(7);
+    }
+    if (!reader.isSound())
         std::abort();
     return feed;
 }
@@ -181,6 +160,12 @@ Writable* copyWritable(const std::string& bytes) {
 Writable* linesWritable(const std::string& bytes) {
     return new Lines(bytes);
 }
-Writable* ourRewriter(const std::string& bytes) {
-    return new Rewriter(bytes);
+
+// As Paid does it: the record of that plan and date goes.
+std::string editOurs(const std::string& bytes, std::size_t place) {
+    RecordEditor editor(bytes, keys);
+    for (std::size_t i = 0; editor.next(); ++i)
+        if (i == place)
+            editor.drop();
+    return editor.finish().value();
 }

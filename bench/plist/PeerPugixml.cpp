@@ -66,3 +66,23 @@ Feed readPugixml(std::string& bytes) {
 Writable* pugixmlWritable(const std::string& bytes) {
     return new Document(bytes);
 }
+
+std::string editPugixml(const std::string& bytes, std::size_t place) {
+    struct Text final : pugi::xml_writer {
+        std::string bytes;
+        void write(const void* piece, std::size_t size) override {
+            bytes.append(static_cast<const char*>(piece), size);
+        }
+    };
+    pugi::xml_document document;
+    if (!document.load_buffer(bytes.data(), bytes.size(), pugi::parse_full))
+        std::abort();
+    pugi::xml_node array = document.child("plist").child("array");
+    pugi::xml_node record = array.first_child();
+    for (std::size_t i = 0; i < place; ++i)
+        record = record.next_sibling();
+    array.remove_child(record);
+    Text text;
+    document.save(text, "\t");
+    return text.bytes;
+}

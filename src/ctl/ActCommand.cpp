@@ -53,27 +53,16 @@ std::size_t recordsIn(const std::string& file) {
     return exchange::arrayFromFile(file).value_or(plist::Array()).size();
 }
 
-struct ExpectedFeed {
-    exchange::FeedRewriting rewriting;
-    std::string bytes;
-};
-
 // The bytes that the feed must have after a logged action, or the fault at which the widget would end.
-ExpectedFeed expectedFeed(const TodayTransaction& transaction, Action action) {
+exchange::RewrittenFeed expectedFeed(const TodayTransaction& transaction, Action action) {
     const std::optional<std::string> before = platform::readFile(exchange::feedFile(containerPath()));
     if (!before)
-        return {{exchange::FeedFault{exchange::FeedFault::What::Unreadable, 0, {}}, false}, {}};
+        return {exchange::FeedFault{exchange::FeedFault::What::Unreadable, 0, {}}, std::nullopt};
     using exchange::ActionType;
     const ActionType type = action.isPaid()    ? ActionType::Paid
                             : action.isLater() ? ActionType::Later
                                                : ActionType::Delete;
-    ExpectedFeed expected;
-    expected.rewriting =
-        exchange::rewriteFeed(*before, type, transaction, action.value(), [&](std::string_view piece) {
-            expected.bytes += piece;
-            return true;
-        });
-    return expected;
+    return exchange::rewriteFeed(*before, type, transaction, action.value());
 }
 
 // The widget ignores a file that cannot be written. The command reports it.
@@ -81,15 +70,15 @@ int performLogged(const TodayTransaction& transaction, Action action, Streams& s
     const std::string feed = exchange::feedFile(containerPath());
     const std::string folder = exchange::accountFolder(containerPath(), exchange::accountKey());
     const std::string log = exchange::actionLogFile(folder);
-    const ExpectedFeed expected = expectedFeed(transaction, action);
-    if (expected.rewriting.fault)
-        return failed(streams, feed, exchange::describe(*expected.rewriting.fault));
+    const exchange::RewrittenFeed expected = expectedFeed(transaction, action);
+    if (expected.fault)
+        return failed(streams, feed, exchange::describe(*expected.fault));
 
     const std::size_t loggedBefore = recordsIn(log);
     TodayWidgetLogic::performTransactionAction(transaction, action, nullptr);
     if (recordsIn(log) != loggedBefore + 1)
         return failed(streams, log, "the action could not be logged");
-    if (!expected.rewriting.isWritten || platform::readFile(feed) != expected.bytes)
+    if (!expected.bytes || platform::readFile(feed) != expected.bytes)
         return failed(streams, feed, "the feed could not be rewritten; the action is logged");
     return Done;
 }

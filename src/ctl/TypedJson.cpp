@@ -2,7 +2,7 @@
 
 #include "ctl/Json.h"
 #include "exchange/Text.h"
-#include "platform/plist/Sharing.h"
+#include "platform/plist/ExpandedSize.h"
 
 #include <algorithm>
 #include <charconv>
@@ -124,7 +124,7 @@ void TypedJsonWriter::write(const plist::Value& value) {
 } // namespace
 
 std::optional<std::string> typedJson(const plist::Value& value) {
-    if (plist::isBeyondMeasure(plist::writtenSize(value)))
+    if (plist::expandsTooFar(value))
         return std::nullopt;
     TypedJsonWriter writer;
     writer.write(value);

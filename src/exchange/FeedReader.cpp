@@ -49,17 +49,19 @@ std::variant<double, FeedFault> limitForDayCount(std::int64_t dayCount) {
 FeedReading transactionsOfFeed(std::string_view bytes, double limit) {
     std::vector<TodayTransactionPtr> transactions;
     std::optional<FeedFault> fault;
-    std::size_t index = 0;
-    const auto visit = [&](const plist::Record& element) {
-        FeedRecord record(element, index++);
+    plist::RecordReader reader(bytes, feedKeys);
+    // After a fault the rest is read all the same: bytes that are no list have no record that could be at
+    // fault.
+    for (std::size_t index = 0; const plist::Record* element = reader.next(); ++index) {
+        if (fault)
+            continue;
+        FeedRecord record(*element, index);
         const double date = record.number(FeedKey::Date);
         if (!record.fault() && !(limit < date))
             transactions.push_back(transactionOfRecord(record));
         fault = record.fault();
-        return !fault;
-    };
-    const plist::RecordsOutcome outcome = plist::visitRecords(bytes, feedKeys, visit);
-    if (outcome == plist::RecordsOutcome::NoArray)
+    }
+    if (!reader.isSound())
         return std::vector<TodayTransactionPtr>();
     if (fault)
         return *fault;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/plist/RecordReader.h"
+#include "platform/plist/Record.h"
 
 #include <QString>
 
@@ -49,16 +49,16 @@ struct FeedFault {
 // The fault in words, records counted from 1: `record 3: "amount" is missing`.
 [[nodiscard]] std::string describe(const FeedFault& fault);
 
-// One element of the feed's array while it is visited. Values are checked when they are looked up and not
-// before, so what nobody asks for may be absent or of any kind. The first lookup that fails sets the fault;
-// a lookup that fails gives an empty value.
+// One element of the feed's array, as a reader or an editor gives it. Values are checked when they are looked
+// up and not before, so that what nobody asks for may be absent or of any kind. The first lookup that fails
+// sets the fault; a lookup that fails gives an empty value.
 class FeedRecord final {
 public:
-    // The record must have been visited with feedKeys.
+    // The record must have been read with feedKeys.
     FeedRecord(const platform::plist::Record& record, std::size_t index);
 
     [[nodiscard]] double number(FeedKey key);
-    [[nodiscard]] std::string_view string(FeedKey key); // UTF-8, valid as long as the visit lasts
+    [[nodiscard]] std::string_view string(FeedKey key); // UTF-8, valid until the next record is read
     [[nodiscard]] QString text(FeedKey key);
     [[nodiscard]] bool truth(FeedKey key);
 

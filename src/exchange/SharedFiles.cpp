@@ -1,9 +1,6 @@
 #include "exchange/SharedFiles.h"
 
 #include "platform/plist/Reader.h"
-#include "platform/plist/RecordReader.h"
-#include "platform/plist/Writer.h"
-#include "platform/storage/FileReplacement.h"
 #include "platform/storage/Files.h"
 
 namespace exchange {
@@ -31,18 +28,6 @@ std::optional<plist::Array> arrayFromFile(const std::string& path) {
     if (!root || !root->array())
         return std::nullopt;
     return *root->array();
-}
-
-bool appendToArray(const std::string& path, const plist::Value& element) {
-    if (const std::optional<std::string> before = platform::readFile(path)) {
-        platform::FileReplacement file(path);
-        const plist::RecordsRewriting rewriting =
-            plist::appendRecord(*before, element, [&](std::string_view piece) { return file.append(piece); });
-        if (rewriting.outcome != plist::RecordsOutcome::NoArray)
-            return rewriting.isWritten && !file.finish();
-    }
-    const std::optional<std::string> alone = plist::writeXml(plist::Value(plist::Array{element}));
-    return alone && !platform::replaceFile(path, *alone);
 }
 
 } // namespace exchange

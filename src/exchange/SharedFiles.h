@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-// Where the files of a container lie, and how an array is read from one and written to one.
+// Where the files of a container lie, and how an array is read from one.
 namespace exchange {
 
 // The feed, one for all accounts: CONTAINER/notifications.xml.
@@ -21,10 +21,5 @@ namespace exchange {
 // The array that a property-list file holds. None where the file is absent or unreadable, is no property
 // list, or has another root.
 [[nodiscard]] std::optional<platform::plist::Array> arrayFromFile(const std::string& path);
-
-// Appends an element to the array in a file, which becomes one of the XML form, whole or not at all. A file
-// that holds no array, as arrayFromFile() reads it, becomes one of the element alone. False, and the old file
-// stands, where it cannot be written or holds what the XML form has no place for (a null or a set).
-bool appendToArray(const std::string& path, const platform::plist::Value& element);
 
 } // namespace exchange

@@ -49,6 +49,10 @@ qsizetype findLoneSurrogate(const QString& text, qsizetype from) {
 
 } // namespace
 
+bool hasLoneSurrogate(std::string_view bytes) {
+    return findSurrogate(bytes, 0) < bytes.size();
+}
+
 QString textFromUtf8(std::string_view bytes) {
     std::size_t surrogate = findSurrogate(bytes, 0);
     QString text = wellFormedText(bytes.substr(0, surrogate));

@@ -12,4 +12,7 @@ namespace exchange {
 [[nodiscard]] QString textFromUtf8(std::string_view bytes);
 [[nodiscard]] std::string utf8FromText(const QString& text);
 
+// Whether such a string holds a lone surrogate.
+[[nodiscard]] bool hasLoneSurrogate(std::string_view bytes);
+
 } // namespace exchange

@@ -1,6 +1,8 @@
 #include "exchange/FeedRecord.h"
 
 #include "exchange/ExchangeTest.h"
+#include "platform/plist/RecordReader.h"
+
 #include <functional>
 
 namespace exchange {
@@ -8,20 +10,20 @@ namespace {
 
 using What = FeedFault::What;
 
-// Visits the one record of an array.
-void visitOne(const std::string& element, const std::function<void(FeedRecord&)>& look, std::size_t index) {
-    int visits = 0;
-    const auto outcome = plist::visitRecords(arrayFile(element), feedKeys, [&](const plist::Record& record) {
-        FeedRecord feedRecord(record, index);
-        look(feedRecord);
-        return ++visits > 0;
-    });
-    EXPECT_EQ(outcome, plist::RecordsOutcome::Complete);
-    EXPECT_EQ(visits, 1);
+// Looks at the one record of an array.
+void lookAtOne(const std::string& element, const std::function<void(FeedRecord&)>& look, std::size_t index) {
+    const std::string feed = arrayFile(element);
+    plist::RecordReader reader(feed, feedKeys);
+    const plist::Record* const record = reader.next();
+    ASSERT_NE(record, nullptr);
+    FeedRecord feedRecord(*record, index);
+    look(feedRecord);
+    EXPECT_EQ(reader.next(), nullptr);
+    EXPECT_TRUE(reader.isSound());
 }
 
 TEST(FeedRecordTest, looksAtNothingThatIsNotAskedFor) {
-    visitOne(
+    lookAtOne(
         "<dict><key>date</key><real>1.5</real><key>name</key><true/></dict>",
         [](FeedRecord& record) {
             EXPECT_EQ(record.number(FeedKey::Date), 1.5);
@@ -31,7 +33,7 @@ TEST(FeedRecordTest, looksAtNothingThatIsNotAskedFor) {
 }
 
 TEST(FeedRecordTest, keepsTheFirstFault) {
-    visitOne(
+    lookAtOne(
         "<dict><key>date</key><string>soon</string></dict>",
         [](FeedRecord& record) {
             EXPECT_EQ(record.number(FeedKey::Date), 0);
@@ -42,7 +44,7 @@ TEST(FeedRecordTest, keepsTheFirstFault) {
 }
 
 TEST(FeedRecordTest, givesEmptyValuesWhereThereIsNoDictionary) {
-    visitOne(
+    lookAtOne(
         "<integer>1</integer>",
         [](FeedRecord& record) {
             EXPECT_EQ(record.number(FeedKey::Date), 0);

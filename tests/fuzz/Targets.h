@@ -6,7 +6,7 @@
 // sanitizers see to memory. All are replayed over their seeds by an ordinary test.
 namespace fuzz {
 
-// The XML reader; the reader of records and its rewriter give what the tree gives.
+// The XML reader; the reader of records gives what the tree gives.
 void readXml(std::string_view bytes);
 // The binary reader; a list that is read takes no more memory than it may.
 void readBinary(std::string_view bytes);
@@ -14,5 +14,7 @@ void readBinary(std::string_view bytes);
 void readAscii(std::string_view bytes);
 // Any form: what is read, written and read again is the same, less what the writer is stated to drop.
 void writeAfterRead(std::string_view bytes);
+// Any form: to edit a list and then read it gives the same as to read it and then change its value.
+void editThenRead(std::string_view bytes);
 
 } // namespace fuzz

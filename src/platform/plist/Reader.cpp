@@ -5,17 +5,11 @@
 #include "platform/plist/binary/BinaryReader.h"
 #include "platform/plist/text/Encoding.h"
 #include "platform/plist/text/Unicode.h"
-#include "platform/plist/xml/XmlReader.h"
+#include "platform/plist/xml/XmlValueReader.h"
 
 namespace platform::plist {
 
 namespace {
-
-// Which of the text forms a refused text was meant to be.
-bool looksLikeXml(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(" \t\r\n");
-    return first != std::string_view::npos && text[first] == '<';
-}
 
 ReadResult readTextForms(std::string_view bytes) {
     DecodedText text;
@@ -27,9 +21,8 @@ ReadResult readTextForms(std::string_view bytes) {
     const bool isConverted = !text.buffer.empty();
     ReadResult ascii =
         isConverted || isUtf8(text.old) ? readAscii(text.old) : Error{0, 1, "The text is not valid UTF-8"};
-    if (std::holds_alternative<Value>(ascii) || !looksLikeXml(text.xml))
-        return ascii;
-    return xml;
+    // Of a text that neither reader takes, the fault in the form that it begins as is told.
+    return std::holds_alternative<Value>(ascii) || !beginsAsXml(text.xml) ? ascii : xml;
 }
 
 } // namespace

@@ -13,152 +13,95 @@ bool sameBits(double a, double b) {
     return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
 }
 
+// Whether two contents are one, or equal.
 template <typename T>
-bool sameContent(const std::shared_ptr<const T>& a, const std::shared_ptr<const T>& b) {
+bool sameContent(const T* a, const T* b) {
     return a == b || *a == *b;
 }
 
-// The places of keys in their order, equal keys in the order in which they stand.
-std::vector<std::size_t> orderOf(const Dictionary::Keys& keys) {
-    std::vector<std::size_t> order(keys.size());
+// The places of the entries in the order of their keys, equal keys in the order in which they stand.
+std::vector<std::size_t> orderOfKeys(const std::vector<Dictionary::Entry>& entries) {
+    std::vector<std::size_t> order(entries.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
     std::stable_sort(order.begin(), order.end(),
-                     [&](std::size_t a, std::size_t b) { return keys[a] < keys[b]; });
+                     [&](std::size_t a, std::size_t b) { return *entries[a].key < *entries[b].key; });
     return order;
-}
-
-bool hasDuplicates(const Dictionary::Keys& keys) {
-    // Below this many keys, comparing every pair is quicker than sorting.
-    constexpr std::size_t few = 24;
-    if (keys.size() > few) {
-        const std::vector<std::size_t> order = orderOf(keys);
-        return std::adjacent_find(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
-                   return keys[a] == keys[b];
-               }) != order.end();
-    }
-    for (std::size_t i = 1; i < keys.size(); ++i)
-        for (std::size_t j = 0; j < i; ++j)
-            if (keys[i] == keys[j])
-                return true;
-    return false;
-}
-
-// Leaves each key once, at its first place, with its first value or its last.
-void dropDuplicates(Dictionary::Keys& keys, std::vector<Value>& values, Dictionary::Duplicates duplicates) {
-    const std::vector<std::size_t> order = orderOf(keys);
-    std::vector<bool> isDropped(keys.size(), false);
-    for (std::size_t i = 0; i < order.size();) {
-        std::size_t last = i;
-        while (last + 1 < order.size() && keys[order[last + 1]] == keys[order[i]])
-            isDropped[order[++last]] = true;
-        if (last != i && duplicates == Dictionary::Duplicates::KeepLast)
-            values[order[i]] = std::move(values[order[last]]);
-        i = last + 1;
-    }
-    std::size_t kept = 0;
-    for (std::size_t i = 0; i < keys.size(); ++i) {
-        if (isDropped[i])
-            continue;
-        if (kept != i) {
-            keys[kept] = std::move(keys[i]);
-            values[kept] = std::move(values[i]);
-        }
-        ++kept;
-    }
-    keys.resize(kept);
-    values.resize(kept);
 }
 
 } // namespace
 
-Dictionary::Dictionary(std::shared_ptr<const Keys> keys, std::vector<Value> values)
-    : keys_(std::move(keys))
-    , values_(std::move(values)) {}
-
-Dictionary Dictionary::fromKeysAndValues(Keys keys, std::vector<Value> values, Duplicates duplicates) {
-    if (keys.empty())
-        return {};
-    if (hasDuplicates(keys))
-        dropDuplicates(keys, values, duplicates);
-    return {std::make_shared<const Keys>(std::move(keys)), std::move(values)};
+Dictionary::Dictionary(std::vector<Entry> entries, Duplicates duplicates)
+    : entries_(std::move(entries)) {
+    const std::vector<std::size_t> order = orderOfKeys(entries_);
+    std::vector<std::size_t> dropped;
+    for (std::size_t i = 0; i < order.size();) {
+        std::size_t last = i;
+        while (last + 1 < order.size() && *entries_[order[last + 1]].key == *entries_[order[i]].key)
+            dropped.push_back(order[++last]);
+        if (last != i && duplicates == Duplicates::KeepLast)
+            entries_[order[i]].value = std::move(entries_[order[last]].value);
+        i = last + 1;
+    }
+    if (dropped.empty())
+        return;
+    std::sort(dropped.begin(), dropped.end());
+    std::size_t place = 0;
+    std::erase_if(entries_,
+                  [&](const Entry&) { return std::binary_search(dropped.begin(), dropped.end(), place++); });
 }
 
-// The number of keys for one that is absent.
 std::size_t Dictionary::placeOf(std::string_view key) const {
-    std::size_t place = 0;
-    while (place < values_.size() && keyAt(place) != key)
-        ++place;
-    return place;
+    const auto found =
+        std::find_if(entries_.begin(), entries_.end(), [&](const Entry& entry) { return *entry.key == key; });
+    return static_cast<std::size_t>(found - entries_.begin());
 }
 
 const Value* Dictionary::find(std::string_view key) const {
     const std::size_t place = placeOf(key);
-    return place < size() ? &values_[place] : nullptr;
+    return place < size() ? &entries_[place].value : nullptr;
 }
 
 void Dictionary::set(std::string_view key, Value value) {
     const std::size_t place = placeOf(key);
-    if (place < size()) {
-        values_[place] = std::move(value);
-        return;
-    }
-    auto keys = keys_ ? std::make_shared<Keys>(*keys_) : std::make_shared<Keys>();
-    keys->emplace_back(key);
-    keys_ = std::move(keys);
-    values_.push_back(std::move(value));
+    if (place < size())
+        entries_[place].value = std::move(value);
+    else
+        entries_.push_back({std::make_shared<const std::string>(key), std::move(value)});
 }
 
 void Dictionary::remove(std::string_view key) {
     const std::size_t place = placeOf(key);
-    if (place == size())
-        return;
-    auto keys = std::make_shared<Keys>(*keys_);
-    keys->erase(keys->begin() + static_cast<std::ptrdiff_t>(place));
-    keys_ = std::move(keys);
-    values_.erase(values_.begin() + static_cast<std::ptrdiff_t>(place));
+    if (place < size())
+        entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(place));
 }
 
 bool operator==(const Dictionary& a, const Dictionary& b) {
     if (a.size() != b.size())
         return false;
-    if (a.size() == 0)
-        return true;
-    if (a.keys_ == b.keys_ || *a.keys_ == *b.keys_)
-        return a.values_ == b.values_;
-    const std::vector<std::size_t> orderA = orderOf(*a.keys_);
-    const std::vector<std::size_t> orderB = orderOf(*b.keys_);
+    const std::vector<std::size_t> orderA = orderOfKeys(a.entries_);
+    const std::vector<std::size_t> orderB = orderOfKeys(b.entries_);
     for (std::size_t i = 0; i < orderA.size(); ++i)
         if (a.keyAt(orderA[i]) != b.keyAt(orderB[i]) || a.valueAt(orderA[i]) != b.valueAt(orderB[i]))
             return false;
     return true;
 }
 
-Value::Value(Data value) {
-    share(Kind::Data, std::move(value));
-}
-Value::Value(std::string_view value) {
-    if (value.size() > longestShortText)
-        share(Kind::String, std::string(value));
-    else
-        putShortText(value);
-}
-Value::Value(std::string value) {
-    if (value.size() > longestShortText)
-        share(Kind::String, std::move(value));
-    else
-        putShortText(value);
-}
-Value::Value(Array value) {
-    share(Kind::Array, std::move(value));
-}
-Value::Value(Dictionary value) {
-    share(Kind::Dictionary, std::move(value));
-}
-Value::Value(Set value) {
-    share(Kind::Set, std::move(value));
-}
-Value::Value(ForeignDictionary value) {
-    share(Kind::ForeignDictionary, std::move(value));
+Value::Value(Array value)
+    : content_(std::make_shared<const Array>(std::move(value))) {}
+Value::Value(Dictionary value)
+    : content_(std::make_shared<const Dictionary>(std::move(value))) {}
+Value::Value(ForeignDictionary value)
+    : content_(std::make_shared<const ForeignDictionary>(std::move(value))) {}
+
+bool Value::isShared() const {
+    return std::visit(
+        [](const auto& content) {
+            if constexpr (requires { content.use_count(); })
+                return content.use_count() > 1;
+            else
+                return false;
+        },
+        content_);
 }
 
 bool operator==(const Value& a, const Value& b) {
@@ -175,18 +118,18 @@ bool operator==(const Value& a, const Value& b) {
         return sameBits(*a.real(), *b.real());
     case Kind::Date:
         return sameBits(a.date()->seconds, b.date()->seconds);
-    case Kind::Data:
-        return a.data() == b.data() || *a.data() == *b.data();
-    case Kind::String:
-        return *a.string() == *b.string();
-    case Kind::Array:
-        return a.array() == b.array() || *a.array() == *b.array();
-    case Kind::Dictionary:
-        return a.dictionary() == b.dictionary() || *a.dictionary() == *b.dictionary();
-    case Kind::Set:
-        return sameContent(a.set()->members, b.set()->members);
     case Kind::Uid:
         return *a.uid() == *b.uid();
+    case Kind::String:
+        return *a.string() == *b.string();
+    case Kind::Data:
+        return sameContent(a.data(), b.data());
+    case Kind::Array:
+        return sameContent(a.array(), b.array());
+    case Kind::Dictionary:
+        return sameContent(a.dictionary(), b.dictionary());
+    case Kind::Set:
+        return sameContent(a.set()->members.get(), b.set()->members.get());
     case Kind::ForeignDictionary:
         return a.foreignDictionary()->entries == b.foreignDictionary()->entries;
     }

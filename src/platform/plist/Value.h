@@ -1,24 +1,22 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
 #include <memory>
-#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <type_traits>
 #include <utility>
+#include <variant>
 #include <vector>
 
-// The values of a property list. A Value is a plain value: cheap to move, cheap to copy (containers are
-// immutable and shared, so a list that names one container many times stays small), compared exactly: kinds
-// are told apart (the integer 1 is neither the real 1.0 nor true), reals by their bits, so that a NaN equals
-// itself.
+// The values of a property list. A Value is a plain value: strings, data and containers are immutable and
+// shared by copies, so that a list that names one of them many times stays small. Values are compared
+// exactly: kinds are told apart (the integer 1 is neither the real 1.0 nor true), and reals by their bits, so
+// that a NaN equals itself.
 //
-// Texts are UTF-8; a lone surrogate of a UTF-16 source is kept in its three-byte form.
+// Strings are UTF-8; a lone surrogate of a UTF-16 source is kept in its three-byte form.
 namespace platform::plist {
 
 class Value;
@@ -26,8 +24,13 @@ class Dictionary;
 struct ForeignDictionary;
 
 using Array = std::vector<Value>;
+using SharedString = std::shared_ptr<const std::string>;
 
-// An integer from -2^63 to 2^64-1: the magnitude's two's complement bits, and whether it is above 2^63-1.
+struct Null {
+    bool operator==(const Null&) const = default;
+};
+
+// An integer from -2^63 to 2^64-1.
 struct Integer {
     std::uint64_t bits = 0;
     bool isLarge = false; // bits is an unsigned number above 2^63-1; otherwise bits is a signed number's
@@ -35,8 +38,9 @@ struct Integer {
     bool operator==(const Integer&) const = default;
 };
 
-struct Null {
-    bool operator==(const Null&) const = default;
+// Seconds since 2001-01-01 00:00 UTC, as the formats count them.
+struct Date {
+    double seconds = 0;
 };
 
 // An archive's reference number (binary form only).
@@ -45,197 +49,126 @@ struct Uid {
     bool operator==(const Uid&) const = default;
 };
 
-// Seconds since 2001-01-01 00:00 UTC, as the formats count them.
-struct Date {
-    double seconds = 0;
-};
-
 struct Data {
     std::string bytes;
     bool operator==(const Data&) const = default;
 };
 
-// A set (binary form only), its members in file order. No XML form.
+// A set (binary form only), its members in file order. The XML form has none.
 struct Set {
     std::shared_ptr<const Array> members;
 };
 
+// In the order of the alternatives of a value's content.
 enum class Kind {
     Null,
     Boolean,
     Integer,
     Real,
     Date,
-    Data,
+    Uid,
     String,
+    Data,
     Array,
     Dictionary,
     Set,
-    Uid,
     ForeignDictionary
 };
 
 class Value final {
 public:
     Value() = default; // null
-    explicit Value(bool value) { put(Kind::Boolean, value); }
+    explicit Value(bool value)
+        : content_(value) {}
     explicit Value(std::int64_t value)
         : Value(Integer{static_cast<std::uint64_t>(value), false}) {}
-    explicit Value(Integer value) { put(Kind::Integer, value); }
-    explicit Value(double value) { put(Kind::Real, value); }
-    explicit Value(Date value) { put(Kind::Date, value); }
-    explicit Value(Data value);
-    explicit Value(std::string_view value);
-    explicit Value(std::string value);
+    explicit Value(Integer value)
+        : content_(value) {}
+    explicit Value(double value)
+        : content_(value) {}
+    explicit Value(Date value)
+        : content_(value) {}
+    explicit Value(Uid value)
+        : content_(value) {}
     explicit Value(const char* value)
-        : Value(std::string_view(value)) {}
+        : Value(std::string(value)) {}
+    explicit Value(std::string_view value)
+        : Value(std::string(value)) {}
+    explicit Value(std::string value)
+        : content_(std::make_shared<const std::string>(std::move(value))) {}
+    explicit Value(SharedString value) // not null
+        : content_(std::move(value)) {}
+    explicit Value(Data value)
+        : content_(std::make_shared<const Data>(std::move(value))) {}
     explicit Value(Array value);
     explicit Value(Dictionary value);
-    explicit Value(Set value);
-    explicit Value(Uid value) { put(Kind::Uid, value); }
+    explicit Value(Set value)
+        : content_(std::move(value)) {}
     explicit Value(ForeignDictionary value);
 
-    Value(const Value& other) { copyFrom(other); }
-    Value(Value&& other) noexcept { moveFrom(other); }
-    Value& operator=(const Value& other) {
-        if (this != &other) {
-            release();
-            copyFrom(other);
-        }
-        return *this;
-    }
-    Value& operator=(Value&& other) noexcept {
-        if (this != &other) {
-            release();
-            moveFrom(other);
-        }
-        return *this;
-    }
-    ~Value() { release(); }
+    [[nodiscard]] Kind kind() const { return static_cast<Kind>(content_.index()); }
 
-    [[nodiscard]] Kind kind() const { return tag() >= shortText ? Kind::String : static_cast<Kind>(tag()); }
-
-    // Each gives the content where the value is of that very kind, otherwise none.
-    [[nodiscard]] const bool* boolean() const { return own<bool>(Kind::Boolean); }
-    [[nodiscard]] const Integer* integer() const { return own<Integer>(Kind::Integer); }
-    [[nodiscard]] const double* real() const { return own<double>(Kind::Real); }
-    [[nodiscard]] const Date* date() const { return own<Date>(Kind::Date); }
-    [[nodiscard]] const Data* data() const { return pointee<Data>(Kind::Data); }
+    // Each gives the content where the value is of that very kind, otherwise null or nothing.
+    [[nodiscard]] const bool* boolean() const { return std::get_if<bool>(&content_); }
+    [[nodiscard]] const Integer* integer() const { return std::get_if<Integer>(&content_); }
+    [[nodiscard]] const double* real() const { return std::get_if<double>(&content_); }
+    [[nodiscard]] const Date* date() const { return std::get_if<Date>(&content_); }
+    [[nodiscard]] const Uid* uid() const { return std::get_if<Uid>(&content_); }
     [[nodiscard]] std::optional<std::string_view> string() const {
-        if (tag() >= shortText)
-            return std::string_view(bytes_.data(), tag() - shortText);
-        const auto* const text = pointee<std::string>(Kind::String);
-        return text ? std::optional<std::string_view>(*text) : std::nullopt;
+        const std::string* const string = pointee<std::string>();
+        return string ? std::optional<std::string_view>(*string) : std::nullopt;
     }
-    [[nodiscard]] const Array* array() const { return pointee<Array>(Kind::Array); }
-    [[nodiscard]] const Dictionary* dictionary() const { return pointee<Dictionary>(Kind::Dictionary); }
-    [[nodiscard]] const Set* set() const { return pointee<Set>(Kind::Set); }
-    [[nodiscard]] const Uid* uid() const { return own<Uid>(Kind::Uid); }
-    [[nodiscard]] const ForeignDictionary* foreignDictionary() const {
-        return pointee<ForeignDictionary>(Kind::ForeignDictionary);
+    [[nodiscard]] const Data* data() const { return pointee<Data>(); }
+    [[nodiscard]] const Array* array() const { return pointee<Array>(); }
+    [[nodiscard]] const Dictionary* dictionary() const { return pointee<Dictionary>(); }
+    [[nodiscard]] const Set* set() const { return std::get_if<Set>(&content_); }
+    [[nodiscard]] const ForeignDictionary* foreignDictionary() const { return pointee<ForeignDictionary>(); }
+
+    // The string itself, which other values and keys may share; null for another kind.
+    [[nodiscard]] SharedString sharedString() const {
+        const SharedString* const string = std::get_if<SharedString>(&content_);
+        return string ? *string : nullptr;
     }
 
-    // Whether other values have this one's array or dictionary for their own, so that it may stand somewhere
-    // twice.
-    [[nodiscard]] bool isShared() const {
-        return (tag() == static_cast<unsigned char>(Kind::Array) ||
-                tag() == static_cast<unsigned char>(Kind::Dictionary)) &&
-               shared().use_count() > 1;
-    }
+    // Whether other values or keys have the same content, so that it may stand somewhere twice.
+    [[nodiscard]] bool isShared() const;
 
     friend bool operator==(const Value& a, const Value& b);
 
 private:
-    // Three words. The last byte tells what the others hold: from shortText on that many characters of a
-    // text, otherwise by its kind a number, or a content that copies of the value share.
-    using Shared = std::shared_ptr<const void>;
-    static constexpr std::size_t size = 24;
-    static constexpr unsigned char shortText = 16;
-    static constexpr std::size_t longestShortText = size - 1;
+    template <typename T>
+    using Shared = std::shared_ptr<const T>;
 
-    [[nodiscard]] unsigned char tag() const { return static_cast<unsigned char>(bytes_.back()); }
-    void setTag(unsigned char tag) { bytes_.back() = static_cast<char>(tag); }
-    [[nodiscard]] bool ownsShared() const {
-        constexpr auto bit = [](Kind kind) { return std::uint64_t{1} << static_cast<unsigned>(kind); };
-        constexpr std::uint64_t owners = bit(Kind::Data) | bit(Kind::String) | bit(Kind::Array) |
-                                         bit(Kind::Dictionary) | bit(Kind::Set) |
-                                         bit(Kind::ForeignDictionary);
-        return (owners >> tag() & 1U) != 0;
-    }
     template <typename T>
-    void put(Kind kind, T value) {
-        static_assert(std::is_trivially_copyable_v<T> && sizeof(T) < size);
-        new (bytes_.data()) T(value);
-        setTag(static_cast<unsigned char>(kind));
-    }
-    void putShortText(std::string_view text) {
-        text.copy(bytes_.data(), text.size());
-        setTag(static_cast<unsigned char>(shortText + text.size()));
-    }
-    template <typename T>
-    void share(Kind kind, T&& content) {
-        new (bytes_.data()) Shared(std::make_shared<const std::decay_t<T>>(std::forward<T>(content)));
-        setTag(static_cast<unsigned char>(kind));
-    }
-    template <typename T>
-    [[nodiscard]] const T* own(Kind kind) const {
-        return tag() == static_cast<unsigned char>(kind)
-                   ? std::launder(reinterpret_cast<const T*>(bytes_.data()))
-                   : nullptr;
-    }
-    template <typename T>
-    [[nodiscard]] const T* pointee(Kind kind) const {
-        return tag() == static_cast<unsigned char>(kind) ? static_cast<const T*>(shared().get()) : nullptr;
-    }
-    [[nodiscard]] const Shared& shared() const {
-        return *std::launder(reinterpret_cast<const Shared*>(bytes_.data()));
-    }
-    [[nodiscard]] Shared& shared() { return *std::launder(reinterpret_cast<Shared*>(bytes_.data())); }
-
-    void copyFrom(const Value& other) {
-        bytes_ = other.bytes_;
-        if (ownsShared())
-            new (bytes_.data()) Shared(other.shared());
-    }
-    // Leaves null where the content is one that values share.
-    void moveFrom(Value& other) {
-        bytes_ = other.bytes_;
-        if (!ownsShared())
-            return;
-        new (bytes_.data()) Shared(std::move(other.shared()));
-        other.release();
-        other.setTag(static_cast<unsigned char>(Kind::Null));
-    }
-    void release() {
-        if (ownsShared())
-            shared().~Shared();
+    [[nodiscard]] const T* pointee() const {
+        const Shared<T>* const content = std::get_if<Shared<T>>(&content_);
+        return content ? content->get() : nullptr;
     }
 
-    alignas(std::uint64_t) std::array<char, size> bytes_{};
+    std::variant<Null, bool, Integer, double, Date, Uid, SharedString, Shared<Data>, Shared<Array>,
+                 Shared<Dictionary>, Set, Shared<ForeignDictionary>>
+        content_;
 };
-static_assert(sizeof(std::shared_ptr<const void>) < sizeof(Value));
 
 // Keys and values in the order in which they were read or set; every key stands once.
 class Dictionary final {
 public:
-    using Keys = std::vector<std::string>;
+    struct Entry {
+        SharedString key; // never null
+        Value value;
+    };
+    // Which of several entries with one key stays, at the place of the first of them.
+    enum class Duplicates { KeepFirst, KeepLast };
 
     Dictionary() = default;
-    // As many values as keys, which are all different. Dictionaries may share their keys, as those of one
-    // list do that have the same ones.
-    Dictionary(std::shared_ptr<const Keys> keys, std::vector<Value> values);
-    // Which of two entries with one key stays, at the place of the first of them.
-    enum class Duplicates { KeepFirst, KeepLast };
-    // Likewise of keys among which may be equal ones, in time n log n.
-    static Dictionary fromKeysAndValues(Keys keys, std::vector<Value> values, Duplicates duplicates);
+    // Keys among the entries may be equal. Takes time n log n.
+    Dictionary(std::vector<Entry> entries, Duplicates duplicates);
 
-    // The value of a key; none where the key is absent.
+    // The value of a key; null where the key is absent.
     [[nodiscard]] const Value* find(std::string_view key) const;
-    [[nodiscard]] std::size_t size() const { return values_.size(); }
-    [[nodiscard]] const std::string& keyAt(std::size_t place) const { return (*keys_)[place]; }
-    [[nodiscard]] const Value& valueAt(std::size_t place) const { return values_[place]; }
-    // None where there is no entry.
-    [[nodiscard]] const std::shared_ptr<const Keys>& keys() const { return keys_; }
+    [[nodiscard]] std::size_t size() const { return entries_.size(); }
+    [[nodiscard]] const std::string& keyAt(std::size_t place) const { return *entries_[place].key; }
+    [[nodiscard]] const Value& valueAt(std::size_t place) const { return entries_[place].value; }
 
     // Over pairs of a key and its value.
     class Iterator;
@@ -252,8 +185,7 @@ public:
 private:
     [[nodiscard]] std::size_t placeOf(std::string_view key) const;
 
-    std::shared_ptr<const Keys> keys_;
-    std::vector<Value> values_;
+    std::vector<Entry> entries_;
 };
 
 class Dictionary::Iterator final {
@@ -264,30 +196,28 @@ public:
     using difference_type = std::ptrdiff_t;
     using iterator_category = std::input_iterator_tag;
 
-    Iterator(const Dictionary& dictionary, std::size_t place)
-        : dictionary_(&dictionary)
-        , place_(place) {}
-    reference operator*() const { return {dictionary_->keyAt(place_), dictionary_->valueAt(place_)}; }
+    explicit Iterator(const Entry* entry)
+        : entry_(entry) {}
+    reference operator*() const { return {*entry_->key, entry_->value}; }
     Iterator& operator++() {
-        ++place_;
+        ++entry_;
         return *this;
     }
-    bool operator==(const Iterator& other) const { return place_ == other.place_; }
+    bool operator==(const Iterator& other) const = default;
 
 private:
-    const Dictionary* dictionary_;
-    std::size_t place_;
+    const Entry* entry_;
 };
 
 inline Dictionary::Iterator Dictionary::begin() const {
-    return {*this, 0};
+    return Iterator(entries_.data());
 }
 inline Dictionary::Iterator Dictionary::end() const {
-    return {*this, size()};
+    return Iterator(entries_.data() + entries_.size());
 }
 
-// A dictionary of the binary form with a key that is no string. It can be told apart and counted; no XML
-// form.
+// A dictionary of the binary form with a key that is no string. It can be told apart and counted; the XML
+// form has none.
 struct ForeignDictionary {
     std::vector<std::pair<Value, Value>> entries; // every key stands once
 };

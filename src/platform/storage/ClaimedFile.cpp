@@ -42,7 +42,7 @@ std::error_code replaceClaimedFile(const std::string& path, std::string_view byt
     if (FileSystemCalls::current().statusAt(place.folder(), claimed.c_str(), &old) != 0)
         return lastError();
     TemporaryFile file(place.folder());
-    if (const auto error = file.writeWhole(old, bytes))
+    if (const auto error = file.write(old, bytes))
         return error;
     if (const auto error = file.takeFreeName(place.name()))
         return error;

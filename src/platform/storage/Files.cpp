@@ -1,7 +1,9 @@
 #include "platform/storage/Files.h"
 
+#include "platform/storage/FilePlace.h"
 #include "platform/storage/FileSystemCalls.h"
 #include "platform/storage/OpenFile.h"
+#include "platform/storage/TemporaryFile.h"
 
 #include <algorithm>
 #include <fcntl.h>
@@ -73,6 +75,19 @@ std::string parentOf(const std::string& path) {
     return end == std::string::npos ? "/" : path.substr(0, end + 1);
 }
 
+// The regular file at a place, or none where there is nothing. Anything else is an error.
+std::error_code inspectTarget(const FilePlace& place, std::optional<struct stat>& file) {
+    struct stat status {};
+    if (FileSystemCalls::current().statusAt(place.folder(), place.name().c_str(), &status) != 0)
+        return errno == ENOENT ? std::error_code{} : lastError();
+    if (S_ISDIR(status.st_mode))
+        return std::make_error_code(std::errc::is_a_directory);
+    if (!S_ISREG(status.st_mode))
+        return std::make_error_code(std::errc::invalid_argument);
+    file = status;
+    return {};
+}
+
 } // namespace
 
 std::optional<std::string> readFile(const std::string& path, std::error_code* error) {
@@ -83,6 +98,21 @@ std::optional<std::string> readFile(const std::string& path, std::error_code* er
     if (result)
         return std::nullopt;
     return bytes;
+}
+
+std::error_code replaceFile(const std::string& path, std::string_view bytes) {
+    FilePlace place;
+    std::optional<struct stat> old;
+    if (const auto error = place.find(path))
+        return error;
+    if (const auto error = inspectTarget(place, old))
+        return error;
+    TemporaryFile file(place.folder());
+    if (const auto error = file.write(old, bytes))
+        return error;
+    if (const auto error = file.takePlaceOf(place.name()))
+        return error;
+    return place.syncFolder();
 }
 
 std::error_code makeFolders(const std::string& path) {

@@ -36,12 +36,15 @@ int TemporaryFile::close() {
     return file < 0 ? 0 : FileSystemCalls::current().close(file);
 }
 
-std::error_code TemporaryFile::writeWhole(const std::optional<struct stat>& old, std::string_view bytes) {
+std::error_code TemporaryFile::write(const std::optional<struct stat>& old, std::string_view bytes) {
     if (const auto error = make(old))
         return error;
-    if (const auto error = write(bytes))
+    if (const auto error = writeAll(bytes))
         return error;
-    return complete(old);
+    if (old)
+        if (const auto error = setOwnerAndMode(*old))
+            return error;
+    return syncAndClose();
 }
 
 std::error_code TemporaryFile::make(const std::optional<struct stat>& old) {
@@ -64,7 +67,7 @@ std::error_code TemporaryFile::make(const std::optional<struct stat>& old) {
     return lastError();
 }
 
-std::error_code TemporaryFile::write(std::string_view bytes) {
+std::error_code TemporaryFile::writeAll(std::string_view bytes) {
     while (!bytes.empty()) {
         const ssize_t count = retryInterrupted(
             [&] { return FileSystemCalls::current().write(file_, bytes.data(), bytes.size()); });
@@ -75,13 +78,6 @@ std::error_code TemporaryFile::write(std::string_view bytes) {
         bytes.remove_prefix(static_cast<std::size_t>(count));
     }
     return {};
-}
-
-std::error_code TemporaryFile::complete(const std::optional<struct stat>& old) {
-    if (old)
-        if (const auto error = setOwnerAndMode(*old))
-            return error;
-    return syncAndClose();
 }
 
 std::error_code TemporaryFile::setOwnerAndMode(const struct stat& old) {

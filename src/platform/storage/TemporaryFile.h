@@ -18,14 +18,10 @@ public:
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-    // Makes the file. Its mode follows the umask if there is no old file; otherwise only the owner may open
-    // it until complete() sets the old file's mode.
-    [[nodiscard]] std::error_code make(const std::optional<struct stat>& old);
-    [[nodiscard]] std::error_code write(std::string_view bytes);
-    // Sets the old file's mode, and its owner and group if the process may, then syncs and closes the file.
-    [[nodiscard]] std::error_code complete(const std::optional<struct stat>& old);
-    // Calls make, write and complete.
-    [[nodiscard]] std::error_code writeWhole(const std::optional<struct stat>& old, std::string_view bytes);
+    // Makes the file, writes the bytes, syncs it and closes it. Its mode follows the umask if there is no old
+    // file. Otherwise it gets the old file's mode, and its owner and group if the process may; until then
+    // only the owner may open it.
+    [[nodiscard]] std::error_code write(const std::optional<struct stat>& old, std::string_view bytes);
 
     // Renames the file and replaces what has that name.
     [[nodiscard]] std::error_code takePlaceOf(const std::string& name);
@@ -33,6 +29,8 @@ public:
     [[nodiscard]] std::error_code takeFreeName(const std::string& name);
 
 private:
+    [[nodiscard]] std::error_code make(const std::optional<struct stat>& old);
+    [[nodiscard]] std::error_code writeAll(std::string_view bytes);
     [[nodiscard]] std::error_code setOwnerAndMode(const struct stat& old);
     [[nodiscard]] std::error_code syncAndClose();
     [[nodiscard]] int close();

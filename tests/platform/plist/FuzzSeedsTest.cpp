@@ -38,3 +38,6 @@ TEST(FuzzSeeds, holdForAscii) {
 TEST(FuzzSeeds, holdForWriteAfterRead) {
     EXPECT_GT(replay(fuzz::writeAfterRead), 180U);
 }
+TEST(FuzzSeeds, holdForEditThenRead) {
+    EXPECT_GT(replay(fuzz::editThenRead), 180U);
+}

@@ -1,6 +1,6 @@
+#include "platform/plist/ExpandedSize.h"
 #include "platform/plist/Reader.h"
 #include "platform/plist/RecordReader.h"
-#include "platform/plist/TypedJson.h"
 #include "platform/plist/Writer.h"
 
 #include "platform/plist/AllocationMeter.h"
@@ -136,7 +136,7 @@ TEST(SharingBombs, areReadAtOnceAndNotWrittenOut) {
         const ReadResult result = read(bytes);
         ASSERT_TRUE(std::holds_alternative<Value>(result)) << depth;
         EXPECT_EQ(writeXml(std::get<Value>(result)), std::nullopt);
-        EXPECT_EQ(typedJson(std::get<Value>(result)), std::nullopt);
+        EXPECT_TRUE(expandsTooFar(std::get<Value>(result)));
         EXPECT_LT(meter.peak(), 100 * bytes.size() + 10000);
     }
 }
@@ -153,8 +153,9 @@ TEST(SharingBombs, shareTexts) {
     EXPECT_LT(meter.peak(), 10 * bytes.size());
 }
 
-// Sixty thousand references to one record of as many entries, and as many records with one long text.
-TEST(SharingBombs, areVisitedRecordByRecordInTime) {
+// Sixty thousand references to one record of as many entries, of which one counts; and as many records with
+// one long string: a small list, whose records would fill any memory.
+TEST(SharingBombs, areReadRecordByRecordInTime) {
     constexpr std::size_t count = 60000;
     std::string root = "\xAF\x11" + bigEndianBytes(count, 2);
     std::string record = "\xDF\x11" + bigEndianBytes(count, 2);
@@ -164,14 +165,12 @@ TEST(SharingBombs, areVisitedRecordByRecordInTime) {
     }
     const std::string one = binaryList({root, record, "Qa"});
     const std::array<std::string_view, 2> keys = {"a", "b"};
-    std::size_t visited = 0;
-    EXPECT_EQ(visitRecords(one, keys,
-                           [&](const Record& seen) {
-                               visited += seen.string(0) == "a" ? 1U : 0U;
-                               return true;
-                           }),
-              RecordsOutcome::Complete);
-    EXPECT_EQ(visited, count);
+    std::size_t seen = 0;
+    RecordReader reader(one, keys);
+    while (const Record* const next = reader.next())
+        seen += next->string(0) == "a" ? 1U : 0U;
+    EXPECT_TRUE(reader.isSound());
+    EXPECT_EQ(seen, count);
 
     root = "\xAF\x11" + bigEndianBytes(count, 2);
     std::vector<std::string> objects(1);
@@ -184,15 +183,46 @@ TEST(SharingBombs, areVisitedRecordByRecordInTime) {
                    {"Qa", "\x6F\x12" + bigEndianBytes(100000, 4) + repeated("\x04\x1F", 100000)});
     const std::string many = binaryList(objects);
     const AllocationMeter meter;
+    RecordReader bomb(many, keys);
     std::size_t length = 0;
-    EXPECT_EQ(visitRecords(many, keys,
-                           [&](const Record& seen) {
-                               length += seen.string(0)->size();
-                               return true;
-                           }),
-              RecordsOutcome::Complete);
-    EXPECT_EQ(length, count * 200000);
+    while (const Record* const next = bomb.next())
+        length += next->string(0)->size();
+    EXPECT_FALSE(bomb.isSound());
+    EXPECT_LT(length, std::size_t{64} << 20U);
     EXPECT_LT(meter.peak(), 4 * many.size());
+}
+
+// A list that shares as hosts' lists do.
+TEST(SharingBombs, areNoListsOfRecordsThatShareTheirStrings) {
+    constexpr std::size_t count = 10000;
+    std::string root = "\xAF\x11" + bigEndianBytes(count, 2);
+    std::vector<std::string> objects(1);
+    for (std::size_t i = 0; i < count; ++i) {
+        root += bigEndianBytes(i + 3, 2);
+        objects.push_back("\xD1" + bigEndianBytes(1, 2) + bigEndianBytes(2, 2));
+    }
+    objects[0] = root;
+    objects.insert(objects.begin() + 1, {"Tname", "\x5F\x10\x20" + repeated("x", 32)});
+    const std::string bytes = binaryList(objects);
+    const std::array<std::string_view, 1> keys = {"name"};
+    RecordReader reader(bytes, keys);
+    std::size_t seen = 0;
+    while (const Record* const record = reader.next())
+        seen += record->string(0) ? 1U : 0U;
+    EXPECT_TRUE(reader.isSound());
+    EXPECT_EQ(seen, count);
+}
+
+// An array of so many references to one long string is written out by nobody.
+TEST(SharingBombs, ofOneStringAreNotWrittenOut) {
+    const std::string string = "\x5F\x12" + bigEndianBytes(100000, 4) + std::string(100000, 'x');
+    std::string array = "\xAF\x11" + bigEndianBytes(5000, 2);
+    for (int i = 0; i < 5000; ++i)
+        array += bigEndianBytes(1, 2);
+    const ReadResult result = read(binaryList({array, string}));
+    const AllocationMeter meter;
+    EXPECT_EQ(writeXml(std::get<Value>(result)), std::nullopt);
+    EXPECT_LT(meter.peak(), std::size_t{64} << 20U);
 }
 
 // Containers that begin within one another, each stating to hold all that follows.

@@ -1,9 +1,9 @@
 #include "platform/plist/xml/Numbers.h"
 
-#include "platform/plist/xml/Base64.h"
-#include "platform/plist/xml/Dates.h"
 #include "platform/plist/Reader.h"
 #include "platform/plist/Writer.h"
+#include "platform/plist/xml/Base64.h"
+#include "platform/plist/xml/Dates.h"
 
 #include <gtest/gtest.h>
 
@@ -21,8 +21,9 @@ using namespace platform::plist;
 namespace {
 
 std::string formatted(double value) {
-    std::array<char, numberRoom> text{};
-    return {text.data(), formatReal(text.data(), value)};
+    std::string text;
+    appendReal(text, value);
+    return text;
 }
 
 std::string formattedByC(double value) {
@@ -32,9 +33,8 @@ std::string formattedByC(double value) {
 }
 
 std::string dateText(double seconds) {
-    std::array<char, dateRoom> text{};
-    const char* const end = formatDate(text.data(), seconds);
-    return end ? std::string(text.data(), static_cast<std::size_t>(end - text.data())) : "none";
+    std::string text;
+    return appendDate(text, seconds) ? text : text + "none";
 }
 
 std::uint64_t bitsOf(double value) {
@@ -207,9 +207,10 @@ INSTANTIATE_TEST_SUITE_P(
                                 {}}));
 
 TEST(Integers, areWrittenOverTheirWholeRange) {
-    std::array<char, numberRoom> text{};
-    const auto written = [&](Integer value) {
-        return std::string(text.data(), formatInteger(text.data(), value));
+    const auto written = [](Integer value) {
+        std::string text;
+        appendInteger(text, value);
+        return text;
     };
     EXPECT_EQ(written({0x8000000000000000U, false}), "-9223372036854775808");
     EXPECT_EQ(written({0x8000000000000000U, true}), "9223372036854775808");
@@ -270,8 +271,8 @@ TEST(Base64, isWrittenInLinesThatShortenWithTheIndent) {
     for (std::size_t indent = 0; indent < 12; ++indent)
         for (std::size_t size = 0; size < 200; ++size) {
             std::string bytes(size, '\xA5');
-            std::string text(base64Size(size, indent), '?');
-            ASSERT_EQ(encodeBase64(text.data(), bytes, indent), text.data() + text.size());
+            std::string text;
+            appendBase64(text, bytes, indent);
             ASSERT_EQ(decodeBase64(text), bytes);
             if (text.empty())
                 continue;

@@ -1,7 +1,11 @@
 #include "platform/plist/RandomList.h"
 
+#include "platform/plist/Writer.h"
+
 #include <array>
 #include <string_view>
+
+using namespace platform::plist;
 
 namespace {
 
@@ -121,4 +125,36 @@ std::string RandomList::broken(std::string text) {
         }
     }
     return text;
+}
+
+std::string RandomList::written() {
+    Array records;
+    for (std::size_t count = below(6); count > 0; --count) {
+        Dictionary record;
+        for (const char* const key : {"amount", "date", "income", "name", "planpk", "CF$UID", "rest"})
+            switch (below(9)) {
+            case 0:
+                record.set(key, Value(static_cast<double>(below(900)) / 7 - 50));
+                break;
+            case 1:
+                record.set(key, Value(static_cast<std::int64_t>(below(100)) - 50));
+                break;
+            case 2:
+                record.set(key, Value(below(2) == 0));
+                break;
+            case 3:
+                record.set(key, Value(std::string(below(40), 'x') + (below(2) == 0 ? "<&>" : "")));
+                break;
+            case 4:
+                if (below(10) == 0)
+                    record.set(key, Value(Array{Value("inner")}));
+                break;
+            default:
+                record.set(key, Value("text"));
+            }
+        records.emplace_back(record);
+        if (below(10) == 0)
+            records.emplace_back("no record");
+    }
+    return *writeXml(Value(records));
 }

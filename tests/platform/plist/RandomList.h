@@ -14,6 +14,8 @@ public:
     // An XML list as nobody would write it: comments, sections, references, duplicate keys, nested `plist`
     // tags, elements that are no dictionaries.
     std::string xml();
+    // A list as the writer gives it, some of its records with a `CF$UID` among their keys.
+    std::string written();
     // The list with one to three bytes changed, dropped or repeated.
     std::string broken(std::string text);
     std::size_t below(std::size_t bound) { return random_() % bound; }

@@ -1,7 +1,6 @@
 #include "platform/plist/RecordComparison.h"
 
 #include "platform/plist/Reader.h"
-#include "platform/plist/Writer.h"
 
 #include <bit>
 #include <type_traits>
@@ -32,28 +31,7 @@ std::string describe(const Record& record) {
     return text;
 }
 
-// One of every kind of edit, chosen by what the record says of itself.
-RecordEdit editOf(bool isDictionary, std::optional<double> date) {
-    if (!isDictionary || !date)
-        return RecordEdit::keep();
-    return *date < 0   ? RecordEdit::drop()
-           : *date > 0 ? RecordEdit::replace(0, *date / 3)
-                       : RecordEdit::keep();
-}
-
-using Rewriting = std::function<RecordsRewriting(const Sink&)>;
-
-Rewritten collected(const Rewriting& rewriting) {
-    std::string pieces;
-    const RecordsRewriting result = rewriting([&](std::string_view piece) {
-        pieces += piece;
-        return true;
-    });
-    return {result.outcome, result.isWritten ? std::optional(pieces) : std::nullopt};
-}
-
-} // namespace
-
+// What a value of the tree gives where it stands for a record.
 std::string describe(const Value& element) {
     const Dictionary* const dictionary = element.dictionary();
     if (!dictionary)
@@ -70,66 +48,76 @@ std::string describe(const Value& element) {
     return text;
 }
 
-Visits visitAsStream(std::string_view bytes, std::size_t stopAt) {
-    Visits visits;
-    visits.outcome = visitRecords(bytes, keys, [&](const Record& record) {
-        visits.records.push_back(describe(record));
-        return visits.records.size() <= stopAt;
-    });
-    if (visits.outcome == RecordsOutcome::NoArray)
-        visits.records.clear();
-    return visits;
+} // namespace
+
+Records recordsOf(std::string_view bytes) {
+    std::vector<std::string> records;
+    RecordReader reader(bytes, keys);
+    while (const Record* const record = reader.next())
+        records.push_back(describe(*record));
+    return reader.isSound() ? Records(records) : std::nullopt;
 }
 
-Visits visitAsTree(std::string_view bytes, std::size_t stopAt) {
+std::optional<Array> arrayOf(std::string_view bytes) {
     const ReadResult result = read(bytes);
     const Value* const root = std::get_if<Value>(&result);
-    if (!root || !root->array())
-        return {};
-    Visits visits{RecordsOutcome::Complete, {}};
-    for (const Value& element : *root->array()) {
-        visits.records.push_back(describe(element));
-        if (visits.records.size() > stopAt) {
-            visits.outcome = RecordsOutcome::Stopped;
-            break;
-        }
+    return root && root->array() ? std::optional(*root->array()) : std::nullopt;
+}
+
+Records recordsOfTree(std::string_view bytes) {
+    const std::optional<Array> array = arrayOf(bytes);
+    if (!array)
+        return std::nullopt;
+    std::vector<std::string> records;
+    for (const Value& element : *array)
+        records.push_back(describe(element));
+    return records;
+}
+
+std::optional<std::string> edited(std::string_view bytes, const Edit& edit) {
+    RecordEditor editor(bytes, keys);
+    while (const Record* const record = editor.next())
+        edit(editor, *record);
+    return editor.isSound() ? editor.finish() : std::nullopt;
+}
+
+std::optional<std::string> appended(std::string_view bytes, const Value& record) {
+    RecordEditor editor(bytes, {});
+    while (editor.next()) {
     }
-    return visits;
+    if (!editor.isSound())
+        return std::nullopt;
+    editor.append(record);
+    return editor.finish();
 }
 
-std::optional<std::string> rewriteAsTree(std::string_view bytes) {
-    const ReadResult result = read(bytes);
-    const Value* const root = std::get_if<Value>(&result);
-    if (!root || !root->array())
+std::optional<std::string> editedByDate(std::string_view bytes) {
+    return edited(bytes, [](RecordEditor& editor, const Record& record) {
+        const std::optional<double> date = record.isDictionary() ? record.number(0) : std::nullopt;
+        if (date && *date < 0)
+            editor.drop();
+        else if (date && *date > 0)
+            editor.setNumber(0, *date / 3);
+    });
+}
+
+std::optional<Value> editedTree(std::string_view bytes) {
+    const std::optional<Array> array = arrayOf(bytes);
+    if (!array)
         return std::nullopt;
     Array kept;
-    for (const Value& element : *root->array()) {
+    for (const Value& element : *array) {
         const Dictionary* const dictionary = element.dictionary();
-        const Value* const date = dictionary ? dictionary->find(keys[0]) : nullptr;
-        const RecordEdit edit = editOf(dictionary != nullptr, date ? numberOf(*date) : std::nullopt);
-        if (edit.action == RecordEdit::Action::Drop)
+        const Value* const value = dictionary ? dictionary->find("date") : nullptr;
+        const std::optional<double> date = value ? numberOf(*value) : std::nullopt;
+        if (date && *date < 0)
             continue;
-        Value value = element;
-        if (edit.action == RecordEdit::Action::Replace) {
+        kept.push_back(element);
+        if (date && *date > 0) {
             Dictionary changed = *dictionary;
-            changed.set("date", Value(edit.number));
-            value = Value(changed);
+            changed.set("date", Value(*date / 3));
+            kept.back() = Value(changed);
         }
-        kept.push_back(value);
     }
-    return writeXml(Value(kept));
-}
-
-Rewritten rewrite(std::string_view bytes, const Edit& edit) {
-    return collected([&](const Sink& sink) { return rewriteRecords(bytes, keys, edit, sink); });
-}
-
-Rewritten append(std::string_view bytes, const Value& record) {
-    return collected([&](const Sink& sink) { return appendRecord(bytes, record, sink); });
-}
-
-Rewritten rewriteAsStream(std::string_view bytes) {
-    return rewrite(bytes, [](const Record& record) {
-        return editOf(record.isDictionary(), record.isDictionary() ? record.number(0) : std::nullopt);
-    });
+    return Value(kept);
 }

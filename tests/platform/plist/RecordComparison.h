@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/plist/RecordReader.h"
+#include "platform/plist/RecordEditor.h"
 
 #include <array>
 #include <functional>
@@ -9,36 +9,25 @@
 #include <string_view>
 #include <vector>
 
-// Lists read and rewritten record by record, and the same through a tree of values, for comparison.
+// Lists read and edited record by record, and the same through a tree of values, for comparison.
 
 constexpr std::array<std::string_view, 5> keys = {"date", "name", "planpk", "income", "expense"};
 
-// What all that can be asked of the records gave, as text.
-struct Visits {
-    platform::plist::RecordsOutcome outcome = platform::plist::RecordsOutcome::NoArray;
-    std::vector<std::string> records;
-    bool operator==(const Visits&) const = default;
-};
+// What all that can be asked of the records gave, as text; none where the list is not sound.
+using Records = std::optional<std::vector<std::string>>;
+Records recordsOf(std::string_view bytes);
+Records recordsOfTree(std::string_view bytes);
 
-// What a value of the tree gives where it stands for a record.
-std::string describe(const platform::plist::Value& element);
+// The root of a list, if it is an array.
+std::optional<platform::plist::Array> arrayOf(std::string_view bytes);
 
-constexpr std::size_t never = 1000;
+// What is done to each record of a list while it is the editor's.
+using Edit = std::function<void(platform::plist::RecordEditor&, const platform::plist::Record&)>;
+// The edited list; none where it is not sound or cannot be written.
+std::optional<std::string> edited(std::string_view bytes, const Edit& edit);
+std::optional<std::string> appended(std::string_view bytes, const platform::plist::Value& record);
 
-// Stops at that record.
-Visits visitAsStream(std::string_view bytes, std::size_t stopAt);
-Visits visitAsTree(std::string_view bytes, std::size_t stopAt);
-
-// What a rewriting comes to.
-struct Rewritten {
-    platform::plist::RecordsOutcome outcome = platform::plist::RecordsOutcome::NoArray;
-    std::optional<std::string> xml;
-};
-
-using Edit = std::function<platform::plist::RecordEdit(const platform::plist::Record&)>;
-Rewritten rewrite(std::string_view bytes, const Edit& edit);
-Rewritten append(std::string_view bytes, const platform::plist::Value& record);
-
-// With one of every kind of edit, chosen by what the record says of itself.
-Rewritten rewriteAsStream(std::string_view bytes);
-std::optional<std::string> rewriteAsTree(std::string_view bytes);
+// With one of every kind of edit, chosen by what the record says of itself: a record with a date below zero
+// is dropped, one with a date above gets a third of it.
+std::optional<std::string> editedByDate(std::string_view bytes);
+std::optional<platform::plist::Value> editedTree(std::string_view bytes);

@@ -1,8 +1,7 @@
 #include "platform/plist/text/Unicode.h"
 
 #include "platform/plist/ascii/NextStep.h"
-#include "platform/plist/xml/TextCare.h"
-#include "platform/plist/xml/TextRun.h"
+#include "platform/plist/xml/PlainRun.h"
 
 #include <gtest/gtest.h>
 
@@ -13,8 +12,8 @@ using namespace platform::plist;
 namespace {
 
 // What the reader of texts should find, byte by byte.
-TextRun slowTextRun(const char* at, const char* end) {
-    TextRun run{at, true};
+PlainRun slowPlainRun(const char* at, const char* end) {
+    PlainRun run{at, true};
     for (; run.end < end && *run.end != '<' && *run.end != '&'; ++run.end)
         run.isAscii = run.isAscii && static_cast<unsigned char>(*run.end) < 0x80;
     return run;
@@ -34,7 +33,7 @@ bool isUtf8Slowly(std::string_view text) {
 
 } // namespace
 
-TEST(TextRun, endsAtTheFirstByteThatNeedsALookInEveryWidth) {
+TEST(PlainRun, endsAtTheFirstMarkupInEveryWidth) {
     std::mt19937 random(1);
     constexpr std::string_view bytes("ab<&\x3D\x3B\x27\x25\xBC\xA6\x80\xFF\x00 ", 14);
     for (int i = 0; i < 50000; ++i) {
@@ -43,27 +42,11 @@ TEST(TextRun, endsAtTheFirstByteThatNeedsALookInEveryWidth) {
             if (random() % 16 == 0)
                 c = bytes[random() % bytes.size()];
         const char* const end = text.data() + text.size();
-        const TextRun slow = slowTextRun(text.data(), end);
-        const TextRun portable = portableTextRun(text.data(), end);
-        const TextRun run = textRun(text.data(), end);
-        ASSERT_EQ(portable.end, slow.end) << text;
-        ASSERT_EQ(portable.isAscii, slow.isAscii) << text;
+        const PlainRun slow = slowPlainRun(text.data(), end);
+        const PlainRun run = plainRun(text.data(), end);
         ASSERT_EQ(run.end, slow.end) << text;
         ASSERT_EQ(run.isAscii, slow.isAscii) << text;
     }
-}
-
-TEST(TextCare, isNeededForAByteThatMayNotStandInEveryWidth) {
-    for (std::size_t size = 0; size < 70; ++size)
-        for (const std::string_view byte : {"<", ">", "&", "\xED", "=", "'", "x", "\x7F"})
-            for (std::size_t place = 0; place < size + 2; ++place) {
-                std::string text(size + 16, 'x'); // with what may be read beyond the text
-                text[place] = byte[0];
-                const bool isInside = place < size;
-                const bool expected = isInside && std::string_view("<>&\xED").find(byte) != std::string::npos;
-                ASSERT_EQ(portableMayNeedCare(text.data(), size), expected) << size << byte << place;
-                ASSERT_EQ(mayNeedCare(text.data(), size), expected) << size << byte << place;
-            }
 }
 
 TEST(Text, ofTwoBytesAUnitIsReadWithItsSurrogates) {
@@ -71,9 +54,7 @@ TEST(Text, ofTwoBytesAUnitIsReadWithItsSurrogates) {
         std::string bytes;
         for (const char16_t unit : units)
             bytes += {static_cast<char>(unit >> 8U), static_cast<char>(unit)};
-        std::string text(3 * units.size(), '\0');
-        text.resize(static_cast<std::size_t>(putBigEndianUtf16(text.data(), bytes) - text.data()));
-        return text;
+        return textOfBigEndianUtf16(bytes);
     };
     EXPECT_EQ(read(u""), "");
     EXPECT_EQ(read(u"abcdefgh1"), "abcdefgh1");

@@ -49,18 +49,16 @@ TEST(Dictionary, isEqualWhateverTheOrderOfKeys) {
 class DuplicateKeys : public testing::TestWithParam<std::size_t> {};
 
 TEST_P(DuplicateKeys, leaveTheFirstOrTheLastAtTheFirstPlace) {
-    Dictionary::Keys keys;
-    std::vector<Value> values;
-    for (std::size_t i = 0; i < GetParam(); ++i) {
-        keys.push_back("key" + std::to_string(i));
-        values.emplace_back(static_cast<std::int64_t>(i));
-    }
-    for (const char* const later : {"second", "third"}) {
-        keys.emplace_back("key1");
-        values.emplace_back(later);
-    }
-    const Dictionary first = Dictionary::fromKeysAndValues(keys, values, Dictionary::Duplicates::KeepFirst);
-    const Dictionary last = Dictionary::fromKeysAndValues(keys, values, Dictionary::Duplicates::KeepLast);
+    std::vector<Dictionary::Entry> entries;
+    const auto add = [&](const std::string& key, Value value) {
+        entries.push_back({std::make_shared<const std::string>(key), std::move(value)});
+    };
+    for (std::size_t i = 0; i < GetParam(); ++i)
+        add("key" + std::to_string(i), Value(static_cast<std::int64_t>(i)));
+    for (const char* const later : {"second", "third"})
+        add("key1", Value(later));
+    const Dictionary first(entries, Dictionary::Duplicates::KeepFirst);
+    const Dictionary last(entries, Dictionary::Duplicates::KeepLast);
     ASSERT_EQ(first.size(), GetParam());
     ASSERT_EQ(last.size(), GetParam());
     EXPECT_EQ(first.keyAt(1), "key1");

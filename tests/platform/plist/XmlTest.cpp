@@ -147,30 +147,3 @@ TEST(Xml, readsARecordTheSameWhateverStandsBeforeIt) {
     EXPECT_EQ(readValue("<array>" + all + "</array>"), Value(single));
     EXPECT_EQ(single[7].dictionary()->size(), 2U);
 }
-
-TEST(Xml, isWrittenPieceByPieceToASink) {
-    std::mt19937 random(3);
-    Array records = randomRecords(random, 6000);
-    records.insert(records.begin() + 5, Value(Data{std::string(300000, 'x')}));
-    records.insert(records.begin() + 7, Value(std::string(300000, '>')));
-    std::string whole;
-    std::size_t pieces = 0;
-    const Sink keep = [&](std::string_view piece) {
-        whole += piece;
-        ++pieces;
-        return true;
-    };
-    EXPECT_TRUE(writeXml(Value(records), keep));
-    EXPECT_EQ(whole, writeXml(Value(records)));
-    EXPECT_GT(pieces, 10U);
-
-    const Sink refuse = [&](std::string_view) {
-        ++pieces;
-        return false;
-    };
-    pieces = 0;
-    EXPECT_FALSE(writeXml(Value(records), refuse));
-    EXPECT_EQ(pieces, 1U);
-    records.emplace_back();
-    EXPECT_FALSE(writeXml(Value(records), keep));
-}

@@ -189,29 +189,27 @@ bool AsciiReader::readDictionary(unsigned depth, Value& value) {
 
 // Up to where no key stands. A key without a value is its own.
 bool AsciiReader::readEntries(unsigned depth, Value& value) {
-    Dictionary::Keys keys;
-    std::vector<Value> values;
+    std::vector<Dictionary::Entry> entries;
     std::string key;
     while (readKey(key)) {
         if (!skipSpace())
             return fail("The text ends after a key");
-        Value& content = values.emplace_back();
+        const auto shared = std::make_shared<const std::string>(key);
+        Value& content = entries.emplace_back(Dictionary::Entry{shared, Value()}).value;
         if (text_[at_] == '=') {
             ++at_;
             if (!readValue(depth + 1, content))
                 return false;
         } else if (text_[at_] == ';') {
-            content = Value(key);
+            content = Value(shared);
         } else {
             return fail("Neither '=' nor ';' follows a key");
         }
-        keys.push_back(std::move(key));
         if (!skipSpace() || text_[at_] != ';')
             return fail("No ';' follows a value");
         ++at_;
     }
-    value = Value(
-        Dictionary::fromKeysAndValues(std::move(keys), std::move(values), Dictionary::Duplicates::KeepLast));
+    value = Value(Dictionary(std::move(entries), Dictionary::Duplicates::KeepLast));
     return true;
 }
 

@@ -46,12 +46,19 @@ std::optional<BinaryLayout> BinaryLayout::of(std::string_view bytes) {
         return std::nullopt;
     layout.objects_ = bytes.substr(0, tableOffset);
     layout.offsets_ = bytes.substr(tableOffset, tableSize);
-    layout.offsetNumbers_ = BinaryNumbers(offsetSize);
-    layout.references_ = BinaryNumbers(referenceSize);
+    layout.offsetSize_ = offsetSize;
+    layout.referenceSize_ = referenceSize;
     for (std::size_t at = 0; at < tableSize; at += offsetSize)
-        if (layout.offsetNumbers_.at(layout.offsets_.data() + at) >= tableOffset)
+        if (bigEndian(layout.offsets_.substr(at, offsetSize)) >= tableOffset)
             return std::nullopt;
     return layout;
+}
+
+std::optional<std::size_t> BinaryLayout::offsetOf(std::uint64_t object) const {
+    if (object >= count_)
+        return std::nullopt;
+    const std::size_t offset = bigEndian(offsets_.substr(object * offsetSize_, offsetSize_));
+    return offset < binaryHeaderSize ? std::nullopt : std::optional(offset);
 }
 
 } // namespace platform::plist

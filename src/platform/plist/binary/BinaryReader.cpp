@@ -39,13 +39,72 @@ bool isContainer(const Value& value) {
     return value.array() || value.dictionary() || value.set() || value.foreignDictionary();
 }
 
+// A dictionary, or what stands for one that has a key which is no string. Of equal keys the first counts.
+Value dictionaryOf(std::vector<std::pair<Value, Value>> entries) {
+    const bool hasStringKeys =
+        std::all_of(entries.begin(), entries.end(), [](const auto& entry) { return entry.first.string(); });
+    if (!hasStringKeys) {
+        std::set<std::string> seen;
+        std::erase_if(entries,
+                      [&](const auto& entry) { return !seen.insert(identityOf(entry.first)).second; });
+        return Value(ForeignDictionary{std::move(entries)});
+    }
+    std::vector<Dictionary::Entry> named;
+    named.reserve(entries.size());
+    for (auto& [key, value] : entries)
+        named.push_back({key.sharedString(), std::move(value)});
+    return Value(Dictionary(std::move(named), Dictionary::Duplicates::KeepFirst));
+}
+
 } // namespace
 
+BinaryReader::BinaryReader(const BinaryLayout& layout)
+    : layout_(layout)
+    , slots_(layout.objects().size(), unread) {
+    constexpr std::size_t allowedOverlap = 4096;
+    budget_ = layout.objects().size() + allowedOverlap;
+}
+
+bool BinaryReader::fail(std::size_t offset, const char* message) {
+    faultOffset_ = offset;
+    fault_ = message;
+    return false;
+}
+
+// An object that nothing is wrong with, its bytes taken from the budget.
+std::optional<BinaryObject> BinaryReader::open(std::size_t offset) {
+    const std::optional<BinaryObject> object = binaryObjectAt(layout_, offset);
+    const char* fault = object ? faultOf(*object) : "An object reaches beyond the list";
+    if (!fault && !object->isFixed()) {
+        if (object->content.size() > budget_)
+            fault = "Objects overlap";
+        else
+            budget_ -= object->content.size();
+    }
+    if (fault) {
+        fail(offset, fault);
+        return std::nullopt;
+    }
+    return object;
+}
+
+std::optional<BinaryObject> BinaryReader::openRootArray() {
+    const std::optional<std::size_t> offset = layout_.offsetOf(layout_.topObject());
+    if (!offset)
+        return std::nullopt;
+    const std::optional<BinaryObject> object = open(*offset);
+    if (!object || object->marker != BinaryMarker::Array)
+        return std::nullopt;
+    slots_[*offset] = beingRead;
+    return object;
+}
+
 bool BinaryReader::read(std::uint64_t objectNumber, unsigned depth, Value& value) {
+    constexpr unsigned deepestValue = 512;
     const std::optional<std::size_t> offset = layout_.offsetOf(objectNumber);
     if (!offset)
         return fail(layout_.objects().size(), "A reference names no object");
-    if (depth > deepestBinaryValue)
+    if (depth > deepestValue)
         return fail(*offset, "Too many containers are nested");
     std::uint32_t& slot = slots_[*offset];
     if (slot >= firstKnown) {
@@ -54,58 +113,29 @@ bool BinaryReader::read(std::uint64_t objectNumber, unsigned depth, Value& value
     }
     if (slot == beingRead)
         return fail(*offset, "An object contains itself");
-    BinaryObject object;
-    if (!takeBinaryObject(layout_, *offset, object))
-        return fail(*offset, "An object reaches beyond the list");
-    if (const char* const fault = faultOf(object))
-        return fail(*offset, fault);
-    if (object.isFixed()) {
-        value = leafOf(object);
+    const std::optional<BinaryObject> object = open(*offset);
+    if (!object)
+        return false;
+    if (object->isFixed()) {
+        value = leafOf(*object);
         return true;
     }
-    if (object.content.size() > budget_)
-        return fail(*offset, "Objects overlap");
-    budget_ -= object.content.size();
     slot = beingRead;
-    if (!readShared(object, *offset, depth, value))
+    if (!object->isContainer())
+        value = leafOf(*object);
+    else if (!readContainer(*object, *offset, depth, value))
         return false;
     slot = static_cast<std::uint32_t>(known_.size()) + firstKnown;
     known_.push_back(value);
     return true;
 }
 
-// An object that refers to no other.
-Value BinaryReader::leafOf(const BinaryObject& object) {
-    switch (object.marker) {
-    case BinaryMarker::Integer:
-        return Value(integerOf(object));
-    case BinaryMarker::Real:
-        return Value(realOf(object));
-    case BinaryMarker::Date:
-        return Value(Date{realOf(object)});
-    case BinaryMarker::Uid:
-        return Value(Uid{bigEndianAt(object.content.data(), object.content.size())});
-    case BinaryMarker::Data:
-        return Value(Data{std::string(object.content)});
-    case BinaryMarker::Ascii:
-    case BinaryMarker::Utf16:
-        return Value(textOf(object));
-    default: {
-        const std::optional<bool> boolean = booleanOf(object);
-        return boolean ? Value(*boolean) : Value();
-    }
-    }
-}
-
-bool BinaryReader::readShared(const BinaryObject& object, std::size_t offset, unsigned depth, Value& value) {
+bool BinaryReader::readContainer(const BinaryObject& object, std::size_t offset, unsigned depth,
+                                 Value& value) {
     if (object.marker == BinaryMarker::Dictionary)
         return readDictionary(object, offset, depth, value);
-    if (!object.isContainer()) {
-        value = leafOf(object);
-        return true;
-    }
     Array elements;
-    if (!readElements(object.content, object.count, depth, elements))
+    if (!readElements(object, depth, elements))
         return false;
     value = object.marker == BinaryMarker::Array
                 ? Value(std::move(elements))
@@ -113,47 +143,26 @@ bool BinaryReader::readShared(const BinaryObject& object, std::size_t offset, un
     return true;
 }
 
-bool BinaryReader::readElements(std::string_view content, std::size_t count, unsigned depth,
-                                Array& elements) {
-    elements.resize(count);
-    for (std::size_t i = 0; i < count; ++i) {
-        const std::uint64_t object = layout_.referenceAt(content.data() + i * layout_.referenceSize());
-        if (!read(object, depth + 1, elements[i]))
+bool BinaryReader::readElements(const BinaryObject& object, unsigned depth, Array& elements) {
+    elements.resize(object.count);
+    for (std::size_t i = 0; i < object.count; ++i)
+        if (!read(layout_.referenceAt(object.content, i), depth + 1, elements[i]))
             return false;
-    }
     return true;
 }
 
 bool BinaryReader::readDictionary(const BinaryObject& object, std::size_t offset, unsigned depth,
                                   Value& value) {
-    const std::size_t size = layout_.referenceSize();
-    const std::size_t half = object.content.size() / 2;
-    ForeignDictionary entries;
-    entries.entries.resize(object.count);
-    bool hasTextKeys = true;
+    std::vector<std::pair<Value, Value>> entries(object.count);
     for (std::size_t i = 0; i < object.count; ++i) {
-        auto& [key, content] = entries.entries[i];
-        const char* const reference = object.content.data() + i * size;
-        if (!read(layout_.referenceAt(reference), depth + 1, key) ||
-            !read(layout_.referenceAt(reference + half), depth + 1, content))
+        auto& [key, content] = entries[i];
+        if (!read(layout_.referenceAt(object.content, i), depth + 1, key) ||
+            !read(layout_.referenceAt(object.content, object.count + i), depth + 1, content))
             return false;
         if (isContainer(key))
             return fail(offset, "A dictionary's key is a container");
-        hasTextKeys = hasTextKeys && key.string();
     }
-    if (!hasTextKeys) {
-        std::set<std::string> seen;
-        std::erase_if(entries.entries,
-                      [&](const auto& entry) { return !seen.insert(identityOf(entry.first)).second; });
-        value = Value(std::move(entries));
-        return true;
-    }
-    DictionaryBuilder dictionary(recentKeys_.at(depth));
-    for (auto& [key, content] : entries.entries)
-        dictionary.add(*key.string()) = std::move(content);
-    Dictionary made = dictionary.take(Dictionary::Duplicates::KeepFirst);
-    recentKeys_.remember(depth, made);
-    value = Value(std::move(made));
+    value = dictionaryOf(std::move(entries));
     return true;
 }
 

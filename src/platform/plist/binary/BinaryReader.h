@@ -1,10 +1,10 @@
 #pragma once
 
-#include "platform/plist/binary/BinaryObject.h"
-#include "platform/plist/DictionaryBuilder.h"
 #include "platform/plist/Reader.h"
+#include "platform/plist/binary/BinaryObject.h"
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -14,35 +14,24 @@ namespace platform::plist {
 // stand up to 512 containers deep, and a container that nothing is in one deeper.
 [[nodiscard]] ReadResult readBinary(std::string_view bytes);
 
-// Rules of the binary form that hold however it is read.
-constexpr unsigned deepestBinaryValue = 512;
-// Objects that overlap would let a small list fill any memory. What the distinct objects hold may take no
-// more bytes than the list's objects, and these.
-constexpr std::size_t freeOverlap = 4096;
-
-// Reads objects to values, each once.
+// Reads the objects of one list to values, each once.
 class BinaryReader final {
 public:
-    explicit BinaryReader(const BinaryLayout& layout)
-        : layout_(layout)
-        , slots_(layout.objects().size(), unread)
-        , budget_(layout.objects().size() + freeOverlap) {}
+    // The layout must outlive the reader.
+    explicit BinaryReader(const BinaryLayout& layout);
 
-    // An object by its number, so many containers deep.
+    // The array at the list's root, for elements that are read one at a time (at depth 1); none for another
+    // root.
+    [[nodiscard]] std::optional<BinaryObject> openRootArray();
+    // Reads an object by its number; `depth` is the number of containers around it. False after a fault.
     [[nodiscard]] bool read(std::uint64_t object, unsigned depth, Value& value);
     [[nodiscard]] Error error() const { return {faultOffset_, 0, fault_}; }
 
 private:
-    bool fail(std::size_t offset, const char* message) {
-        if (faultOffset_ == 0) {
-            faultOffset_ = offset;
-            fault_ = message;
-        }
-        return false;
-    }
-    static Value leafOf(const BinaryObject& object);
-    bool readShared(const BinaryObject& object, std::size_t offset, unsigned depth, Value& value);
-    bool readElements(std::string_view content, std::size_t count, unsigned depth, Array& elements);
+    bool fail(std::size_t offset, const char* message);
+    [[nodiscard]] std::optional<BinaryObject> open(std::size_t offset);
+    bool readContainer(const BinaryObject& object, std::size_t offset, unsigned depth, Value& value);
+    bool readElements(const BinaryObject& object, unsigned depth, Array& elements);
     bool readDictionary(const BinaryObject& object, std::size_t offset, unsigned depth, Value& value);
 
     // What is known of an object that others may refer to, by its offset: nothing, that it is being read, or
@@ -54,7 +43,8 @@ private:
     const BinaryLayout& layout_;
     std::vector<std::uint32_t> slots_;
     std::vector<Value> known_;
-    RecentKeys recentKeys_;
+    // Objects that overlap would let a small list fill any memory: what is left of the bytes that the
+    // distinct objects may hold.
     std::size_t budget_;
     std::size_t faultOffset_ = 0;
     const char* fault_ = "The list is not valid";

@@ -170,14 +170,6 @@ bool convert(std::string_view bytes, Charset charset, std::string& text) {
     }
 }
 
-// The text before its first lone surrogate (three bytes, 0xED and one from 0xA0).
-std::string_view beforeSurrogate(std::string_view text) {
-    for (std::size_t at = text.find('\xED'); at != std::string_view::npos; at = text.find('\xED', at + 1))
-        if (static_cast<unsigned char>(text[at + 1]) >= 0xA0)
-            return text.substr(0, at);
-    return text;
-}
-
 } // namespace
 
 std::optional<Error> decodeText(std::string_view bytes, DecodedText& result) {
@@ -191,7 +183,7 @@ std::optional<Error> decodeText(std::string_view bytes, DecodedText& result) {
     }
     if (!convert(bytes.substr(guess.skip), guess.charset, result.buffer))
         return Error{0, 1, "The text is not of its declared encoding"};
-    result.xml = beforeSurrogate(result.buffer);
+    result.xml = std::string_view(result.buffer).substr(0, findSurrogate(result.buffer));
     if (result.xml.empty())
         return Error{0, 1, "The list is empty"};
     result.old = result.buffer;

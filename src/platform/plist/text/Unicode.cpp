@@ -1,9 +1,7 @@
 #include "platform/plist/text/Unicode.h"
 
-#include "platform/plist/text/Swar.h"
-
 #include <algorithm>
-#include <array>
+#include <cstdint>
 
 namespace platform::plist {
 
@@ -49,18 +47,6 @@ std::size_t sequenceLength(std::string_view text, std::size_t offset, bool allow
     return overlong || tooLarge ? 0 : 4;
 }
 
-// Four UTF-16 units, if all of them are ASCII; false, and nothing written, if not.
-bool takeFourAscii(const char* units, char* out) {
-    std::uint64_t word = loadBigEndian(units);
-    if ((word & 0xFF80FF80FF80FF80U) != 0)
-        return false;
-    word = (word | (word >> 8U)) & 0x0000FFFF0000FFFFU;
-    word |= word >> 16U;
-    for (unsigned i = 0; i < 4; ++i)
-        out[i] = static_cast<char>(word >> (24 - 8 * i));
-    return true;
-}
-
 // The UTF-16 unit at which a text continues from an offset: a whole unit, or the high surrogate of a pair.
 // -1 at the end, so that a prefix comes first.
 std::int32_t unitAt(std::string_view text, std::size_t offset) {
@@ -75,26 +61,32 @@ std::int32_t unitAt(std::string_view text, std::size_t offset) {
 } // namespace
 
 bool isUtf8(std::string_view bytes) {
-    std::size_t at = 0;
-    while (at < bytes.size()) {
-        constexpr std::size_t width = sizeof highBits;
-        while (at + width <= bytes.size()) {
-            const std::uint64_t marked = loadWord(bytes.data() + at) & highBits;
-            at += marked == 0 ? width : firstMarked(marked);
-            if (marked != 0)
-                break;
+    for (std::size_t at = 0; at < bytes.size();) {
+        if (byteAt(bytes, at) < 0x80) {
+            ++at;
+            continue;
         }
-        // Characters that need a look, up to the next ASCII one that many may follow.
-        while (at < bytes.size()) {
-            const std::size_t length = sequenceLength(bytes, at, false);
-            if (length == 0)
-                return false;
-            at += length;
-            if (length == 1 && at + width <= bytes.size())
-                break;
-        }
+        const std::size_t length = sequenceLength(bytes, at, false);
+        if (length == 0)
+            return false;
+        at += length;
     }
     return true;
+}
+
+bool isAscii(std::string_view bytes) {
+    return std::all_of(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) == 0; });
+}
+
+bool startsWithSurrogate(std::string_view text) {
+    return text.size() >= 3 && text[0] == '\xED' && byteAt(text, 1) >= 0xA0;
+}
+
+std::size_t findSurrogate(std::string_view text) {
+    std::size_t at = text.find('\xED');
+    while (at < text.size() && !startsWithSurrogate(text.substr(at)))
+        at = text.find('\xED', at + 1);
+    return std::min(at, text.size());
 }
 
 std::string_view withoutMark(std::string_view text) {
@@ -102,32 +94,25 @@ std::string_view withoutMark(std::string_view text) {
     return text.starts_with(mark) ? text.substr(mark.size()) : text;
 }
 
-char* putCodePoint(char* out, char32_t codePoint) {
+void appendCodePoint(std::string& text, char32_t codePoint) {
     const auto tail = [codePoint](unsigned shift) {
         return static_cast<char>(0x80U | ((codePoint >> shift) & 0x3FU));
     };
     if (codePoint < 0x80) {
-        *out++ = static_cast<char>(codePoint);
-        return out;
-    }
-    if (codePoint < 0x800) {
-        *out++ = static_cast<char>(0xC0U | (codePoint >> 6U));
+        text += static_cast<char>(codePoint);
+    } else if (codePoint < 0x800) {
+        text += static_cast<char>(0xC0U | (codePoint >> 6U));
+        text += tail(0);
+    } else if (codePoint < 0x10000) {
+        text += static_cast<char>(0xE0U | (codePoint >> 12U));
+        text += tail(6);
+        text += tail(0);
     } else {
-        if (codePoint < 0x10000) {
-            *out++ = static_cast<char>(0xE0U | (codePoint >> 12U));
-        } else {
-            *out++ = static_cast<char>(0xF0U | (codePoint >> 18U));
-            *out++ = tail(12);
-        }
-        *out++ = tail(6);
+        text += static_cast<char>(0xF0U | (codePoint >> 18U));
+        text += tail(12);
+        text += tail(6);
+        text += tail(0);
     }
-    *out++ = tail(0);
-    return out;
-}
-
-void appendCodePoint(std::string& text, char32_t codePoint) {
-    std::array<char, 4> sequence{};
-    text.append(sequence.data(), putCodePoint(sequence.data(), codePoint));
 }
 
 void appendUtf16Unit(std::string& text, char16_t unit) {
@@ -143,32 +128,12 @@ void appendUtf16Unit(std::string& text, char16_t unit) {
     appendCodePoint(text, unit);
 }
 
-char* putBigEndianUtf16(char* out, std::string_view bytes) {
-    const std::size_t count = bytes.size() / 2;
-    const auto unit = [bytes](std::size_t index) {
-        return static_cast<char32_t>((byteAt(bytes, 2 * index) << 8U) | byteAt(bytes, 2 * index + 1));
-    };
-    std::size_t i = 0;
-    for (; i + 4 <= count && takeFourAscii(bytes.data() + 2 * i, out); out += 4)
-        i += 4;
-    for (; i < count; ++i) {
-        char32_t point = unit(i);
-        if (point < 0x80) {
-            *out++ = static_cast<char>(point);
-            continue;
-        }
-        if (point < 0x800) {
-            *out++ = static_cast<char>(0xC0U | (point >> 6U));
-            *out++ = static_cast<char>(0x80U | (point & 0x3FU));
-            continue;
-        }
-        const bool isPair =
-            point >= 0xD800 && point <= 0xDBFF && i + 1 < count && (unit(i + 1) & 0xFC00U) == 0xDC00U;
-        if (isPair)
-            point = 0x10000 + ((point - 0xD800) << 10U) + (unit(++i) - 0xDC00);
-        out = putCodePoint(out, point);
-    }
-    return out;
+std::string textOfBigEndianUtf16(std::string_view bytes) {
+    std::string text;
+    text.reserve(bytes.size() / 2);
+    for (std::size_t at = 0; at + 1 < bytes.size(); at += 2)
+        appendUtf16Unit(text, static_cast<char16_t>((byteAt(bytes, at) << 8U) | byteAt(bytes, at + 1)));
+    return text;
 }
 
 CodePoint codePointAt(std::string_view text, std::size_t offset) {
@@ -188,7 +153,7 @@ CodePoint codePointAt(std::string_view text, std::size_t offset) {
     }
 }
 
-bool precedesInUtf16FromTheFirst(std::string_view a, std::string_view b) {
+bool precedesInUtf16(std::string_view a, std::string_view b) {
     const std::size_t common = std::min(a.size(), b.size());
     std::size_t at = 0;
     while (at < common && a[at] == b[at])

@@ -66,16 +66,10 @@ std::optional<std::string> decodeBase64(std::string_view text) {
     return bytes;
 }
 
-std::size_t base64Size(std::size_t bytes, std::size_t indent) {
-    const std::size_t characters = (bytes + 2) / 3 * 4;
-    const std::size_t lines = (characters + lineWidth(indent) - 1) / lineWidth(indent);
-    return characters + lines * (tabs(indent) + 1);
-}
-
-char* encodeBase64(char* out, std::string_view bytes, std::size_t indent) {
+void appendBase64(std::string& out, std::string_view bytes, std::size_t indent) {
     const std::size_t perLine = lineWidth(indent) / 4 * 3;
     while (!bytes.empty()) {
-        out = std::fill_n(out, tabs(indent), '\t');
+        out.append(tabs(indent), '\t');
         const std::string_view line = bytes.substr(0, perLine);
         bytes.remove_prefix(line.size());
         for (std::size_t i = 0; i < line.size(); i += 3) {
@@ -85,14 +79,13 @@ char* encodeBase64(char* out, std::string_view bytes, std::size_t indent) {
                            : 0U;
             };
             const std::uint32_t group = (byte(i) << 16U) | (byte(i + 1) << 8U) | byte(i + 2);
-            *out++ = alphabet[group >> 18U];
-            *out++ = alphabet[(group >> 12U) & 0x3FU];
-            *out++ = i + 1 < line.size() ? alphabet[(group >> 6U) & 0x3FU] : '=';
-            *out++ = i + 2 < line.size() ? alphabet[group & 0x3FU] : '=';
+            out += alphabet[group >> 18U];
+            out += alphabet[(group >> 12U) & 0x3FU];
+            out += i + 1 < line.size() ? alphabet[(group >> 6U) & 0x3FU] : '=';
+            out += i + 2 < line.size() ? alphabet[group & 0x3FU] : '=';
         }
-        *out++ = '\n';
+        out += '\n';
     }
-    return out;
 }
 
 } // namespace platform::plist

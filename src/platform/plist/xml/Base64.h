@@ -12,8 +12,8 @@ namespace platform::plist {
 // None where a byte is not ASCII.
 [[nodiscard]] std::optional<std::string> decodeBase64(std::string_view text);
 
-// Whole lines, each after `indent` tabs; a line takes 76 characters less 8 for each of the first eight tabs.
-[[nodiscard]] std::size_t base64Size(std::size_t bytes, std::size_t indent);
-char* encodeBase64(char* out, std::string_view bytes, std::size_t indent);
+// Appends whole lines, each after `indent` tabs; a line takes 76 characters less 8 for each of the first
+// eight tabs, and more tabs than eight are not written.
+void appendBase64(std::string& out, std::string_view bytes, std::size_t indent);
 
 } // namespace platform::plist

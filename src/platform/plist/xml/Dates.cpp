@@ -1,6 +1,5 @@
 #include "platform/plist/xml/Dates.h"
 
-#include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
@@ -78,20 +77,19 @@ private:
     std::size_t at_ = 0;
 };
 
-char* putTwoDigits(char* out, std::int64_t value) {
-    *out++ = static_cast<char>('0' + value / 10);
-    *out++ = static_cast<char>('0' + value % 10);
-    return out;
+void appendTwoDigits(std::string& out, std::int64_t value) {
+    out += static_cast<char>('0' + value / 10);
+    out += static_cast<char>('0' + value % 10);
 }
 
 // As "%04d": the sign counts toward the four.
-char* putYear(char* out, std::int64_t year) {
+void appendYear(std::string& out, std::int64_t year) {
     if (year < 0)
-        *out++ = '-';
+        out += '-';
     const std::int64_t magnitude = std::llabs(year);
     for (std::int64_t bound = year < 0 ? 100 : 1000; bound > magnitude && bound > 1; bound /= 10)
-        *out++ = '0';
-    return std::to_chars(out, out + dateRoom - 20, magnitude).ptr;
+        out += '0';
+    out += std::to_string(magnitude);
 }
 
 } // namespace
@@ -113,10 +111,10 @@ std::optional<double> parseDate(std::string_view text) {
     return static_cast<double>(days * secondsPerDay + hour * 3600 + minute * 60 + second);
 }
 
-char* formatDate(char* out, double seconds) {
+bool appendDate(std::string& out, double seconds) {
     constexpr double largest = 6.7e16; // seconds of 2^31 years, nearly
     if (!(std::fabs(seconds) < largest))
-        return nullptr;
+        return false;
     const auto whole = static_cast<std::int64_t>(std::floor(seconds));
     const std::int64_t days = floorDivide(whole, secondsPerDay);
     const std::int64_t time = whole - days * secondsPerDay;
@@ -130,19 +128,16 @@ char* formatDate(char* out, double seconds) {
     std::int64_t month = 12;
     while (daysBeforeMonth(month, isLeap(year)) > dayOfYear)
         --month;
-    out = putYear(out, year);
-    *out++ = '-';
-    out = putTwoDigits(out, month);
-    *out++ = '-';
-    out = putTwoDigits(out, dayOfYear - daysBeforeMonth(month, isLeap(year)) + 1);
-    *out++ = 'T';
-    out = putTwoDigits(out, time / 3600);
-    *out++ = ':';
-    out = putTwoDigits(out, time / 60 % 60);
-    *out++ = ':';
-    out = putTwoDigits(out, time % 60);
-    *out++ = 'Z';
-    return out;
+    appendYear(out, year);
+    const std::int64_t fields[] = {month, dayOfYear - daysBeforeMonth(month, isLeap(year)) + 1, time / 3600,
+                                   time / 60 % 60, time % 60};
+    constexpr std::string_view separators = "--T::";
+    for (std::size_t i = 0; i < separators.size(); ++i) {
+        out += separators[i];
+        appendTwoDigits(out, fields[i]);
+    }
+    out += 'Z';
+    return true;
 }
 
 } // namespace platform::plist

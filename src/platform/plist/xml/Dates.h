@@ -1,7 +1,7 @@
 #pragma once
 
-#include <cstddef>
 #include <optional>
+#include <string>
 #include <string_view>
 
 // The texts of <date>: `YYYY-MM-DDThh:mm:ssZ` in the proleptic Gregorian calendar, as seconds since
@@ -13,9 +13,8 @@ namespace platform::plist {
 // midnight.
 [[nodiscard]] std::optional<double> parseDate(std::string_view text);
 
-constexpr std::size_t dateRoom = 40;
-
-// Whole seconds, rounded down. None (null) for a date whose year is beyond 2^31, and for what is no number.
-char* formatDate(char* out, double seconds);
+// Appends the whole seconds, rounded down. False, and nothing appended, for a date whose year is beyond 2^31,
+// and for what is no number.
+[[nodiscard]] bool appendDate(std::string& out, double seconds);
 
 } // namespace platform::plist

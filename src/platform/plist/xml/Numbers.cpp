@@ -1,19 +1,18 @@
 #include "platform/plist/xml/Numbers.h"
 
-#include "platform/plist/xml/Digits.h"
 #include "platform/plist/text/Unicode.h"
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <charconv>
 #include <cmath>
-#include <cstring>
 #include <limits>
 
 namespace platform::plist {
 
 namespace {
+
+constexpr std::size_t numberRoom = 32; // for the text of any number
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
@@ -102,91 +101,12 @@ std::size_t skipIntegerSpace(std::string_view text, std::size_t at) {
     return at;
 }
 
-// The usual spelling: up to 18 decimal digits, which cannot overflow, after a minus or nothing.
-std::optional<std::int64_t> plainInteger(std::string_view text) {
-    constexpr std::size_t mostDigits = 18;
-    const bool isNegative = text.starts_with('-');
-    const std::string_view digits = text.substr(isNegative ? 1 : 0);
-    if (digits.empty() || digits.size() > mostDigits)
-        return std::nullopt;
-    std::int64_t value = 0;
-    for (const char c : digits) {
-        const auto digit = static_cast<unsigned char>(c - '0');
-        if (digit > 9)
-            return std::nullopt;
-        value = value * 10 + digit;
-    }
-    return isNegative ? -value : value;
-}
-
 int hexadecimalDigit(char c) {
     if (isDigit(c))
         return c - '0';
     const char low = lower(c);
     return low >= 'a' && low <= 'f' ? low - 'a' + 10 : -1;
 }
-
-#ifdef __SIZEOF_INT128__
-
-__extension__ using Wide = unsigned __int128;
-
-constexpr std::size_t significantDigits = 17;
-
-// The digits that "%.17g" shows of a number, without a point: as many as stand before it, and the others.
-struct Digits {
-    std::uint64_t all = 0; // below 10^17
-    std::size_t whole = 0;
-};
-
-// From 1 to 2^53, where a date lies: the whole part and the fraction each fit an integer, so that their
-// digits come from exact arithmetic, several times as fast as for any number.
-Digits digitsOf(double magnitude) {
-    const auto bits = std::bit_cast<std::uint64_t>(magnitude);
-    const unsigned shift = 1075 - static_cast<unsigned>(bits >> 52U); // bits of the fraction, up to 52
-    const std::uint64_t mantissa = (bits & ((std::uint64_t{1} << 52U) - 1)) | (std::uint64_t{1} << 52U);
-    const std::uint64_t whole = mantissa >> shift;
-    const std::size_t wholeDigits = digitCount(whole);
-    const std::uint64_t scale = powersOfTen[significantDigits - wholeDigits];
-    const Wide product = Wide{mantissa & ((std::uint64_t{1} << shift) - 1)} * scale;
-    auto fraction = static_cast<std::uint64_t>(product >> shift);
-    const Wide rest = product & ((Wide{1} << shift) - 1);
-    const Wide half = (Wide{1} << shift) / 2;
-    if (rest > half || (shift > 0 && rest == half && fraction % 2 == 1))
-        ++fraction;
-    const Digits digits{whole * scale + fraction, wholeDigits};
-    // Rounded up to the next power of ten, which has a digit more before the point.
-    return digits.all == powersOfTen[significantDigits] ? Digits{digits.all / 10, wholeDigits + 1} : digits;
-}
-
-// Null for a value that digitsOf() is not made for.
-char* formatPlainReal(char* out, double value) {
-    const double magnitude = std::fabs(value);
-    if (!(magnitude >= 1 && magnitude < 0x1p53))
-        return nullptr;
-    if (value < 0)
-        *out++ = '-';
-    const Digits digits = digitsOf(magnitude);
-    std::array<char, numberRoom> text{};
-    text[0] = static_cast<char>('0' + digits.all / powersOfTen[16]);
-    putSixteenDigits(text.data() + 1, digits.all % powersOfTen[16]);
-    std::memcpy(out, text.data(), significantDigits);
-    std::memcpy(out + digits.whole + 1, text.data() + digits.whole, significantDigits - digits.whole);
-    char* end = out + significantDigits + 1;
-    while (end[-1] == '0' && end > out + digits.whole + 1)
-        --end;
-    if (end == out + digits.whole + 1)
-        return out + digits.whole;
-    out[digits.whole] = '.';
-    return end;
-}
-
-#else
-
-char* formatPlainReal(char*, double) {
-    return nullptr;
-}
-
-#endif
 
 } // namespace
 
@@ -214,8 +134,6 @@ std::optional<double> parseReal(std::string_view text) {
 }
 
 IntegerText parseInteger(std::string_view text) {
-    if (const std::optional<std::int64_t> value = plainInteger(text))
-        return {{static_cast<std::uint64_t>(*value), false}};
     const auto fault = [](const char* message, std::size_t offset) {
         return IntegerText{{}, message, offset};
     };
@@ -247,31 +165,28 @@ IntegerText parseInteger(std::string_view text) {
     return {{magnitude, magnitude > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())}};
 }
 
-char* formatReal(char* out, double value) {
-    if (char* const end = formatPlainReal(out, value))
-        return end;
-    const auto put = [out](std::string_view text) { return std::copy(text.begin(), text.end(), out); };
-    if (std::isnan(value))
-        return put("nan");
-    if (std::isinf(value))
-        return put(value < 0 ? "-infinity" : "+infinity");
-    if (value == 0)
-        return put("0.0");
-    return std::to_chars(out, out + numberRoom, value, std::chars_format::general, 17).ptr;
+void appendReal(std::string& out, double value) {
+    if (std::isnan(value)) {
+        out += "nan";
+    } else if (std::isinf(value)) {
+        out += value < 0 ? "-infinity" : "+infinity";
+    } else if (value == 0) {
+        out += "0.0";
+    } else {
+        std::array<char, numberRoom> text{};
+        char* const end =
+            std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::general, 17).ptr;
+        out.append(text.data(), end);
+    }
 }
 
-char* formatInteger(char* out, Integer value) {
-    const bool isNegative = !value.isLarge && (value.bits >> 63U) != 0;
-    const std::uint64_t magnitude = isNegative ? ~value.bits + 1 : value.bits;
-    if (isNegative)
-        *out++ = '-';
-    if (magnitude >= powersOfTen[16])
-        return std::to_chars(out, out + numberRoom - 1, magnitude).ptr;
+void appendInteger(std::string& out, Integer value) {
     std::array<char, numberRoom> text{};
-    putSixteenDigits(text.data(), magnitude);
-    const std::size_t count = digitCount(magnitude);
-    std::memcpy(out, text.data() + 16 - count, 16);
-    return out + count;
+    char* const limit = text.data() + text.size();
+    char* const end = value.isLarge
+                          ? std::to_chars(text.data(), limit, value.bits).ptr
+                          : std::to_chars(text.data(), limit, static_cast<std::int64_t>(value.bits)).ptr;
+    out.append(text.data(), end);
 }
 
 } // namespace platform::plist

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <string_view>
 
 // The numbers of the XML form as texts, whatever the process's locale.
@@ -23,12 +24,9 @@ struct IntegerText {
 // White space, a sign, white space, then decimal digits or 0x and hexadecimal ones; from -2^63 to 2^64-1.
 [[nodiscard]] IntegerText parseInteger(std::string_view text);
 
-// Room for any text that the two functions below write.
-constexpr std::size_t numberRoom = 32;
+// Appends a number as C's "%.17g" writes it, but `0.0` for either zero, `nan`, `+infinity` and `-infinity`.
+void appendReal(std::string& out, double value);
 
-// As C's "%.17g", but `0.0` for either zero, `nan`, `+infinity` and `-infinity`. Gives the end of the text.
-char* formatReal(char* out, double value);
-
-char* formatInteger(char* out, Integer value);
+void appendInteger(std::string& out, Integer value);
 
 } // namespace platform::plist

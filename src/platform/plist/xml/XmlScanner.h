@@ -1,49 +1,42 @@
 #pragma once
 
 #include "platform/plist/Reader.h"
-#include "platform/plist/text/Swar.h"
-#include "platform/plist/xml/TextRun.h"
+#include "platform/plist/xml/PlainRun.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
 
-// The XML form's syntax: tags and texts, one after the other, in a single pass over UTF-8 bytes. It is the
-// platform's, not XML's: attributes are ignored, there are no entities but the five named ones and the
-// numeric ones, and what follows the root element is not looked at.
+// The XML form's syntax: tags and texts, pulled one after the other in a single pass over UTF-8 bytes. It is
+// the platform's syntax, not XML's: attributes are ignored, there are no entities but the five named ones and
+// the numeric ones, and what follows the root element is not looked at.
 namespace platform::plist {
 
 enum class XmlTag : std::uint8_t {
-    Plist,
-    Array,
-    Dictionary,
     Key,
     String,
-    Data,
-    Date,
+    Real,
+    Integer,
     True,
     False,
-    Real,
-    Integer
+    Dictionary,
+    Array,
+    Data,
+    Date,
+    Plist
 };
 
+// A start tag.
 struct XmlElement {
     XmlTag tag = XmlTag::Plist;
-    bool isEmpty = false; // written as `<tag/>`
+    bool isEmpty = false;  // written as `<tag/>`
+    std::size_t start = 0; // the offset of its '<'
 };
 
-// A text: as it stands in the input, or decoded, at the end of the buffer that was given for it.
-struct XmlText {
-    std::string_view source; // without references and sections; empty if isDecoded
-    std::size_t offset = 0;  // in the buffer
-    std::size_t length = 0;  // in the buffer
-    bool isDecoded = false;
-
-    // Valid until the buffer is appended to.
-    [[nodiscard]] std::string_view in(const std::string& buffer) const {
-        return isDecoded ? std::string_view(buffer).substr(offset, length) : source;
-    }
-};
+// Whether a text's first character other than white space is a '<'.
+[[nodiscard]] bool beginsAsXml(std::string_view text);
 
 class XmlScanner final {
 public:
@@ -54,162 +47,131 @@ public:
 
     enum class Found { Element, CloseTag, Fault };
 
-    // Passes the prolog: declaration, comments, DOCTYPE.
+    // Passes the prolog (declaration, comments, DOCTYPE) and the root's start tag.
     [[nodiscard]] Found findRoot(XmlElement& element);
-    // Passes white space, comments and processing instructions, and the next start tag. Stays before a close
-    // tag.
+    // Passes white space, comments, processing instructions and the next start tag. Stays before a close tag.
     [[nodiscard]] Found findElement(XmlElement& element) {
         skipSpace();
-        if (end_ - at_ >= longestUsualTag && *at_ == '<' && takeUsualStartTag(element))
-            return Found::Element;
-        return findUnusualElement(element);
+        return takePlainStartTag(element) ? Found::Element : findAnyElement(element);
     }
-    // What follows the start tag of a key, if one comes next and is spelled as usual; otherwise nothing. Only
-    // white space is passed. With a length, the tag and so much of what follows it is passed.
+    // What follows the start tag of a key, if one comes next as programs write it; otherwise nothing. Passes
+    // white space only.
     [[nodiscard]] std::string_view afterKeyTag() {
         skipSpace();
-        if (end_ - at_ < longestUsualTag || std::memcmp(at_, keyTag.data(), keyTag.size()) != 0)
-            return {};
-        return {at_ + keyTag.size(), static_cast<std::size_t>(end_ - at_) - keyTag.size()};
+        return startsWith(keyTag) ? rest().substr(keyTag.size()) : std::string_view();
     }
+    // Passes that start tag and so much of what follows it.
     void passKey(std::size_t length) { at_ += keyTag.size() + length; }
-    [[nodiscard]] bool takeCloseTag(XmlTag tag) {
-        switch (tag) { // spelled as usual
-        case XmlTag::Dictionary:
-            return take("</dict>") || takeUnusualCloseTag(tag);
-        case XmlTag::Key:
-            return take("</key>") || takeUnusualCloseTag(tag);
-        case XmlTag::String:
-            return take("</string>") || takeUnusualCloseTag(tag);
-        case XmlTag::Real:
-            return take("</real>") || takeUnusualCloseTag(tag);
-        case XmlTag::Integer:
-            return take("</integer>") || takeUnusualCloseTag(tag);
-        default:
-            return takeUnusualCloseTag(tag);
-        }
-    }
-    // Characters, references and CDATA sections up to the next tag, checked to be UTF-8. A byte order mark at
-    // the start is dropped, as the platform's texts do.
-    [[nodiscard]] bool takeText(std::string& buffer, XmlText& text) {
+    // Passes a tag that closes an element.
+    [[nodiscard]] bool takeCloseTag(XmlTag tag) { return takePlainCloseTag(tag) || takeAnyCloseTag(tag); }
+    // Passes characters, references and CDATA sections up to the next tag, checked to be UTF-8. A byte order
+    // mark at the start is dropped, as the platform's strings do. The text is a view of the source, or of
+    // `decoded` where something had to be decoded.
+    [[nodiscard]] bool takeText(std::string& decoded, std::string_view& text) {
         const char* const start = at_;
-        const TextRun run = textRun(start, end_);
+        const PlainRun run = plainRun(at_, end_);
         at_ = run.end;
-        if (run.isAscii && end_ - at_ > 1 && *at_ == '<' && at_[1] == '/') {
-            text.source = {start, static_cast<std::size_t>(at_ - start)};
-            text.isDecoded = false;
-            return true;
-        }
-        return takeUnusualText(start, run.isAscii, buffer, text);
+        text = {start, static_cast<std::size_t>(at_ - start)};
+        return (run.isAscii && startsWith("</")) || takeAnyText(run.isAscii, decoded, text);
     }
-    // These very bytes, if they come next.
-    [[nodiscard]] bool takeSame(std::string_view bytes) {
-        const bool isSame = static_cast<std::size_t>(end_ - at_) >= bytes.size() &&
-                            std::memcmp(at_, bytes.data(), bytes.size()) == 0;
-        at_ += isSame ? bytes.size() : 0;
-        return isSame;
-    }
-    [[nodiscard]] std::size_t left() const { return static_cast<std::size_t>(end_ - at_); }
-    // Bytes up to the next '<', unchecked.
+    // Passes bytes up to the next '<', unchecked.
     [[nodiscard]] std::string_view takeRaw();
 
-    // Notes the first fault; gives false.
-    bool fail(const char* at, const char* message);
-    bool failHere(const char* message) { return fail(at_, message); }
+    // Where it stands in the text.
+    [[nodiscard]] std::size_t offset() const { return static_cast<std::size_t>(at_ - begin_); }
+    // Notes a fault, of which the first counts; gives false.
+    bool fail(std::size_t offset, const char* message);
+    bool failHere(const char* message) { return fail(offset(), message); }
     [[nodiscard]] Error error() const;
-    [[nodiscard]] const char* position() const { return at_; }
 
 private:
-    static constexpr std::ptrdiff_t longestUsualTag = 16;
     static constexpr std::string_view keyTag = "<key>";
 
-    [[nodiscard]] bool startsWith(std::string_view text) const {
-        return static_cast<std::size_t>(end_ - at_) >= text.size() &&
-               std::string_view(at_, text.size()) == text;
+    [[nodiscard]] static bool isSpace(char c) { return c == '\t' || c == '\n' || c == ' ' || c == '\r'; }
+    [[nodiscard]] std::size_t left() const { return static_cast<std::size_t>(end_ - at_); }
+    [[nodiscard]] std::string_view rest() const { return {at_, left()}; }
+    [[nodiscard]] bool startsWith(std::string_view expected) const {
+        return left() >= expected.size() && std::memcmp(at_, expected.data(), expected.size()) == 0;
     }
-    template <std::size_t N>
-    bool take(const char (&text)[N]) {
-        constexpr std::size_t size = N - 1;
-        if (end_ - at_ < static_cast<std::ptrdiff_t>(size) || std::memcmp(at_, text, size) != 0)
-            return false;
-        at_ += size;
-        return true;
-    }
-    template <std::size_t N>
-    bool takeTag(const char (&text)[N], XmlTag tag, bool isEmpty, XmlElement& element) {
-        constexpr std::size_t size = N - 1;
-        if (std::memcmp(at_, text, size) != 0)
-            return false;
-        at_ += size;
-        element = {tag, isEmpty};
-        return true;
+    // These very bytes, if they come next.
+    bool take(std::string_view expected) {
+        const bool isNext = startsWith(expected);
+        at_ += isNext ? expected.size() : 0;
+        return isNext;
     }
     void skipSpace() {
-        if (indent_.startsAt(at_, end_))
-            at_ += indent_.size;
-        else
-            skipOtherSpace();
+        const char* at = at_;
+        while (at < end_ && isSpace(*at))
+            ++at;
+        at_ = at;
     }
-    void skipOtherSpace();
-    bool takeUsualStartTag(XmlElement& element);
-    Found findUnusualElement(XmlElement& element);
-    bool takeUnusualCloseTag(XmlTag tag);
-    bool takeUnusualText(const char* start, bool isAscii, std::string& buffer, XmlText& text);
+    // The tags of the commonest elements as programs write them.
+    bool takePlainStartTag(XmlElement& element);
+    bool takePlainCloseTag(XmlTag tag);
+    bool takeStartTag(std::string_view expected, XmlTag tag, bool isEmpty, XmlElement& element) {
+        element = {tag, isEmpty, offset()};
+        return take(expected);
+    }
+    // Tags and texts of any spelling.
+    Found findAnyElement(XmlElement& element);
+    Found takeAnyStartTag(XmlElement& element);
+    bool takeAnyCloseTag(XmlTag tag);
+    bool takeAnyText(bool isAscii, std::string& decoded, std::string_view& text);
+    bool takeDecodedText(std::string& decoded, std::string_view& text);
+    bool skipPast(std::string_view end, const char* fault);
     bool skipComment();
-    bool skipInstruction();
     bool skipDoctype();
-    Found takeStartTag(XmlElement& element);
     bool takeReference(std::string& out);
     bool takeNumericReference(std::string& out);
     bool takeSection(std::string& out);
-    bool takeDecodedText(const char* start, std::string& buffer, XmlText& text);
-    Found faultHere(const char* message) {
-        failHere(message);
+    Found faultAt(std::size_t offset, const char* message) {
+        fail(offset, message);
         return Found::Fault;
     }
-
-    // White space before a tag, and that tag's '<'.
-    struct Indent {
-        static constexpr std::ptrdiff_t width = sizeof(std::uint64_t);
-        std::uint64_t bytes = ~std::uint64_t{0};
-        std::uint64_t mask = ~std::uint64_t{0};
-        std::size_t size = 0;
-
-        [[nodiscard]] bool startsAt(const char* at, const char* end) const {
-            return end - at >= width && (loadWord(at) & mask) == bytes;
-        }
-    };
-    Indent indent_; // the last one; most often the next is the same
-    Indent otherIndent_;
+    Found faultHere(const char* message) { return faultAt(offset(), message); }
 
     const char* begin_;
     const char* at_;
     const char* end_;
-    const char* faultAt_ = nullptr;
+    std::size_t faultAt_ = 0;
     const char* fault_ = nullptr;
 };
 
-// The tags of a list that a program wrote, told by their letters alone. At a '<' that enough bytes follow.
-inline bool XmlScanner::takeUsualStartTag(XmlElement& element) {
+inline bool XmlScanner::takePlainStartTag(XmlElement& element) {
+    if (left() < 2)
+        return false;
     switch (at_[1]) {
     case 'k':
-        return takeTag("<key>", XmlTag::Key, false, element);
+        return takeStartTag("<key>", XmlTag::Key, false, element);
     case 's':
-        return takeTag("<string>", XmlTag::String, false, element);
-    case 't':
-        return takeTag("<true/>", XmlTag::True, true, element);
-    case 'f':
-        return takeTag("<false/>", XmlTag::False, true, element);
+        return takeStartTag("<string>", XmlTag::String, false, element);
     case 'r':
-        return takeTag("<real>", XmlTag::Real, false, element);
+        return takeStartTag("<real>", XmlTag::Real, false, element);
     case 'i':
-        return takeTag("<integer>", XmlTag::Integer, false, element);
+        return takeStartTag("<integer>", XmlTag::Integer, false, element);
+    case 't':
+        return takeStartTag("<true/>", XmlTag::True, true, element);
+    case 'f':
+        return takeStartTag("<false/>", XmlTag::False, true, element);
     case 'd':
-        return takeTag("<dict>", XmlTag::Dictionary, false, element) ||
-               takeTag("<date>", XmlTag::Date, false, element) ||
-               takeTag("<data>", XmlTag::Data, false, element);
-    case 'a':
-        return takeTag("<array>", XmlTag::Array, false, element);
+        return takeStartTag("<dict>", XmlTag::Dictionary, false, element);
+    default:
+        return false;
+    }
+}
+
+inline bool XmlScanner::takePlainCloseTag(XmlTag tag) {
+    switch (tag) {
+    case XmlTag::Key:
+        return take("</key>");
+    case XmlTag::String:
+        return take("</string>");
+    case XmlTag::Real:
+        return take("</real>");
+    case XmlTag::Integer:
+        return take("</integer>");
+    case XmlTag::Dictionary:
+        return take("</dict>");
     default:
         return false;
     }

@@ -1,149 +1,197 @@
 #include "platform/plist/xml/XmlWriter.h"
 
-#include "platform/plist/Sharing.h"
-#include "platform/plist/Writer.h"
-#include "platform/plist/xml/XmlReader.h"
+#include "platform/plist/ExpandedSize.h"
+#include "platform/plist/text/Unicode.h"
+#include "platform/plist/xml/Base64.h"
+#include "platform/plist/xml/Dates.h"
+#include "platform/plist/xml/Numbers.h"
+#include "platform/plist/xml/XmlValueReader.h"
+
+#include <algorithm>
+#include <vector>
 
 namespace platform::plist {
 
 namespace {
 
-bool writeList(XmlOutput& output, const Value& value) {
-    output.raw(xmlHeader);
-    if (!XmlWriter(output, value).write(value, 0))
-        return false;
-    output.raw(xmlFooter);
-    return true;
+// The characters that a text cannot hold as they are, and the first byte of a lone surrogate.
+bool isSpecial(char c) {
+    return c == '<' || c == '>' || c == '&' || c == '\xED';
+}
+
+struct Entry {
+    std::string_view key;
+    const Value* value;
+};
+
+bool precedes(const Entry& a, const Entry& b) {
+    return precedesInUtf16(a.key, b.key);
+}
+
+std::vector<Entry> sortedEntries(const Dictionary& dictionary) {
+    std::vector<Entry> entries;
+    entries.reserve(dictionary.size());
+    for (const auto& [key, value] : dictionary)
+        entries.push_back({key, &value});
+    if (!std::is_sorted(entries.begin(), entries.end(), precedes))
+        std::sort(entries.begin(), entries.end(), precedes);
+    return entries;
 }
 
 } // namespace
 
-std::optional<std::string> writeXml(const Value& value) {
-    XmlOutput output;
-    return writeList(output, value) ? std::optional(output.take()) : std::nullopt;
-}
-
-bool writeXml(const Value& value, const Sink& sink) {
-    XmlOutput output(sink);
-    return writeList(output, value) && output.finish();
-}
-
 bool XmlWriter::write(const Value& value, std::size_t indent) {
+    whole_ = &value;
+    isMeasured_ = false;
+    return writeElement(value, indent);
+}
+
+bool XmlWriter::writeElement(const Value& value, std::size_t indent) {
+    if (!mayWrite(value))
+        return false;
+    writeTabs(indent);
     switch (value.kind()) {
     case Kind::Boolean:
-        output_.boolean(*value.boolean(), indent);
-        return true;
+        out_.append(*value.boolean() ? "<true/>" : "<false/>");
+        break;
     case Kind::Integer:
-        output_.integer(*value.integer(), indent);
-        return true;
+        writeInteger(*value.integer());
+        break;
     case Kind::Real:
-        output_.real(*value.real(), indent);
-        return true;
+        writeReal(*value.real());
+        break;
     case Kind::Date:
-        return output_.date(*value.date(), indent);
-    case Kind::Data:
-        output_.data(value.data()->bytes, indent);
-        return true;
+        if (!writeDate(*value.date()))
+            return false;
+        break;
+    case Kind::Uid: {
+        Dictionary reference;
+        reference.set(uidKey, Value(Integer{value.uid()->number, false}));
+        if (!writeDictionary(reference, indent))
+            return false;
+        break;
+    }
     case Kind::String:
-        output_.string(*value.string(), indent);
-        return true;
+        out_.append("<string>");
+        writeText(*value.string());
+        out_.append("</string>");
+        break;
+    case Kind::Data:
+        writeData(value.data()->bytes, indent);
+        break;
     case Kind::Array:
-        return mayWrite(value) && writeArray(*value.array(), indent);
+        if (!writeArray(*value.array(), indent))
+            return false;
+        break;
     case Kind::Dictionary:
-        return mayWrite(value) && writeDictionary(*value.dictionary(), indent);
-    case Kind::Uid:
-        return writeUid(*value.uid(), indent);
+        if (!writeDictionary(*value.dictionary(), indent))
+            return false;
+        break;
     case Kind::Null:
     case Kind::Set:
     case Kind::ForeignDictionary:
         return false;
     }
-    return false;
+    out_ += '\n';
+    return true;
 }
 
-bool XmlWriter::mayWrite(const Value& container) {
-    if (!unmeasured_ || !container.isShared())
+// Few values share their contents, so that the whole is measured only when the first one does, or when it has
+// become large (keys may be shared too).
+bool XmlWriter::mayWrite(const Value& value) {
+    if (isMeasured_ || !(value.isShared() || isTooLarge(out_.size(), 0)))
         return true;
-    if (isBeyondMeasure(writtenSize(*unmeasured_)))
-        return false;
-    unmeasured_ = nullptr;
-    return true;
+    isMeasured_ = true;
+    return !expandsTooFar(*whole_);
 }
 
 bool XmlWriter::writeArray(const Array& array, std::size_t indent) {
     if (array.empty()) {
-        output_.tag("<array/>\n", indent);
+        out_.append("<array/>");
         return true;
     }
     if (indent >= deepestNesting)
         return false;
-    output_.tag("<array>\n", indent);
-    for (std::size_t i = 0; i < array.size(); ++i) {
-        if (indent == 0)
-            output_.expect({i, array.size()});
-        if (!write(array[i], indent + 1))
+    out_.append("<array>\n");
+    for (const Value& element : array)
+        if (!writeElement(element, indent + 1))
             return false;
-    }
-    output_.tag("</array>\n", indent);
+    writeTabs(indent);
+    out_.append("</array>");
     return true;
 }
 
 bool XmlWriter::writeDictionary(const Dictionary& dictionary, std::size_t indent) {
     if (dictionary.size() == 0) {
-        output_.tag("<dict/>\n", indent);
+        out_.append("<dict/>");
         return true;
     }
     if (indent >= deepestNesting)
         return false;
-    if (indent < keyLines_.size())
-        return writeEntries(dictionary, indent, keyLines_[indent]);
-    KeyLines keys;
-    return writeEntries(dictionary, indent, keys);
-}
-
-bool XmlWriter::writeEntries(const Dictionary& dictionary, std::size_t indent, KeyLines& keys) {
-    if (!keys.serves(dictionary))
-        keys.make(dictionary, indent + 1);
-    output_.tag("<dict>\n", indent);
-    for (const KeyLines::Line& line : keys.lines())
-        if (!writeEntry(keys, line, dictionary.valueAt(line.entry), indent + 1))
+    out_.append("<dict>\n");
+    for (const Entry& entry : sortedEntries(dictionary)) {
+        writeTabs(indent + 1);
+        out_.append("<key>");
+        writeText(entry.key);
+        out_.append("</key>\n");
+        if (!writeElement(*entry.value, indent + 1))
             return false;
-    output_.tag("</dict>\n", indent);
-    return true;
-}
-
-bool XmlWriter::writeEntry(const KeyLines& keys, const KeyLines::Line& line, const Value& value,
-                           std::size_t indent) {
-    if (value.kind() == line.kind) {
-        switch (line.kind) {
-        case Kind::String:
-            output_.closeString(keys.opening(line), *value.string());
-            return true;
-        case Kind::Boolean:
-            output_.closeBoolean(keys.opening(line), *value.boolean());
-            return true;
-        case Kind::Real:
-            output_.closeReal(keys.opening(line), *value.real());
-            return true;
-        case Kind::Integer:
-            output_.closeInteger(keys.opening(line), *value.integer());
-            return true;
-        default:
-            break;
-        }
     }
-    output_.raw(keys.key(line));
-    return write(value, indent);
+    writeTabs(indent);
+    out_.append("</dict>");
+    return true;
 }
 
-bool XmlWriter::writeUid(Uid uid, std::size_t indent) {
-    if (indent >= deepestNesting)
+bool XmlWriter::writeDate(Date date) {
+    out_.append("<date>");
+    if (!appendDate(out_, date.seconds))
         return false;
-    output_.tag("<dict>\n", indent);
-    output_.key("CF$UID", indent + 1);
-    output_.integer({uid.number, false}, indent + 1);
-    output_.tag("</dict>\n", indent);
+    out_.append("</date>");
     return true;
+}
+
+void XmlWriter::writeReal(double value) {
+    out_.append("<real>");
+    appendReal(out_, value);
+    out_.append("</real>");
+}
+
+void XmlWriter::writeInteger(Integer integer) {
+    out_.append("<integer>");
+    appendInteger(out_, integer);
+    out_.append("</integer>");
+}
+
+void XmlWriter::writeData(std::string_view bytes, std::size_t indent) {
+    out_.append("<data>\n");
+    appendBase64(out_, bytes, indent);
+    writeTabs(indent);
+    out_.append("</data>");
+}
+
+// Lone surrogates are left out.
+void XmlWriter::writeText(std::string_view text) {
+    constexpr std::size_t surrogateLength = 3;
+    for (;;) {
+        const auto special = std::find_if(text.begin(), text.end(), isSpecial);
+        const auto plain = static_cast<std::size_t>(special - text.begin());
+        out_.append(text.substr(0, plain));
+        if (plain == text.size())
+            return;
+        text.remove_prefix(plain);
+        std::size_t length = 1;
+        if (text[0] == '<')
+            out_.append("&lt;");
+        else if (text[0] == '>')
+            out_.append("&gt;");
+        else if (text[0] == '&')
+            out_.append("&amp;");
+        else if (startsWithSurrogate(text))
+            length = surrogateLength;
+        else
+            out_ += text[0];
+        text.remove_prefix(length);
+    }
 }
 
 } // namespace platform::plist

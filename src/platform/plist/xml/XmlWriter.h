@@ -1,41 +1,46 @@
 #pragma once
 
-#include "platform/plist/xml/KeyLines.h"
 #include "platform/plist/Value.h"
-#include "platform/plist/xml/XmlOutput.h"
 
-#include <array>
 #include <cstddef>
+#include <string>
+#include <string_view>
 
 // Values in the XML form.
 namespace platform::plist {
 
+constexpr std::string_view xmlHeader = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                                       "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+                                       "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
+                                       "<plist version=\"1.0\">\n";
+constexpr std::string_view xmlFooter = "</plist>\n";
+
 class XmlWriter final {
 public:
-    explicit XmlWriter(XmlOutput& output)
-        : output_(output) {}
-    // Refuses the value that everything belongs to where its shared containers would grow beyond all measure.
-    // Few values share, so that it is measured only when the first shared one is met.
-    XmlWriter(XmlOutput& output, const Value& whole)
-        : output_(output)
-        , unmeasured_(&whole) {}
+    // Appends to a text.
+    explicit XmlWriter(std::string& out)
+        : out_(out) {}
 
-    // False at the first value that the form cannot hold; what was written by then stays.
+    // Writes a value in whole lines, each after `indent` tabs or more. False at the first value that the form
+    // cannot hold, and for a value that expands too far; what was written by then stays.
     [[nodiscard]] bool write(const Value& value, std::size_t indent);
+    // A <real> element alone, without tabs and a line feed.
+    void writeReal(double value);
 
 private:
-    bool writeArray(const Array& array, std::size_t indent);
-    bool writeDictionary(const Dictionary& dictionary, std::size_t indent);
-    bool writeEntries(const Dictionary& dictionary, std::size_t indent, KeyLines& keys);
-    bool writeEntry(const KeyLines& keys, const KeyLines::Line& line, const Value& value, std::size_t indent);
-    bool writeUid(Uid uid, std::size_t indent);
-    bool mayWrite(const Value& container);
+    [[nodiscard]] bool writeElement(const Value& value, std::size_t indent);
+    [[nodiscard]] bool writeArray(const Array& array, std::size_t indent);
+    [[nodiscard]] bool writeDictionary(const Dictionary& dictionary, std::size_t indent);
+    [[nodiscard]] bool writeDate(Date date);
+    void writeInteger(Integer integer);
+    void writeData(std::string_view bytes, std::size_t indent);
+    void writeText(std::string_view text);
+    void writeTabs(std::size_t count) { out_.append(count, '\t'); }
+    [[nodiscard]] bool mayWrite(const Value& value);
 
-    XmlOutput& output_;
-    const Value* unmeasured_ = nullptr;
-    // Of the dictionaries written last, by their depth; deeper ones have their own. While one is in use, no
-    // other dictionary of its depth is written.
-    std::array<KeyLines, 4> keyLines_;
+    std::string& out_;
+    const Value* whole_ = nullptr; // what write() was called for
+    bool isMeasured_ = false;
 };
 
 } // namespace platform::plist

@@ -1,10 +1,10 @@
 #include "center/Panel.h"
 
 #include "center/Snapshot.h"
-#include "platform/system/Clock.h"
 #include "support/Application.h"
 #include "support/Containers.h"
 #include "support/Events.h"
+#include "support/ManualClock.h"
 #include "support/ManualMainQueue.h"
 
 #include <gtest/gtest.h>
@@ -80,7 +80,7 @@ protected:
     }
 
     support::Containers containers;
-    platform::ManualClock clock{now};
+    support::ManualClock clock{now};
     support::ManualMainQueue queue;
     std::unique_ptr<center::Panel> panel;
     int closed = 0;

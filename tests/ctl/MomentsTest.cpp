@@ -1,5 +1,6 @@
 #include "ctl/Moments.h"
 #include "ctl/CtlTest.h"
+#include "support/RegionOverride.h"
 
 #include <cmath>
 #include <limits>
@@ -21,7 +22,7 @@ struct Row {
 class MomentsTable : public CtlTest, public testing::WithParamInterface<Row> {};
 
 TEST_P(MomentsTable, areRead) {
-    const platform::RegionOverride here(Region{"en_US", GetParam().timeZone});
+    const support::RegionOverride here(Region{"en_US", GetParam().timeZone});
     const std::optional<double> moment = momentOfText(GetParam().text);
     ASSERT_TRUE(moment);
     EXPECT_EQ(*moment, GetParam().moment);
@@ -60,7 +61,7 @@ TEST_F(MomentsTest, areNotGuessed) {
 
 TEST_F(MomentsTest, areWrittenAsLocalDates) {
     EXPECT_EQ(textOfMoment(utc(2026, 3, 10, 18, 0, 59) + 0.9), "2026-03-10 18:00");
-    const platform::RegionOverride here(Region{"en_US", "Asia/Tehran"});
+    const support::RegionOverride here(Region{"en_US", "Asia/Tehran"});
     EXPECT_EQ(textOfMoment(utc(2026, 3, 10, 22)), "2026-03-11 01:30");
     EXPECT_EQ(textOfMoment(-0.5), "1970-01-01 03:29");
 }

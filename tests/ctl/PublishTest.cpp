@@ -1,5 +1,6 @@
 #include "ctl/CtlTest.h"
 #include "platform/plist/Reader.h"
+#include "support/RegionOverride.h"
 
 #include <filesystem>
 #include <fstream>
@@ -49,7 +50,7 @@ TEST_F(PublishTest, writesTheFeedWithKindsAndDigitsKept) {
 
 TEST_F(PublishTest, takesDatesAsTextsInTheLocalTimeZone) {
     region.reset();
-    const platform::RegionOverride here(platform::Region{"de_DE", "Europe/Berlin"});
+    const support::RegionOverride here(platform::Region{"de_DE", "Europe/Berlin"});
     EXPECT_EQ(run({"publish", "-"}, "[" + objectDated("\"today+3 18:00\"") + "]"), 0) << err;
     EXPECT_NE(feed().find("<real>1773421200</real>"), std::string::npos) << feed(); // 2026-03-13 17:00 UTC
 }

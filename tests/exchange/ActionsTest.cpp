@@ -1,6 +1,7 @@
 #include "exchange/ExchangeTest.h"
 #include "exchange/TodayWidgetLogic.h"
 #include "platform/plist/Writer.h"
+#include "support/RegionOverride.h"
 
 #include <csignal>
 #include <limits>
@@ -136,7 +137,7 @@ class LaterTable : public ExchangeTest, public testing::WithParamInterface<Later
 
 TEST_P(LaterTable, movesToTheStartOfTheDay) {
     region.reset();
-    const platform::RegionOverride here(GetParam().region);
+    const support::RegionOverride here(GetParam().region);
     clock.set(GetParam().now);
     writeFeed({plist::Value(recordOf("plan", 0.5))});
     TodayWidgetLogic::performTransactionAction(transactionOf("plan", 0.5), Action::Later(GetParam().days),

@@ -2,8 +2,9 @@
 
 #include "model/TodayTransaction.h"
 #include "platform/plist/Value.h"
-#include "platform/system/Clock.h"
 #include "platform/system/Region.h"
+#include "support/ManualClock.h"
+#include "support/RegionOverride.h"
 
 #include <gtest/gtest.h>
 
@@ -43,8 +44,8 @@ protected:
 
     std::string scratch;
     std::string container;
-    platform::ManualClock clock;
-    std::optional<platform::RegionOverride> region;
+    support::ManualClock clock;
+    std::optional<support::RegionOverride> region;
 };
 
 // 2026-03-10 00:00 UTC.

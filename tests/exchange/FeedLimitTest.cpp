@@ -1,5 +1,6 @@
 #include "exchange/ExchangeTest.h"
 #include "exchange/FeedReader.h"
+#include "support/RegionOverride.h"
 
 #include <limits>
 
@@ -32,7 +33,7 @@ class FeedLimitTable : public ExchangeTest, public testing::WithParamInterface<R
 
 TEST_P(FeedLimitTable, isTheLastSecondBeforeADay) {
     region.reset();
-    const platform::RegionOverride here(GetParam().region);
+    const support::RegionOverride here(GetParam().region);
     clock.set(GetParam().now);
     const auto limit = limitForDayCount(GetParam().dayCount);
     ASSERT_TRUE(std::holds_alternative<double>(limit));

@@ -3,7 +3,7 @@
 #include "center/Panel.h"
 #include "center/Snapshot.h"
 #include "platform/storage/GroupContainers.h"
-#include "platform/system/Clock.h"
+#include "support/ManualClock.h"
 #include "support/ManualMainQueue.h"
 
 #include <QApplication>
@@ -60,7 +60,7 @@ int main(int argc, char** argv) {
     QApplication application(count, argv);
     center::installLanguage();
     platform::GroupContainers::setFolder(argv[1]);
-    const platform::ManualClock clock(std::strtod(argv[5], nullptr));
+    const support::ManualClock clock(std::strtod(argv[5], nullptr));
     support::ManualMainQueue queue;
 
     center::Panel panel(center::Backdrop::RoundTranslucent, center::Height::OfContent, snapshot.width);

@@ -1,6 +1,5 @@
 #include "model/TodayTransaction.h"
-
-#include "platform/system/Clock.h"
+#include "support/ManualClock.h"
 
 #include <gtest/gtest.h>
 
@@ -47,24 +46,24 @@ TEST(TodayTransactionTest, startsAtIndexZeroAndTakesAnother) {
 }
 
 TEST(TodayTransactionTest, isNotOverdueAtItsVeryMoment) {
-    const platform::ManualClock clock(tenthOfMarchSixPm);
+    const support::ManualClock clock(tenthOfMarchSixPm);
     EXPECT_FALSE(transactionDated(tenthOfMarchSixPm).isOverdue());
 }
 
 TEST(TodayTransactionTest, isOverdueOneSecondLater) {
-    const platform::ManualClock clock(tenthOfMarchSixPm);
+    const support::ManualClock clock(tenthOfMarchSixPm);
     EXPECT_TRUE(transactionDated(tenthOfMarchSixPm - 1).isOverdue());
 }
 
 TEST(TodayTransactionTest, comparesFractionsOfASecond) {
-    const platform::ManualClock clock(tenthOfMarchSixPm + 0.25);
+    const support::ManualClock clock(tenthOfMarchSixPm + 0.25);
     EXPECT_TRUE(transactionDated(tenthOfMarchSixPm).isOverdue());
     EXPECT_FALSE(transactionDated(tenthOfMarchSixPm + 0.25).isOverdue());
     EXPECT_FALSE(transactionDated(tenthOfMarchSixPm + 0.5).isOverdue());
 }
 
 TEST(TodayTransactionTest, asksTheClockAtEachReadAndDoesNotRoundToDays) {
-    platform::ManualClock clock(tenthOfMarchSixPm - 60);
+    support::ManualClock clock(tenthOfMarchSixPm - 60);
     const TodayTransaction transaction = transactionDated(tenthOfMarchSixPm);
     EXPECT_FALSE(transaction.isOverdue()) << "at 17:59";
     clock.set(tenthOfMarchSixPm + 1);
@@ -72,7 +71,7 @@ TEST(TodayTransactionTest, asksTheClockAtEachReadAndDoesNotRoundToDays) {
 }
 
 TEST(TodayTransactionTest, isNeverOverdueWithoutADate) {
-    const platform::ManualClock clock(tenthOfMarchSixPm);
+    const support::ManualClock clock(tenthOfMarchSixPm);
     EXPECT_FALSE(transactionDated(std::numeric_limits<double>::quiet_NaN()).isOverdue());
     EXPECT_FALSE(transactionDated(std::numeric_limits<double>::infinity()).isOverdue());
     EXPECT_TRUE(transactionDated(-std::numeric_limits<double>::infinity()).isOverdue());

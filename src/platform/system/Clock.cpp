@@ -28,12 +28,4 @@ const Clock* Clock::setCurrent(const Clock* clock) {
     return std::exchange(chosenClock, clock);
 }
 
-ManualClock::ManualClock(double now)
-    : now_(now)
-    , previous_(setCurrent(this)) {}
-
-ManualClock::~ManualClock() {
-    setCurrent(previous_);
-}
-
 } // namespace platform

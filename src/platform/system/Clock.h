@@ -18,21 +18,4 @@ public:
     static const Clock* setCurrent(const Clock* clock);
 };
 
-// A clock that stands where it was put, in force for as long as it lives; then the one before it is again.
-class ManualClock final : public Clock {
-public:
-    explicit ManualClock(double now);
-    ~ManualClock() override;
-    ManualClock(const ManualClock&) = delete;
-    ManualClock& operator=(const ManualClock&) = delete;
-
-    [[nodiscard]] double now() const override { return now_; }
-    void set(double now) { now_ = now; }
-    void advance(double seconds) { now_ += seconds; }
-
-private:
-    double now_;
-    const Clock* previous_;
-};
-
 } // namespace platform

@@ -23,11 +23,8 @@ Region Region::current() {
     return {dateLocaleName(), timeZoneName()};
 }
 
-RegionOverride::RegionOverride(Region region)
-    : previous_(std::exchange(chosenRegion(), std::move(region))) {}
-
-RegionOverride::~RegionOverride() {
-    chosenRegion() = std::move(previous_);
+std::optional<Region> Region::setCurrent(std::optional<Region> region) {
+    return std::exchange(chosenRegion(), std::move(region));
 }
 
 } // namespace platform

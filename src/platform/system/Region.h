@@ -16,18 +16,10 @@ struct Region {
     // another region was set. Both are looked up at each call, so that changes are seen. A POSIX locale ("C",
     // "POSIX" or an empty one) is "en_US_POSIX".
     [[nodiscard]] static Region current();
-};
 
-// Replaces the current region for as long as it lives.
-class RegionOverride final {
-public:
-    explicit RegionOverride(Region region);
-    ~RegionOverride();
-    RegionOverride(const RegionOverride&) = delete;
-    RegionOverride& operator=(const RegionOverride&) = delete;
-
-private:
-    std::optional<Region> previous_;
+    // Replaces the current region; nullopt restores that of the environment. Returns the region that was set
+    // before, if any.
+    static std::optional<Region> setCurrent(std::optional<Region> region);
 };
 
 } // namespace platform

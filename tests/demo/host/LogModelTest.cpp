@@ -1,6 +1,7 @@
 #include "host/LogModel.h"
 
 #include "platform/system/Region.h"
+#include "support/RegionOverride.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -46,7 +47,7 @@ protected:
 };
 
 TEST_F(LogModelTest, showsEachRecordInTheOrderOfTheFile) {
-    const platform::RegionOverride region({"en_US", "UTC"});
+    const support::RegionOverride region({"en_US", "UTC"});
     set({record("a"), record("b", 3)});
     ASSERT_EQ(model.rowCount(), 2);
     EXPECT_EQ(text(0, LogModel::Meaning), "Paid");

@@ -3,6 +3,7 @@
 #include "host/RequestModel.h"
 #include "platform/system/Region.h"
 #include "support/Containers.h"
+#include "support/RegionOverride.h"
 
 #include <gtest/gtest.h>
 
@@ -99,7 +100,7 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& listed) { return std::string(listed.param.name); });
 
 TEST_F(RequestTest, isShownWithTheNewestFirst) {
-    const platform::RegionOverride region({"en_US", "UTC"});
+    const support::RegionOverride region({"en_US", "UTC"});
     containers.writeSettings(settings);
     RequestModel model;
     model.add(read("korvelWidget://tw_edit_transaction"));

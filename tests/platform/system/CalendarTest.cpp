@@ -2,6 +2,7 @@
 
 #include "platform/system/Region.h"
 #include "support/Moments.h"
+#include "support/RegionOverride.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +12,7 @@
 #include <random>
 
 using platform::Calendar;
-using platform::RegionOverride;
+using support::RegionOverride;
 using support::utc;
 
 namespace {

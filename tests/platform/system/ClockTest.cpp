@@ -1,11 +1,12 @@
 #include "platform/system/Clock.h"
+#include "support/ManualClock.h"
 
 #include <gtest/gtest.h>
 
 #include <ctime>
 
 using platform::Clock;
-using platform::ManualClock;
+using support::ManualClock;
 
 namespace {
 

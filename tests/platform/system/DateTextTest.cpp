@@ -3,6 +3,7 @@
 #include "platform/system/Region.h"
 #include "support/Environment.h"
 #include "support/Moments.h"
+#include "support/RegionOverride.h"
 
 #include <gtest/gtest.h>
 
@@ -10,8 +11,8 @@
 #include <limits>
 
 using platform::mediumDateText;
-using platform::RegionOverride;
 using support::EnvironmentVariable;
+using support::RegionOverride;
 using support::utc;
 
 namespace {

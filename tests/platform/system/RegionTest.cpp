@@ -1,12 +1,13 @@
 #include "platform/system/Region.h"
 
 #include "support/Environment.h"
+#include "support/RegionOverride.h"
 
 #include <gtest/gtest.h>
 
 using platform::Region;
-using platform::RegionOverride;
 using support::EnvironmentVariable;
+using support::RegionOverride;
 
 TEST(RegionTest, comesFromTheEnvironment) {
     const EnvironmentVariable all("LC_ALL", "th_TH.UTF-8@calendar=buddhist");

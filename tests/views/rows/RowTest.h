@@ -1,13 +1,14 @@
 #pragma once
 
 #include "model/TodayTransaction.h"
-#include "platform/system/Clock.h"
 #include "platform/system/Region.h"
 #include "platform/views/View.h"
 #include "support/Containers.h"
 #include "support/Environment.h"
+#include "support/ManualClock.h"
 #include "support/ManualMainQueue.h"
 #include "support/Moments.h"
+#include "support/RegionOverride.h"
 #include "views/rows/TodayAddTableCellView.h"
 #include "views/rows/TodayTableCellView.h"
 
@@ -69,8 +70,8 @@ protected:
     // The processes of death tests cannot remove their folders, so they make them in the folder of this test.
     support::EnvironmentVariable temporaryFolder{"TMPDIR", containers.folder().path()};
     support::ManualMainQueue queue;
-    platform::ManualClock clock{now};
-    platform::RegionOverride region{{"en_US", "UTC"}};
+    support::ManualClock clock{now};
+    support::RegionOverride region{{"en_US", "UTC"}};
 };
 
 // A case of a table, which messages call by its name.

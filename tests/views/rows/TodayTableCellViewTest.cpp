@@ -3,6 +3,7 @@
 #include "platform/images/BundleImages.h"
 #include "platform/views/InterfaceFile.h"
 #include "support/Application.h"
+#include "support/RegionOverride.h"
 #include "views/rows/RowInterfaceFiles.h"
 #include "views/rows/RowTest.h"
 
@@ -129,7 +130,7 @@ TEST_F(TodayTableCellViewTest, theDateFollowsRegionAndTimeZoneOfTheMoment) {
     values.date = support::utc(2026, 3, 10, 1);
     row->configureForItem(item(values), 60);
     EXPECT_EQ(row->subtitleLabel->stringValue(), QStringLiteral("Mar 10, 2026"));
-    const platform::RegionOverride elsewhere({"de_DE", "America/New_York"});
+    const support::RegionOverride elsewhere({"de_DE", "America/New_York"});
     row->configureForItem(item(values), 60);
     EXPECT_EQ(row->subtitleLabel->stringValue(), QStringLiteral("09.03.2026"));
 }
@@ -143,7 +144,7 @@ TEST_F(TodayTableCellViewTest, theDateIsAsWideAsItsText) {
         narrow,
         QFontMetricsF(row->subtitleLabel->labelFont()).horizontalAdvance(row->subtitleLabel->stringValue()));
 
-    const platform::RegionOverride elsewhere({"pt_PT", "UTC"}); // "10/03/2026"
+    const support::RegionOverride elsewhere({"pt_PT", "UTC"}); // "10/03/2026"
     row->configureForItem(item(), 60);
     EXPECT_LT(row->subtitleWidthLayoutConstraint->constant(), narrow);
     EXPECT_EQ(row->subtitleWidthLayoutConstraint->constant(), row->subtitleLabel->bounds().width());

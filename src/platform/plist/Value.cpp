@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <bit>
-#include <cmath>
+#include <functional>
 #include <numeric>
 
 namespace platform::plist {
@@ -32,6 +32,9 @@ std::vector<std::size_t> orderOfKeys(const std::vector<Dictionary::Entry>& entri
 
 Dictionary::Dictionary(std::vector<Entry> entries, Duplicates duplicates)
     : entries_(std::move(entries)) {
+    const auto isSorted = [](const Entry& a, const Entry& b) { return *a.key < *b.key; };
+    if (std::adjacent_find(entries_.begin(), entries_.end(), std::not_fn(isSorted)) == entries_.end())
+        return; // as lists that programs write mostly are
     const std::vector<std::size_t> order = orderOfKeys(entries_);
     std::vector<std::size_t> dropped;
     for (std::size_t i = 0; i < order.size();) {

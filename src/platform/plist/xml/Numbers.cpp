@@ -101,13 +101,6 @@ std::size_t skipIntegerSpace(std::string_view text, std::size_t at) {
     return at;
 }
 
-int hexadecimalDigit(char c) {
-    if (isDigit(c))
-        return c - '0';
-    const char low = lower(c);
-    return low >= 'a' && low <= 'f' ? low - 'a' + 10 : -1;
-}
-
 } // namespace
 
 std::optional<double> parseReal(std::string_view text) {
@@ -147,19 +140,16 @@ IntegerText parseInteger(std::string_view text) {
     at += isHexadecimal ? 2 : 0;
     if (at == text.size())
         return fault("An integer has no digits", at);
-    const std::uint64_t base = isHexadecimal ? 16 : 10;
     const std::uint64_t limit =
         isNegative ? std::uint64_t{1} << 63U : std::numeric_limits<std::uint64_t>::max();
     std::uint64_t magnitude = 0;
-    for (; at < text.size(); ++at) {
-        const int digit = hexadecimalDigit(text[at]);
-        if (digit < 0 || static_cast<std::uint64_t>(digit) >= base)
-            return fault("An integer holds a character that is no digit", at);
-        const auto value = static_cast<std::uint64_t>(digit);
-        if (magnitude > (limit - value) / base)
-            return fault("An integer is out of range", at);
-        magnitude = magnitude * base + value;
-    }
+    const char* const last = text.data() + text.size();
+    const auto [end, error] = std::from_chars(text.data() + at, last, magnitude, isHexadecimal ? 16 : 10);
+    if (end != last)
+        return fault("An integer holds a character that is no digit",
+                     static_cast<std::size_t>(end - text.data()));
+    if (error == std::errc::result_out_of_range || magnitude > limit)
+        return fault("An integer is out of range", at);
     if (isNegative)
         return {{~magnitude + 1, false}};
     return {{magnitude, magnitude > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())}};

@@ -155,12 +155,15 @@ bool XmlRecordSource::takePlainKey(std::size_t& key) {
     if (next.size() < sizeof(std::uint64_t))
         return false;
     const std::uint64_t start = firstWord(next);
-    for (key = 0; key < spellings_.size(); ++key)
-        if (spellings_[key].start == start && next.starts_with(spellings_[key].text)) {
-            scanner_.passKey(spellings_[key].text.size());
-            return true;
-        }
-    return false;
+    const auto isNext = [&](const Spelling& spelling) {
+        return spelling.start == start && next.starts_with(spelling.text);
+    };
+    const auto found = std::find_if(spellings_.begin(), spellings_.end(), isNext);
+    if (found == spellings_.end())
+        return false;
+    key = static_cast<std::size_t>(found - spellings_.begin());
+    scanner_.passKey(found->text.size());
+    return true;
 }
 
 // A later value of the same key replaces the former.

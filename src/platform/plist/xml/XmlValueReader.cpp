@@ -90,17 +90,6 @@ bool XmlValueReader::read(XmlElement element, unsigned depth, Value* value) {
     return element.tag == XmlTag::Data ? readData(value) : readDate(value);
 }
 
-bool XmlValueReader::readString(XmlElement element, std::string& decoded, std::string_view& string) {
-    string = {};
-    return element.isEmpty || (scanner_.takeText(decoded, string) && scanner_.takeCloseTag(element.tag));
-}
-
-// Either as an empty tag or with its close tag.
-bool XmlValueReader::readBoolean(XmlElement element, bool& value) {
-    value = element.tag == XmlTag::True;
-    return element.isEmpty || scanner_.takeCloseTag(element.tag);
-}
-
 bool XmlValueReader::readReal(XmlElement element, double& value) {
     if (element.isEmpty)
         return scanner_.failHere("An element is empty");
@@ -124,21 +113,6 @@ bool XmlValueReader::readInteger(XmlElement element, Integer& value) {
         return scanner_.fail(start + integer.faultOffset, integer.fault);
     value = integer.value;
     return scanner_.takeCloseTag(XmlTag::Integer);
-}
-
-bool XmlValueReader::readKey(XmlElement element, std::string& decoded, std::string_view& key) {
-    if (element.tag != XmlTag::Key)
-        return scanner_.failHere("A dictionary holds a value where a key is expected");
-    return readString(element, decoded, key);
-}
-
-bool XmlValueReader::findValue(XmlElement& element) {
-    const Found found = scanner_.findElement(element);
-    return found == Found::Element || (found == Found::CloseTag && scanner_.failHere("A key has no value"));
-}
-
-bool XmlValueReader::checkDepth(unsigned depth) {
-    return depth <= deepestNesting || scanner_.failHere("Too many containers are nested");
 }
 
 bool XmlValueReader::enterPlist(XmlElement& element, unsigned& depth) {

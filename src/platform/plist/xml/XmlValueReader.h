@@ -34,21 +34,38 @@ public:
     [[nodiscard]] bool read(XmlElement element, unsigned depth, Value* value);
 
     // The steps of which that is made.
-    [[nodiscard]] bool readString(XmlElement element, std::string& decoded, std::string_view& string);
-    [[nodiscard]] bool readBoolean(XmlElement element, bool& value);
+    [[nodiscard]] bool readString(XmlElement element, std::string& decoded, std::string_view& string) {
+        string = {};
+        return element.isEmpty || (scanner_.takeText(decoded, string) && scanner_.takeCloseTag(element.tag));
+    }
+    // Either as an empty tag or with its close tag.
+    [[nodiscard]] bool readBoolean(XmlElement element, bool& value) {
+        value = element.tag == XmlTag::True;
+        return element.isEmpty || scanner_.takeCloseTag(element.tag);
+    }
     [[nodiscard]] bool readReal(XmlElement element, double& value);
     [[nodiscard]] bool readInteger(XmlElement element, Integer& value);
     // The key that a start tag inside a dictionary is expected to begin.
-    [[nodiscard]] bool readKey(XmlElement element, std::string& decoded, std::string_view& key);
+    [[nodiscard]] bool readKey(XmlElement element, std::string& decoded, std::string_view& key) {
+        if (element.tag != XmlTag::Key)
+            return scanner_.failHere("A dictionary holds a value where a key is expected");
+        return readString(element, decoded, key);
+    }
     // The start tag of a key's value.
-    [[nodiscard]] bool findValue(XmlElement& element);
+    [[nodiscard]] bool findValue(XmlElement& element) {
+        const XmlScanner::Found found = scanner_.findElement(element);
+        return found == XmlScanner::Found::Element ||
+               (found == XmlScanner::Found::CloseTag && scanner_.failHere("A key has no value"));
+    }
     // The start tag of the one value inside a <plist>; how deep the value stands, which the root's own
     // <plist> does not change.
     [[nodiscard]] bool enterPlist(XmlElement& element, unsigned& depth);
     // The end of a <plist> after its value.
     [[nodiscard]] bool leavePlist();
     // Whether a container may be so deep.
-    [[nodiscard]] bool checkDepth(unsigned depth);
+    [[nodiscard]] bool checkDepth(unsigned depth) {
+        return depth <= deepestNesting || scanner_.failHere("Too many containers are nested");
+    }
 
 private:
     bool readPlist(unsigned depth, Value* value);

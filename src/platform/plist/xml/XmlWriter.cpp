@@ -8,6 +8,7 @@
 #include "platform/plist/xml/XmlValueReader.h"
 
 #include <algorithm>
+#include <array>
 #include <vector>
 
 namespace platform::plist {
@@ -15,8 +16,15 @@ namespace platform::plist {
 namespace {
 
 // The characters that a text cannot hold as they are, and the first byte of a lone surrogate.
+constexpr std::array<bool, 256> specialBytes = [] {
+    std::array<bool, 256> special{};
+    for (const unsigned char c : {'<', '>', '&', '\xED'})
+        special[c] = true;
+    return special;
+}();
+
 bool isSpecial(char c) {
-    return c == '<' || c == '>' || c == '&' || c == '\xED';
+    return specialBytes[static_cast<unsigned char>(c)];
 }
 
 struct Entry {

@@ -6,6 +6,8 @@ target_compile_options(korvel_settings INTERFACE
     -Wall -Wextra -Wpedantic $<$<CXX_COMPILER_ID:GNU>:-Wshadow=local> -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual)
 target_compile_definitions(korvel_settings INTERFACE
     QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING)
+# All symbols are bound when a program starts, so that the table of their addresses is read-only afterwards.
+target_link_options(korvel_settings INTERFACE LINKER:-z,now)
 if(KORVEL_WERROR)
     target_compile_options(korvel_settings INTERFACE -Werror)
 endif()

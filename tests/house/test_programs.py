@@ -19,7 +19,6 @@ class Programs(unittest.TestCase):
         self.assertEqual(loaded & {WIDGETS, "libQt6Core.so.6"}, {"libQt6Core.so.6"})
 
     def test_panel_loads_what_its_toolkit_loads_and_nothing_else(self):
-        # Some libraries are linked only so that the loader searches them first; the toolkit needs them too.
         panel = libraries(os.environ["KORVEL_TODAY"])
         others = panel.keys() - libraries(panel[WIDGETS]).keys()
         self.assertEqual({name for name in others if not name.startswith(("libasan", "libubsan"))}, {WIDGETS})

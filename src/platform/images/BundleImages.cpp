@@ -3,11 +3,10 @@
 #include "platform/images/ImageSource.h"
 
 #include <QCache>
-#include <QDataStream>
 #include <QFile>
 #include <QHash>
 #include <QPainter>
-#include <QPicture>
+#include <QSvgRenderer>
 
 #include <algorithm>
 #include <utility>
@@ -23,14 +22,8 @@ constexpr qreal largestSide = 2048;
 // What the kept rasters may take, in bytes. All glyphs at all usual ratios and tints take less.
 constexpr qsizetype rasterBudget = qsizetype{4} * 1024 * 1024;
 
-// As it was recorded when the program was built: it looks as its SVG does, and what reads SVG is not loaded.
-struct Drawing {
-    QSize size; // points
-    QPicture painting;
-};
-
 struct RasterKey {
-    const Drawing* art;
+    QSvgRenderer* drawing;
     QSize size; // pixels
     QList<QRgb> tints;
 
@@ -38,7 +31,7 @@ struct RasterKey {
 };
 
 size_t qHash(const RasterKey& key, size_t seed = 0) {
-    return qHashMulti(seed, key.art, key.size.width(), key.size.height(), key.tints);
+    return qHashMulti(seed, key.drawing, key.size.width(), key.size.height(), key.tints);
 }
 
 QImage rasterOf(const RasterKey& key) {
@@ -48,10 +41,7 @@ QImage rasterOf(const RasterKey& key) {
     QImage raster(key.size, QImage::Format_ARGB32_Premultiplied);
     raster.fill(Qt::transparent);
     QPainter painter(&raster);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.scale(qreal(key.size.width()) / key.art->size.width(),
-                  qreal(key.size.height()) / key.art->size.height());
-    painter.drawPicture(0, 0, key.art->painting);
+    key.drawing->render(&painter, QRectF(raster.rect()));
     painter.end();
     for (const QRgb tint : key.tints)
         tintPixels(raster, tint);
@@ -59,13 +49,13 @@ QImage rasterOf(const RasterKey& key) {
     return raster;
 }
 
-class ArtSource final : public Image::Source {
+class DrawingSource final : public Image::Source {
 public:
-    ArtSource(std::shared_ptr<const Drawing> art, QList<QRgb> tints)
-        : art_(std::move(art))
+    DrawingSource(std::shared_ptr<QSvgRenderer> drawing, QList<QRgb> tints)
+        : drawing_(std::move(drawing))
         , tints_(std::move(tints)) {}
 
-    QSizeF size() const override { return QSizeF(art_->size); }
+    QSizeF size() const override { return QSizeF(drawing_->defaultSize()); }
 
     QImage pixels(qreal ratio) const override {
         QImage raster = pixelsFilling(size() * ratio);
@@ -76,17 +66,17 @@ public:
     QImage pixelsFilling(const QSizeF& devicePixels) const override {
         const QSizeF bounded(std::min(devicePixels.width(), largestSide),
                              std::min(devicePixels.height(), largestSide));
-        return rasterOf({art_.get(), wholePixels(bounded), tints_});
+        return rasterOf({drawing_.get(), wholePixels(bounded), tints_});
     }
 
     std::shared_ptr<const Image::Source> tinted(const QColor& color) const override {
         QList<QRgb> tints = color.alpha() == 255 ? QList<QRgb>() : tints_; // an opaque one hides all below
         tints.append(color.rgba());
-        return std::make_shared<ArtSource>(art_, std::move(tints));
+        return std::make_shared<DrawingSource>(drawing_, std::move(tints));
     }
 
 private:
-    std::shared_ptr<const Drawing> art_;
+    std::shared_ptr<QSvgRenderer> drawing_;
     QList<QRgb> tints_;
 };
 
@@ -95,17 +85,14 @@ std::vector<QString>& hiddenNames() {
     return names;
 }
 
-Image recordedImage(const QString& name) {
-    QFile file(QStringLiteral(":/images/%1.drawing").arg(name));
-    if (!file.open(QIODevice::ReadOnly))
+Image readImage(const QString& name) {
+    const QString path = QStringLiteral(":/images/%1.svg").arg(name);
+    if (!QFile::exists(path)) // the renderer would complain of it
         return {};
-    QDataStream stream(&file);
-    stream.setVersion(QDataStream::Qt_6_0);
-    auto art = std::make_shared<Drawing>();
-    stream >> art->size >> art->painting;
-    if (stream.status() != QDataStream::Ok || art->size.isEmpty() || art->painting.isNull())
+    auto drawing = std::make_shared<QSvgRenderer>(path);
+    if (!drawing->isValid() || drawing->defaultSize().isEmpty())
         return {};
-    return Image(std::make_shared<ArtSource>(std::move(art), QList<QRgb>()));
+    return Image(std::make_shared<DrawingSource>(std::move(drawing), QList<QRgb>()));
 }
 
 } // namespace
@@ -118,7 +105,7 @@ Image imageNamed(const QString& name) {
     const auto found = read.constFind(name);
     if (found != read.constEnd())
         return *found;
-    Image image = recordedImage(name);
+    Image image = readImage(name);
     if (image)
         read.insert(name, image);
     return image;

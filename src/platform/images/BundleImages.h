@@ -6,9 +6,9 @@
 
 namespace platform {
 
-// The images of the bundle by name: recorded drawings ":/images/NAME.drawing" of the resources, each read
-// once. What they are drawn as is kept by picture, tint and number of pixels, within a fixed amount of
-// memory, so that many rows share one raster. A name that is unknown gives a null image. Main thread only.
+// The images of the bundle by name: the SVG files ":/images/NAME.svg" of the resources, each read once. Their
+// rasters are cached by image, tint and number of pixels, within a fixed amount of memory, so that many rows
+// share one. A name that is unknown gives a null image. Main thread only.
 [[nodiscard]] Image imageNamed(const QString& name);
 
 // Hides one image of the bundle from imageNamed for as long as it lives, so that the faults of a bundle can

@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr double bar = 1.3;
+constexpr double bar = 1.5;
 constexpr int rounds = 200;
 
 // A drawing-like picture with soft shading and some grain, as photos and logos have.

@@ -16,10 +16,10 @@ namespace platform {
 
 namespace {
 
-// Beyond this many pixels a side, art is scaled up by the painter.
+// The longest side of a raster in pixels. Larger ones are scaled up by the painter.
 constexpr qreal largestSide = 2048;
 
-// What the kept rasters may take, in bytes. All glyphs at all usual ratios and tints take less.
+// The size of the raster cache in bytes. All images at the usual ratios and tints fit into it.
 constexpr qsizetype rasterBudget = qsizetype{4} * 1024 * 1024;
 
 struct RasterKey {
@@ -35,8 +35,8 @@ size_t qHash(const RasterKey& key, size_t seed = 0) {
 }
 
 QImage rasterOf(const RasterKey& key) {
-    static QCache<RasterKey, QImage> kept(rasterBudget);
-    if (const QImage* found = kept.object(key))
+    static QCache<RasterKey, QImage> cache(rasterBudget);
+    if (const QImage* found = cache.object(key))
         return *found;
     QImage raster(key.size, QImage::Format_ARGB32_Premultiplied);
     raster.fill(Qt::transparent);
@@ -44,8 +44,8 @@ QImage rasterOf(const RasterKey& key) {
     key.drawing->render(&painter, QRectF(raster.rect()));
     painter.end();
     for (const QRgb tint : key.tints)
-        tintPixels(raster, tint);
-    kept.insert(key, new QImage(raster), raster.sizeInBytes());
+        tintPixels(raster, QColor::fromRgba(tint));
+    cache.insert(key, new QImage(raster), raster.sizeInBytes());
     return raster;
 }
 
@@ -101,7 +101,7 @@ Image imageNamed(const QString& name) {
     const auto& hidden = hiddenNames();
     if (std::find(hidden.begin(), hidden.end(), name) != hidden.end())
         return {};
-    static QHash<QString, Image> read; // only what there is, so that it stays small
+    static QHash<QString, Image> read; // no entry for unknown names, so that it stays small
     const auto found = read.constFind(name);
     if (found != read.constEnd())
         return *found;

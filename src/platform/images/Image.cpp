@@ -1,6 +1,5 @@
 #include "platform/images/Image.h"
 
-#include "platform/images/Averaging.h"
 #include "platform/images/ImageSource.h"
 
 #include <QGuiApplication>
@@ -8,7 +7,6 @@
 #include <QTransform>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <utility>
 
@@ -18,7 +16,7 @@ namespace {
 
 constexpr auto pixelFormat = QImage::Format_ARGB32_Premultiplied;
 
-// Whether that many pixels go into that much of a device without being scaled.
+// Whether pixels fill an area of the device without being scaled.
 bool fits(const QSize& pixels, const QSizeF& devicePixels) {
     return std::abs(pixels.width() - devicePixels.width()) < 1 &&
            std::abs(pixels.height() - devicePixels.height()) < 1;
@@ -41,13 +39,13 @@ public:
             return pixels_;
         const QSize wanted = wholePixels(devicePixels);
         if (shrunk_.size() != wanted)
-            shrunk_ = averaged(pixels_, wanted);
+            shrunk_ = pixels_.scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
         return shrunk_;
     }
 
     std::shared_ptr<const Image::Source> tinted(const QColor& color) const override {
         QImage copy = pixels_;
-        tintPixels(copy, color.rgba());
+        tintPixels(copy, color);
         return std::make_shared<PixelSource>(std::move(copy), size_);
     }
 
@@ -73,34 +71,16 @@ void drawUnscaled(QPainter& painter, const QPointF& devicePosition, const QImage
     painter.setRenderHint(QPainter::SmoothPixmapTransform, smooth);
 }
 
-// One premultiplied pixel atop another: source times the other's alpha plus the other times the source's
-// transparency, divided by 255 and rounded once, so that no channel grows beyond the alpha.
-QRgb atop(QRgb source, QRgb below) {
-    const unsigned alpha = below >> 24, rest = 255 - (source >> 24);
-    const auto channel = [&](unsigned shift) {
-        const unsigned product = ((source >> shift) & 0xff) * alpha + ((below >> shift) & 0xff) * rest + 128;
-        return ((product + (product >> 8)) >> 8) << shift;
-    };
-    return alpha << 24 | channel(16) | channel(8) | channel(0);
-}
-
 } // namespace
 
 QSize wholePixels(const QSizeF& size) {
     return {std::max(1, qRound(size.width())), std::max(1, qRound(size.height()))};
 }
 
-void tintPixels(QImage& pixels, QRgb color) {
-    const QRgb source = qPremultiply(color);
-    std::array<QRgb, 256> opaque{}; // the result of an opaque colour, by the pixel's alpha
-    for (unsigned alpha = 0; alpha < 256; ++alpha)
-        opaque[alpha] = atop(source, alpha << 24);
-    const bool isOpaque = qAlpha(color) == 255;
-    for (int y = 0; y < pixels.height(); ++y) {
-        auto* line = reinterpret_cast<QRgb*>(pixels.scanLine(y));
-        for (int x = 0; x < pixels.width(); ++x)
-            line[x] = isOpaque ? opaque[line[x] >> 24] : atop(source, line[x]);
-    }
+void tintPixels(QImage& pixels, const QColor& color) {
+    QPainter painter(&pixels);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceAtop);
+    painter.fillRect(QRectF(pixels.rect()), color);
 }
 
 Image::Image(QImage pixels) {

@@ -13,9 +13,9 @@ class QPainter;
 // Main thread only.
 namespace platform {
 
-// A picture with a size in points. Either pixels (a point is a pixel of the file, whatever density it states,
-// unless the picture was drawn at a screen's ratio) or art of the bundle, which is drawn anew at whatever
-// ratio it is asked for and so is crisp at each. A value: cheap to copy, never changed in place.
+// A picture with a size in points: either pixels (one a point, whatever density the file states, unless the
+// picture was drawn at a screen's ratio) or a drawing of the bundle, which is rendered for each ratio of
+// pixels to a point and so is crisp at each. A value: cheap to copy, never changed in place.
 class Image final {
 public:
     class Source;
@@ -23,7 +23,7 @@ public:
     Image() = default; // no image
     // Pixels; the image's devicePixelRatio says how many of them make a point. Null pixels make no image.
     explicit Image(QImage pixels);
-    // Pixels shown at a size in points that they fill but for the rest of a last pixel.
+    // Pixels shown at a size in points; the last row and column may be covered in part only.
     Image(QImage pixels, QSizeF size);
     explicit Image(std::shared_ptr<const Source> source);
 
@@ -42,20 +42,19 @@ public:
     // ratio.
     [[nodiscard]] QImage pixels(qreal ratio) const;
 
-    // Draws it into a rectangle (points), source-over. Where no scaling is asked for, the pixels are set on
-    // whole pixels of the device, so that they stay as crisp as they are; else they are scaled smoothly. A
-    // rectangle of no size draws nothing.
+    // Draws it into a rectangle (points), source-over. Pixels that need no scaling are aligned to the
+    // device's, so that they stay crisp; others are scaled smoothly. An empty rectangle draws nothing.
     void draw(QPainter& painter, const QRectF& rect) const;
 
 private:
     std::shared_ptr<const Source> source_;
 };
 
-// Loads a picture file with one pixel a point, whatever density it states or its name hints at. It is meant
-// to be a PNG; what it is, its content decides, among the formats of pixels that Qt reads. The pixels are
-// taken as they are stored: no gamma, no colour profile, no rotation. Null where the file is missing,
-// unreadable, no regular file, no whole picture, or beyond Qt's image allocation limit, and for a path that
-// holds a NUL byte.
+// Loads a picture file with one pixel a point, whatever density the file states or its name hints at. It
+// should be a PNG file; its content decides, among all pixel formats that Qt reads. The pixels are taken as
+// they are stored: no gamma, no colour profile, no rotation. Null where the file is missing, unreadable, no
+// regular file, no whole picture, or beyond Qt's image allocation limit, and for a path that holds a NUL
+// byte.
 [[nodiscard]] Image imageWithContentsOfFile(const std::string& path);
 
 // How many pixels make a point on the screen: the application's ratio, 1 without one.

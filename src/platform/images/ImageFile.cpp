@@ -14,7 +14,7 @@ namespace platform {
 
 namespace {
 
-// Opens a regular file and no other: a fifo would wait for its writer, a device may never end.
+// Opens regular files only: a fifo would block until it has a writer, and a device may have no end.
 bool openRegularFile(QFile& file, const std::string& path) {
     if (path.find('\0') != std::string::npos)
         return false;
@@ -32,8 +32,7 @@ bool openRegularFile(QFile& file, const std::string& path) {
     return false;
 }
 
-// Keeps the image readers' complaints about broken files to itself for as long as it lives: nobody is told of
-// an icon that does not load. All other messages go where they went.
+// Suppresses Qt's warnings about broken image files for as long as it lives. Other messages are passed on.
 class QuietReaders final {
 public:
     QuietReaders() { previous() = qInstallMessageHandler(pass); }
@@ -52,8 +51,8 @@ private:
     }
 };
 
-// Drawings have no pixels of their own, and some can name other files.
-bool isDrawing(const QByteArray& format) {
+// Vector formats have no pixels of their own, and their files can refer to others.
+bool isVectorFormat(const QByteArray& format) {
     return format == "svg" || format == "svgz" || format == "pdf";
 }
 
@@ -63,7 +62,7 @@ QImage read(QFile& file) {
     const QuietReaders quiet;
     QImageReader reader(&file);
     reader.setDecideFormatFromContent(true);
-    return isDrawing(reader.format()) ? QImage() : reader.read();
+    return isVectorFormat(reader.format()) ? QImage() : reader.read();
 }
 
 } // namespace

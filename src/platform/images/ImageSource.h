@@ -4,7 +4,7 @@
 
 namespace platform {
 
-// Where an image's pixels come from. Immutable to whoever looks at it.
+// The pixels of an image, which never change for the image's user.
 class Image::Source {
 public:
     Source() = default;
@@ -14,15 +14,15 @@ public:
 
     [[nodiscard]] virtual QSizeF size() const = 0; // points
     [[nodiscard]] virtual QImage pixels(qreal ratio) const = 0;
-    // What to draw into that many pixels of a device; of another size where the painter is to scale it up.
+    // The pixels to draw into a rectangle of the device; of another size where the painter is to scale them.
     [[nodiscard]] virtual QImage pixelsFilling(const QSizeF& devicePixels) const = 0;
     [[nodiscard]] virtual std::shared_ptr<const Source> tinted(const QColor& color) const = 0;
 };
 
 // Fills premultiplied pixels with a colour, source-atop: each keeps its alpha.
-void tintPixels(QImage& pixels, QRgb color);
+void tintPixels(QImage& pixels, const QColor& color);
 
-// The whole pixels next to a size, at least one by one.
+// A size rounded to whole pixels, at least one by one.
 [[nodiscard]] QSize wholePixels(const QSizeF& size);
 
 } // namespace platform

@@ -1,7 +1,5 @@
 #include "platform/images/OvalPicture.h"
 
-#include "platform/images/Averaging.h"
-
 #include <QPainter>
 
 #include <algorithm>
@@ -34,24 +32,22 @@ QImage clearPixels(const QSizeF& size) {
     return pixels;
 }
 
-// At most its own size: averaged once (a painter, which looks at four pixels only, would skip most of them)
-// and set on whole pixels. The usual picture, a square, is all of the canvas.
-QImage shrunkOnCanvas(const QImage& picture, const QRectF& drawing, QImage canvas) {
+// A picture at half its size or less is scaled as a whole: a painter interpolates between four pixels and
+// would skip the others. Its edges are set on whole pixels.
+QImage scaledOnCanvas(const QImage& picture, const QRectF& drawing, QImage canvas) {
     const QRect place(qRound(drawing.x()), qRound(drawing.y()), std::max(1, qRound(drawing.width())),
                       std::max(1, qRound(drawing.height())));
-    QImage shrunk = place.size() == picture.size() ? picture : averaged(picture, place.size());
-    shrunk.setDevicePixelRatio(1);
-    if (place == canvas.rect())
-        return shrunk;
+    QImage scaled = picture.scaled(place.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    scaled.setDevicePixelRatio(1);
     QPainter painter(&canvas);
-    painter.drawImage(place.topLeft(), shrunk);
+    painter.drawImage(place.topLeft(), scaled);
     painter.end();
     return canvas;
 }
 
-// Larger than its own size: only the part that shows is handed on, for a strip a thousand times as tall as
-// wide would be drawn beyond the painter's coordinates.
-QImage grownOnCanvas(const QImage& picture, const QRectF& drawing, QImage canvas) {
+// A picture at more than half its size is drawn by a painter, and only the part of it that shows: a strip a
+// thousand times as tall as wide would reach beyond the painter's coordinates.
+QImage interpolatedOnCanvas(const QImage& picture, const QRectF& drawing, QImage canvas) {
     const qreal scaleX = drawing.width() / picture.width();
     const qreal scaleY = drawing.height() / picture.height();
     const QRectF shown = drawing.intersected(QRectF(canvas.rect())).translated(-drawing.topLeft());
@@ -69,41 +65,19 @@ QImage grownOnCanvas(const QImage& picture, const QRectF& drawing, QImage canvas
     return canvas;
 }
 
-// The oval that fills a size (pixels), white with a smooth edge. The last one is kept: all rows' are of one
-// size.
-const QImage& ovalMask(const QSizeF& size) {
-    static QImage mask;
-    static QSizeF maskSize;
-    if (mask.isNull() || maskSize != size) {
-        mask = clearPixels(size);
-        maskSize = size;
-        QPainter painter(&mask);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(Qt::white);
-        painter.drawEllipse(QRectF(QPointF(0, 0), size));
-    }
-    return mask;
-}
-
-// One premultiplied channel after another by an alpha, divided by 255 and rounded.
-QRgb faded(QRgb pixel, unsigned alpha) {
-    const auto channel = [&](unsigned shift) {
-        const unsigned product = ((pixel >> shift) & 0xff) * alpha + 128;
-        return ((product + (product >> 8)) >> 8) << shift;
-    };
-    return channel(24) | channel(16) | channel(8) | channel(0);
-}
-
-// Only at its edge is there anything to reckon, which a painter would do everywhere.
-void cutOut(QImage& pixels, const QImage& mask) {
-    for (int y = 0; y < pixels.height(); ++y) {
-        auto* line = reinterpret_cast<QRgb*>(pixels.scanLine(y));
-        const auto* alphas = reinterpret_cast<const QRgb*>(mask.constScanLine(y));
-        for (int x = 0; x < pixels.width(); ++x)
-            if (const unsigned alpha = alphas[x] >> 24; alpha != 255)
-                line[x] = alpha == 0 ? 0 : faded(line[x], alpha);
-    }
+// The part of a picture within the oval that fills a size (pixels). It is composed with an oval rather than
+// clipped, since a clip has a ragged edge.
+QImage cutOut(const QImage& picture, const QSizeF& size) {
+    QImage oval = clearPixels(size);
+    QPainter painter(&oval);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::white);
+    painter.drawEllipse(QRectF(QPointF(0, 0), size));
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.drawImage(0, 0, picture);
+    painter.end();
+    return oval;
 }
 
 } // namespace
@@ -115,11 +89,10 @@ Image ovalPicture(const Image& picture, const QRectF& drawing, const QSizeF& siz
         return {};
 
     const QImage source = picture.pixels(ratio);
-    const bool shrinks = target.width() <= source.width() && target.height() <= source.height();
-    QImage oval = shrinks ? shrunkOnCanvas(source, target, clearPixels(pixelSize))
-                          : grownOnCanvas(source, target, clearPixels(pixelSize));
-    // A clip would leave a ragged edge; the oval that the picture is cut out with has a smooth one.
-    cutOut(oval, ovalMask(pixelSize));
+    const bool isHalved = target.width() * 2 <= source.width() && target.height() * 2 <= source.height();
+    QImage oval = cutOut(isHalved ? scaledOnCanvas(source, target, clearPixels(pixelSize))
+                                  : interpolatedOnCanvas(source, target, clearPixels(pixelSize)),
+                         pixelSize);
     oval.setDevicePixelRatio(ratio);
     return Image(std::move(oval), size);
 }

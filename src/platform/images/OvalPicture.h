@@ -6,8 +6,8 @@ namespace platform {
 
 // A new image of a size, transparent but for a picture that is drawn into a rectangle (which may reach beyond
 // the size, or leave some of it free) and shows only within the oval that fills the size. Size and rectangle
-// are in points, y counts down; `ratio` pixels make a point of the result. The oval's edge is smooth. A
-// picture that shrinks is averaged, its edges set on whole pixels. Null where the picture is null, where a
+// are in points, y counts down; `ratio` pixels make a point of the result. The oval's edge is smooth.
+// Null where the picture is null, where a
 // number is not finite or a size not positive, or where the result would be over 4096 pixels a side.
 [[nodiscard]] Image ovalPicture(const Image& picture, const QRectF& drawing, const QSizeF& size, qreal ratio);
 

@@ -12,8 +12,8 @@ namespace {
 
 constexpr qsizetype signatureLength = 8;
 
-// All that one reading owns. libpng leaves it by longjmp, so no object with a destructor lives on the stack
-// below the setjmp.
+// What one call of readPng owns. libpng reports errors by longjmp, which runs no destructors, so no object
+// that has one lives in the functions that libpng leaves that way.
 struct Reading {
     explicit Reading(QIODevice& source)
         : device(source) {}
@@ -27,7 +27,7 @@ struct Reading {
     QImage image;
 };
 
-[[noreturn]] void giveUp(png_structp png, png_const_charp) {
+[[noreturn]] void jumpBack(png_structp png, png_const_charp) {
     png_longjmp(png, 1);
 }
 
@@ -45,8 +45,8 @@ bool isWithinLimit(png_uint_32 width, png_uint_32 height) {
     return mebibytes == 0 || quint64{width} * height * 4 <= mebibytes * 1024 * 1024;
 }
 
-// Whatever kind of samples the file has, four bytes a pixel come out, in QRgb's order.
-void askForQRgb(png_structp png) {
+// Has libpng convert every kind of samples to four bytes a pixel in QRgb's order.
+void convertToQRgb(png_structp png) {
     png_set_expand(png);
     png_set_scale_16(png);
     png_set_gray_to_rgb(png);
@@ -59,21 +59,18 @@ void askForQRgb(png_structp png) {
     }
 }
 
-// The only function below which libpng may jump.
+// The function that libpng jumps back to on an error. False on any.
 bool readImage(Reading& reading) {
     png_structp png = reading.png;
     if (setjmp(png_jmpbuf(png)) != 0) // NOLINT(cert-err52-cpp): libpng's way of failing
         return false;
     png_set_read_fn(png, &reading.device, readBytes);
-    // The chunks have checksums, which are looked at; a second one over the unpacked pixels takes a tenth of
-    // all.
-    png_set_option(png, PNG_IGNORE_ADLER32, PNG_OPTION_ON);
     png_read_info(png, reading.info);
     const png_uint_32 width = png_get_image_width(png, reading.info);
     const png_uint_32 height = png_get_image_height(png, reading.info);
     if (!isWithinLimit(width, height))
         return false;
-    askForQRgb(png);
+    convertToQRgb(png);
     const int passes = png_set_interlace_handling(png);
     png_read_update_info(png, reading.info);
     reading.image = QImage(static_cast<int>(width), static_cast<int>(height), QImage::Format_ARGB32);
@@ -97,7 +94,7 @@ bool beginsLikePng(QIODevice& device) {
 
 QImage readPng(QIODevice& device) {
     Reading reading(device);
-    reading.png = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, giveUp, ignoreWarning);
+    reading.png = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, jumpBack, ignoreWarning);
     if (!reading.png)
         return {};
     reading.info = png_create_info_struct(reading.png);

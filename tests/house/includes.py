@@ -13,7 +13,7 @@ ROOMS = {room: (set(rooms.split()), {"std", *foreign.split()}) for room, rooms, 
     ("platform/system", "", "posix icu QtCore"),
     ("platform/storage", "platform/plist platform/system", "posix QtCore"),
     ("platform/images", "", "posix QtCore QtGui QtSvg"),
-    ("platform/views", "platform/system platform/images", "fontconfig " + _WIDGETS),
+    ("platform/views", "platform/system platform/images", _WIDGETS),
     ("platform/extension", "platform/system platform/views", _WIDGETS),
     ("model", "platform/system", "QtCore"),
     ("exchange", "model " + _PLATFORM, "QtCore QtGui"),
@@ -49,9 +49,9 @@ def qt_modules(folder):
 
 
 def library_of(header, qt):
-    """The library that a foreign header belongs to: std, icu, xcb, fontconfig, nlohmann, a Qt module or posix."""
+    """The library that a foreign header belongs to: std, icu, xcb, nlohmann, a Qt module or posix."""
     folder, slash, _ = header.partition("/")
-    if slash and (folder in ("unicode", "xcb", "fontconfig", "nlohmann") or folder.startswith("Qt")):
+    if slash and (folder in ("unicode", "xcb", "nlohmann") or folder.startswith("Qt")):
         return "icu" if folder == "unicode" else folder
     return qt.get(header) or ("posix" if slash or "." in header else "std")
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QFont>
-#include <QString>
 
 namespace platform {
 
@@ -9,13 +8,12 @@ namespace platform {
 [[nodiscard]] QFont systemFont(double size);
 [[nodiscard]] QFont boldSystemFont(double size);
 
-// How a text is drawn and measured in a font. Qt rounds a size to whole pixels when it loads a font, so a
-// fractional one is set in the next whole size and scaled down. Fonts to fall back on are looked up, which
-// takes milliseconds, only for a text that needs them.
+// How a font is drawn and measured. Qt rounds a size to whole pixels when it loads a font, so a fractional
+// one is set in the next whole size and scaled down.
 struct ExactFont {
     QFont font;
     double scale = 1;
 };
-[[nodiscard]] ExactFont exactFont(const QFont& font, const QString& text);
+[[nodiscard]] ExactFont exactFont(const QFont& font);
 
 } // namespace platform

@@ -8,26 +8,23 @@
 #include <QStyle>
 
 #include <cmath>
-#include <memory>
 
 namespace platform {
 
 namespace {
 
-// No line of a panel shows more than this many characters; longer texts are cut before they are shaped, since
-// a megabyte would take long and show nothing more.
+// No line of a panel shows more characters. Longer texts are cut before they are shaped, which would take
+// long for a megabyte.
 constexpr qsizetype longestShown = 2000;
 
-std::shared_ptr<const TextLine> shownLine(const QString& text, const QFont& font, double width,
-                                          Label::LineBreakMode mode) {
+TextLine shownLine(const QString& text, const QFont& font, double width, Label::LineBreakMode mode) {
     const QString head = text.size() > longestShown ? text.left(longestShown) : text;
-    auto line = TextLine::of(head, font);
-    if (mode == Label::LineBreakMode::Clipping || line->width() <= width)
-        return line;
-    const ExactFont exact = exactFont(font, head);
+    if (mode == Label::LineBreakMode::Clipping || textWidth(head, font) <= width)
+        return TextLine(head, font);
+    const ExactFont exact = exactFont(font);
     const QString elided =
         QFontMetricsF(exact.font).elidedText(singleLine(head), Qt::ElideRight, width / exact.scale);
-    return TextLine::of(elided, font);
+    return TextLine(elided, font);
 }
 
 } // namespace
@@ -71,7 +68,7 @@ void Label::setAlignment(Qt::Alignment alignment) {
 }
 
 void Label::sizeToFit() {
-    const ExactFont exact = exactFont(font_, text_);
+    const ExactFont exact = exactFont(font_);
     const double height = std::ceil(QFontMetricsF(exact.font).height() * exact.scale);
     setFrame(QRectF(frame().topLeft(), QSizeF(std::ceil(textWidth(text_, font_)), height)));
 }
@@ -88,8 +85,8 @@ void Label::paintEvent(QPaintEvent*) {
         return;
     QPainter painter(this);
     painter.setPen(color_);
-    const auto line = shownLine(text_, font_, width(), lineBreakMode_);
-    line->draw(painter, QRectF(rect()), QStyle::visualAlignment(layoutDirection(), alignment_));
+    const TextLine line = shownLine(text_, font_, width(), lineBreakMode_);
+    line.draw(painter, QRectF(rect()), QStyle::visualAlignment(layoutDirection(), alignment_));
 }
 
 } // namespace platform

@@ -2,43 +2,15 @@
 
 #include "platform/views/Fonts.h"
 
-#include <QCache>
-#include <QCoreApplication>
 #include <QPainter>
 
 #include <algorithm>
 
 namespace platform {
 
-namespace {
-
-// All that a tall screen shows at once, and some more.
-constexpr qsizetype mostKept = 128;
-constexpr qsizetype longestKept = 100;
-
-struct LineKey {
-    QString text;
-    QFont font;
-
-    bool operator==(const LineKey&) const = default;
-};
-
-size_t qHash(const LineKey& key, size_t seed = 0) {
-    return qHashMulti(seed, key.text, key.font);
-}
-
-using KeptLines = QCache<LineKey, std::shared_ptr<const TextLine>>;
-
-KeptLines& keptLines() {
-    static KeptLines lines(mostKept);
-    return lines;
-}
-
-} // namespace
-
 TextLine::TextLine(const QString& text, const QFont& font) {
     const QString line = singleLine(text);
-    const ExactFont exact = exactFont(font, line);
+    const ExactFont exact = exactFont(font);
     scale_ = exact.scale;
     layout_.setText(line);
     layout_.setFont(exact.font);
@@ -48,20 +20,6 @@ TextLine::TextLine(const QString& text, const QFont& font) {
     layout_.endLayout();
     const QTextLine only = layout_.lineAt(0);
     width_ = only.isValid() ? only.horizontalAdvance() * scale_ : 0;
-}
-
-std::shared_ptr<const TextLine> TextLine::of(const QString& text, const QFont& font) {
-    if (text.size() > longestKept)
-        return std::make_shared<TextLine>(text, font);
-    KeptLines& kept = keptLines();
-    const LineKey key{text, font};
-    if (const auto* found = kept.object(key))
-        return *found;
-    const auto line = std::make_shared<TextLine>(text, font);
-    if (kept.isEmpty())
-        qAddPostRoutine([] { keptLines().clear(); }); // fonts end with the application
-    kept.insert(key, new std::shared_ptr<const TextLine>(line));
-    return line;
 }
 
 void TextLine::draw(QPainter& painter, const QRectF& rect, Qt::Alignment side) const {
@@ -79,7 +37,7 @@ void TextLine::draw(QPainter& painter, const QRectF& rect, Qt::Alignment side) c
 }
 
 double textWidth(const QString& text, const QFont& font) {
-    return TextLine::of(text, font)->width();
+    return TextLine(text, font).width();
 }
 
 QString singleLine(const QString& text) {

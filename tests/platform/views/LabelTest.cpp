@@ -234,7 +234,7 @@ TEST_F(Labels, sizeToFitALineBreakAsASpace) {
 
 TEST(SystemFont, isOfItsSizeInDeviceIndependentPixels) {
     EXPECT_EQ(platform::systemFont(15).pixelSize(), 15);
-    EXPECT_EQ(platform::systemFont(15).family(), QFontInfo(QFont()).family());
+    EXPECT_EQ(QFontInfo(platform::systemFont(15)).family(), QFontInfo(QFont()).family());
     EXPECT_FALSE(platform::systemFont(15).bold());
 }
 

@@ -29,7 +29,7 @@ QImage drawnByPainter(const QString& text, const QFont& font, Qt::Alignment side
     QImage image = canvas();
     QPainter painter(&image);
     painter.setPen(Qt::white);
-    painter.setFont(platform::exactFont(font, text).font);
+    painter.setFont(platform::exactFont(font).font);
     painter.drawText(QRectF(10, 3, 280, 31),
                      static_cast<int>(side | Qt::AlignVCenter | Qt::AlignAbsolute | Qt::TextSingleLine),
                      text);
@@ -50,7 +50,7 @@ TEST(TextLine, isAsWideAsItsFontSays) {
     const QFont font = platform::systemFont(15);
     for (const QString& text : texts)
         EXPECT_EQ(platform::textWidth(text, font),
-                  QFontMetricsF(platform::exactFont(font, text).font).horizontalAdvance(text))
+                  QFontMetricsF(platform::exactFont(font).font).horizontalAdvance(text))
             << qPrintable(text);
 }
 
@@ -71,31 +71,4 @@ TEST(TextLine, ofAFractionalSizeIsDrawnAsWideAsItIsMeasured) {
     const QRect ink = support::inkOf(drawn(line, QRectF(0, 0, 300, 40), Qt::AlignLeft));
     EXPECT_NEAR(ink.width(), line.width(), 2);
     EXPECT_LT(line.width(), platform::textWidth(text, platform::boldSystemFont(13)));
-}
-
-TEST(TextLine, isShapedOnceForAsLongAsItIsKept) {
-    const QFont font = platform::systemFont(15);
-    EXPECT_EQ(TextLine::of(QStringLiteral("Rent"), font), TextLine::of(QStringLiteral("Rent"), font));
-}
-
-TEST(TextLine, isAnotherInAnotherFont) {
-    const auto line = TextLine::of(QStringLiteral("Rent"), platform::systemFont(15));
-    EXPECT_NE(line, TextLine::of(QStringLiteral("Rent"), platform::systemFont(12)));
-    EXPECT_NE(line, TextLine::of(QStringLiteral("Rent"), platform::boldSystemFont(15)));
-    EXPECT_NE(line, TextLine::of(QStringLiteral("rent"), platform::systemFont(15)));
-}
-
-TEST(TextLine, outlivesItsPlaceAmongTheKept) {
-    const QFont font = platform::systemFont(15);
-    const auto line = TextLine::of(QStringLiteral("first"), font);
-    for (int i = 0; i < 1000; ++i)
-        (void)TextLine::of(QString::number(i), font);
-    EXPECT_NE(line, TextLine::of(QStringLiteral("first"), font));
-    EXPECT_EQ(line->width(), platform::textWidth(QStringLiteral("first"), font));
-}
-
-TEST(TextLine, isNotKeptWhereItIsLong) {
-    const QString page(2000, QLatin1Char('x'));
-    const QFont font = platform::systemFont(15);
-    EXPECT_NE(TextLine::of(page, font), TextLine::of(page, font));
 }

@@ -3,7 +3,6 @@
 #include "exchange/TodayWidgetLogic.h"
 #include "platform/storage/GroupContainers.h"
 #include "platform/system/Clock.h"
-#include "platform/views/Disposal.h"
 #include "platform/views/InterfaceFile.h"
 #include "views/rows/RowInterfaceFiles.h"
 #include "views/rows/TodayTableCellView.h"
@@ -33,7 +32,6 @@ double seconds(Clock::time_point start) {
 void settle() {
     QCoreApplication::sendPostedEvents();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    platform::deleteWaitingViews();
 }
 
 double makeBareWidgets(std::size_t count) {

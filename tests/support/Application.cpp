@@ -7,7 +7,6 @@
 
 void support::flushDeferredDeletes() {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    platform::deleteWaitingViews();
 }
 
 void support::settle() {

@@ -11,7 +11,7 @@ class View;
 // printed a warning.
 namespace support {
 
-// Performs the deletes of deleteLater() and deletes all views without an owner.
+// Performs the deletes of deleteLater(), also of views without an owner.
 void flushDeferredDeletes();
 
 // Processes all pending events, including layout and painting, without waiting.

@@ -3,7 +3,6 @@
 #include "platform/system/Fatal.h"
 #include "platform/system/MainQueue.h"
 
-#include <QCoreApplication>
 #include <QEasingCurve>
 #include <QPaintEvent>
 #include <QPainter>
@@ -26,13 +25,6 @@ void takeOut(const std::shared_ptr<View>& view) {
     view->setAlphaValue(1);
     view->setEnabled(true);
     view->removeFromSuperview();
-}
-
-// The toolkit asks each widget that is made to polish itself in the next turn of the event loop, whether it
-// shows or not, and polishes each that is shown as it is shown. The latter is enough: a thousand rows that
-// are polished in one turn keep all events waiting, and only those in sight are ever drawn.
-void leavePolishingToShowing() {
-    QCoreApplication::removePostedEvents(nullptr, QEvent::PolishRequest);
 }
 
 } // namespace
@@ -95,7 +87,6 @@ void TableView::reloadData() {
         if (row.view && std::none_of(rows_.begin(), rows_.end(), isBack))
             takeOut(row.view);
     }
-    leavePolishingToShowing();
     update();
 }
 

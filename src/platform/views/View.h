@@ -1,7 +1,5 @@
 #pragma once
 
-#include "platform/views/Disposal.h"
-
 #include <QAccessible>
 #include <QPointF>
 #include <QPointer>
@@ -153,13 +151,12 @@ private:
 };
 
 // Makes a view that its references own: a Qt parent never deletes it, and the last reference takes it out of
-// its superview and has it deleted when the event loop comes round, so that a handler that is running on it
-// may still end.
+// its superview and has the event loop delete it, so that a handler that is running on it may still end.
 template <class T, class... Arguments>
 [[nodiscard]] std::shared_ptr<T> makeView(Arguments&&... arguments) {
     return std::shared_ptr<T>(new T(std::forward<Arguments>(arguments)...), [](View* view) {
         view->removeFromSuperview();
-        deleteInTurn(*view);
+        view->deleteLater();
     });
 }
 

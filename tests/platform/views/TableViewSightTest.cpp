@@ -89,20 +89,6 @@ private:
 
 } // namespace
 
-TEST_F(Table, polishesARowWhenItShows) {
-    support::showWindow(root, 200, 200);
-    EventCount inSight(*rows.view("a"), QEvent::Polish);
-    EventCount outOfSight(*rows.view("e"), QEvent::Polish);
-    load({"a", "b", "c", "d", "e"}, 100);
-    support::settle();
-    EXPECT_EQ(inSight.count, 1);
-    EXPECT_EQ(outOfSight.count, 0) << "a thousand rows would take long";
-    root.setFrame(QRectF(0, 0, 200, 250));
-    table.setFrame(QRectF(0, 0, 200, 250));
-    support::settle();
-    EXPECT_EQ(outOfSight.count, 1);
-}
-
 TEST_F(Table, paintsTheRowsThatMoveOnceTheyMove) {
     support::showWindow(root, 200, 400);
     load({"a", "b", "c"});

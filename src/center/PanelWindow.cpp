@@ -25,7 +25,7 @@ constexpr QColor opaqueColor(29, 33, 38);
 constexpr QColor edgeColor(255, 255, 255, 26);
 constexpr auto resizeDuration = 200ms;
 
-// On Wayland the desktop places all windows, so the panel is an ordinary window there.
+// On Wayland the desktop decides where a window is placed, so there the panel is an ordinary window.
 Qt::WindowFlags windowKind() {
     const QString platform = QGuiApplication::platformName();
     if (platform.startsWith(QStringLiteral("wayland")))
@@ -33,7 +33,7 @@ Qt::WindowFlags windowKind() {
     return (platform == QStringLiteral("xcb") ? Qt::Tool : Qt::Window) | Qt::FramelessWindowHint;
 }
 
-// The toolkit starts threads for a fill of more lines than this.
+// Qt divides a fill of more lines among threads, which it starts for that.
 constexpr int linesAtOnce = 60;
 
 void fillInBands(QPainter& painter, const QRect& rect, const QColor& color) {
@@ -41,8 +41,8 @@ void fillInBands(QPainter& painter, const QRect& rect, const QColor& color) {
         painter.fillRect(QRect(rect.left(), top, rect.width(), linesAtOnce) & rect, color);
 }
 
-// Paints the rounded background with its hairline. Only the corners are drawn with antialiasing, because
-// blending a whole translucent window is slow and would delay the first frame.
+// Paints the panel's background with its hairline. Only the corners are antialiased, since Qt would use
+// threads to blend the whole of a translucent window.
 void paintRoundSheet(QPainter& painter, const QRect& sheet) {
     constexpr int corner = static_cast<int>(cornerRadius) + 1;
     const QRect middle = sheet.adjusted(corner, 0, -corner, 0);

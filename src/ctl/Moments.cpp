@@ -1,11 +1,10 @@
 #include "ctl/Moments.h"
 
 #include "platform/system/Clock.h"
+#include "platform/system/CurrentTimeZone.h"
 #include "platform/system/NumberText.h"
-#include "platform/system/Region.h"
 
 #include <QDateTime>
-#include <QTimeZone>
 
 #include <charconv>
 #include <cmath>
@@ -19,30 +18,8 @@ namespace {
 constexpr double firstMoment = -62135596800;
 constexpr double lastMoment = 253402300799;
 
-QTimeZone zone() {
-    const QTimeZone named(QByteArray::fromStdString(platform::Region::current().timeZone));
-    return named.isValid() ? named : QTimeZone::utc();
-}
-
-std::int64_t offsetAt(const QTimeZone& timeZone, std::int64_t seconds) {
-    return timeZone.offsetFromUtc(QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC));
-}
-
-// The UTC offset of the day before applies, unless only that of the day after yields this wall time.
-std::int64_t momentOfWallTime(QDate date, QTime time) {
-    constexpr std::int64_t day = 86400;
-    const QTimeZone timeZone = zone();
-    const std::int64_t wall = QDateTime(date, time, Qt::UTC).toSecsSinceEpoch();
-    const std::int64_t before = wall - offsetAt(timeZone, wall - day);
-    const std::int64_t after = wall - offsetAt(timeZone, wall + day);
-    const bool fitsBefore = before + offsetAt(timeZone, before) == wall;
-    const bool fitsAfter = after + offsetAt(timeZone, after) == wall;
-    return fitsAfter && !fitsBefore ? after : before;
-}
-
-std::int64_t wallSecondsOf(double moment) {
-    const auto seconds = static_cast<std::int64_t>(std::floor(moment));
-    return seconds + offsetAt(zone(), seconds);
+std::int64_t wallTimeOf(double moment) {
+    return platform::currentTimeZone().wallTimeAt(static_cast<std::int64_t>(std::floor(moment)));
 }
 
 // "today", "today+3", "today-2".
@@ -56,7 +33,7 @@ QDate relativeDay(std::string_view text) {
     const auto days = platform::numberFromText<std::int64_t>(text.empty() ? "0" : text);
     if (!days)
         return {};
-    const std::int64_t now = wallSecondsOf(platform::Clock::current().now());
+    const std::int64_t now = wallTimeOf(platform::Clock::current().now());
     return QDateTime::fromSecsSinceEpoch(now, Qt::UTC).date().addDays(*days);
 }
 
@@ -82,7 +59,8 @@ std::optional<double> momentOfText(std::string_view text) {
     const QTime time = space == std::string_view::npos ? QTime(0, 0) : timeOf(text.substr(space + 1));
     if (!day.isValid() || !time.isValid() || day.year() < 1 || day.year() > 9999)
         return std::nullopt;
-    return static_cast<double>(momentOfWallTime(day, time));
+    const std::int64_t wallTime = QDateTime(day, time, Qt::UTC).toSecsSinceEpoch();
+    return static_cast<double>(platform::currentTimeZone().momentOf(wallTime));
 }
 
 std::string textOfMoment(double moment) {
@@ -90,7 +68,7 @@ std::string textOfMoment(double moment) {
         char text[32];
         return {text, std::to_chars(text, text + sizeof text, moment).ptr};
     }
-    return QDateTime::fromSecsSinceEpoch(wallSecondsOf(moment), Qt::UTC)
+    return QDateTime::fromSecsSinceEpoch(wallTimeOf(moment), Qt::UTC)
         .toString(QStringLiteral("yyyy-MM-dd HH:mm"))
         .toStdString();
 }

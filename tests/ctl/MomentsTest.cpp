@@ -47,7 +47,9 @@ INSTANTIATE_TEST_SUITE_P(
                     Row{"MidnightLeftOut", "2018-11-04", "America/Sao_Paulo", utc(2018, 11, 4, 3)},
                     Row{"HourLeftOut", "2026-03-29 02:30", "Europe/Berlin", utc(2026, 3, 29, 1, 30)},
                     Row{"HourTwice", "2026-10-25 02:30", "Europe/Berlin", utc(2026, 10, 25, 0, 30)},
-                    Row{"MidnightTwice", "2024-11-03", "America/Havana", utc(2024, 11, 3, 4)}),
+                    Row{"MidnightTwice", "2024-11-03", "America/Havana", utc(2024, 11, 3, 4)},
+                    Row{"DayInTheSummerOfARule", "2026-07-10 18:00", "CET-1CEST,M3.5.0,M10.5.0/3",
+                        utc(2026, 7, 10, 16)}),
     [](const auto& row) { return row.param.name; });
 
 class MomentsTest : public CtlTest {};

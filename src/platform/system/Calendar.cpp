@@ -1,7 +1,8 @@
 #include "platform/system/Calendar.h"
 
-#include "platform/system/IcuTime.h"
+#include "platform/system/CurrentTimeZone.h"
 #include "platform/system/Region.h"
+#include "platform/system/WholeSeconds.h"
 
 #include <unicode/calendar.h>
 #include <unicode/timezone.h>
@@ -15,18 +16,18 @@ namespace platform {
 
 namespace {
 
-// The calendar of the region, set to a time; nullptr if ICU cannot make it.
-std::unique_ptr<icu::Calendar> calendarAt(double milliseconds) {
-    const Region region = Region::current();
+constexpr double millisecondsOfSecond = 1000;
+
+// The calendar of the region's locale, set to a wall time; nullptr if ICU cannot make it. ICU's own data of
+// time zones may be older than the system's, so that its calendar runs in GMT on wall time.
+std::unique_ptr<icu::Calendar> calendarAt(std::int64_t wallTime) {
     UErrorCode status = U_ZERO_ERROR;
-    std::unique_ptr<icu::Calendar> calendar(icu::Calendar::createInstance(
-        icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(region.timeZone)),
-        icu::Locale(region.locale.c_str()), status));
+    const icu::Locale locale(Region::current().locale.c_str());
+    std::unique_ptr<icu::Calendar> calendar(
+        icu::Calendar::createInstance(*icu::TimeZone::getGMT(), locale, status));
     if (U_FAILURE(status))
         return nullptr;
-    calendar->setRepeatedWallTimeOption(UCAL_WALLTIME_FIRST);
-    calendar->setSkippedWallTimeOption(UCAL_WALLTIME_LAST);
-    calendar->setTime(milliseconds, status);
+    calendar->setTime(static_cast<double>(wallTime) * millisecondsOfSecond, status);
     return U_SUCCESS(status) ? std::move(calendar) : nullptr;
 }
 
@@ -42,35 +43,48 @@ std::int32_t lengthOfMonth(const icu::Calendar& calendar) {
     return U_SUCCESS(status) ? next - first : 0;
 }
 
-// Some calendars return wrong times for dates hundreds of thousands of years from now without reporting an
-// error. One day more than asked for allows for any change of the zone's offset.
-bool isNear(double moved, double milliseconds, std::int32_t days) {
-    constexpr double millisecondsOfDay = 86'400'000;
-    return std::abs(moved - milliseconds) <= (days + 1) * millisecondsOfDay;
+// The wall time of a calendar that was moved. Absent if the calendar failed or moved by more than a number of
+// days: some calendars return wrong times for dates hundreds of thousands of years from now without an error.
+std::optional<std::int64_t> wallTimeOf(const icu::Calendar& calendar, std::int64_t before,
+                                       std::int32_t days) {
+    constexpr double secondsOfDay = 86'400;
+    UErrorCode status = U_ZERO_ERROR;
+    const double seconds = calendar.getTime(status) / millisecondsOfSecond;
+    if (U_FAILURE(status) || !(std::abs(seconds - static_cast<double>(before)) <= days * secondsOfDay))
+        return std::nullopt;
+    return static_cast<std::int64_t>(seconds);
 }
 
 } // namespace
 
 std::optional<double> Calendar::dateByAddingDaysWrapping(double date, std::int64_t days) {
-    const auto start = icuTime(date);
-    const auto calendar = start ? calendarAt(*start) : nullptr;
-    if (!calendar)
+    const auto start = wholeSeconds(date);
+    if (!start)
         return std::nullopt;
-    const std::int32_t length = lengthOfMonth(*calendar);
+    const TimeZone& zone = currentTimeZone();
+    const std::int64_t wallStart = zone.wallTimeAt(*start);
+    const auto calendar = calendarAt(wallStart);
+    const std::int32_t length = calendar ? lengthOfMonth(*calendar) : 0;
     if (length <= 0)
         return std::nullopt;
     // ICU overflows on large amounts. Rolling by whole months has no effect.
     UErrorCode status = U_ZERO_ERROR;
     calendar->roll(UCAL_DAY_OF_MONTH, static_cast<std::int32_t>(days % length), status);
-    const double end = calendar->getTime(status);
-    if (U_FAILURE(status) || !isNear(end, *start, length))
+    const auto wallEnd = U_SUCCESS(status) ? wallTimeOf(*calendar, wallStart, length) : std::nullopt;
+    if (!wallEnd)
         return std::nullopt;
-    return date + (end - *start) / 1000.0; // keeps the fraction of a millisecond
+    if (*wallEnd == wallStart)
+        return date; // also the second of two moments with the same wall time
+    return date + static_cast<double>(zone.momentOf(*wallEnd) - *start); // keeps the fraction
 }
 
 std::optional<double> Calendar::startOfDay(double date) {
-    const auto moment = icuTime(date);
-    const auto calendar = moment ? calendarAt(*moment) : nullptr;
+    const auto moment = wholeSeconds(date);
+    if (!moment)
+        return std::nullopt;
+    const TimeZone& zone = currentTimeZone();
+    const std::int64_t wallTime = zone.wallTimeAt(*moment);
+    const auto calendar = calendarAt(wallTime);
     if (!calendar)
         return std::nullopt;
     // In calendars with leap months, only the flag tells a leap month from the month before it.
@@ -83,10 +97,10 @@ std::optional<double> Calendar::startOfDay(double date) {
     calendar->clear();
     for (std::size_t i = 0; i < std::size(fields); ++i)
         calendar->set(fields[i], values[i]);
-    const double start = calendar->getTime(status);
-    if (U_FAILURE(status) || !isNear(start, *moment, 1))
+    const auto midnight = U_SUCCESS(status) ? wallTimeOf(*calendar, wallTime, 1) : std::nullopt;
+    if (!midnight)
         return std::nullopt;
-    return start / 1000.0;
+    return static_cast<double>(zone.firstMomentFrom(*midnight));
 }
 
 } // namespace platform

@@ -1,35 +1,38 @@
 #include "platform/system/DateText.h"
 
-#include "platform/system/IcuTime.h"
+#include "platform/system/CurrentTimeZone.h"
 #include "platform/system/Region.h"
+#include "platform/system/WholeSeconds.h"
 
 #include <unicode/datefmt.h>
 #include <unicode/timezone.h>
 
+#include <cstdint>
 #include <memory>
+#include <string>
 #include <utility>
 
 namespace platform {
 
 namespace {
 
-// The locale's name includes the calendar, so that the region determines the format.
-std::unique_ptr<icu::DateFormat> makeFormat(const Region& region) {
+// The locale's name includes the calendar, so that it determines the format. The format's time zone is GMT.
+std::unique_ptr<icu::DateFormat> makeFormat(const std::string& locale) {
     std::unique_ptr<icu::DateFormat> format(
-        icu::DateFormat::createDateInstance(icu::DateFormat::kMedium, icu::Locale(region.locale.c_str())));
+        icu::DateFormat::createDateInstance(icu::DateFormat::kMedium, icu::Locale(locale.c_str())));
     if (format)
-        format->adoptTimeZone(icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(region.timeZone)));
+        format->setTimeZone(*icu::TimeZone::getGMT());
     return format;
 }
 
-// The format of the current region. Making one takes much longer than using it, so the last one is cached
-// until the region changes.
+// The format of the current locale. Making one takes much longer than using it, so the last one is cached
+// until the locale changes.
 icu::DateFormat* currentFormat() {
-    static Region known;
+    static std::string known;
     static std::unique_ptr<icu::DateFormat> format;
-    Region region = Region::current();
-    if (!format || region != known) {
-        known = std::move(region);
+    std::string locale = Region::current().locale;
+    if (!format || locale != known) {
+        known = std::move(locale);
         format = makeFormat(known);
     }
     return format.get();
@@ -38,12 +41,13 @@ icu::DateFormat* currentFormat() {
 } // namespace
 
 QString mediumDateText(double date) {
-    const auto moment = icuTime(date);
+    const auto moment = wholeSeconds(date);
     icu::DateFormat* format = moment ? currentFormat() : nullptr;
     if (!format)
         return {};
+    const std::int64_t wallTime = currentTimeZone().wallTimeAt(*moment);
     icu::UnicodeString text;
-    format->format(*moment, text);
+    format->format(static_cast<double>(wallTime) * 1000.0, text);
     return QString::fromUtf16(text.getBuffer(), text.length());
 }
 

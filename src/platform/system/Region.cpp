@@ -1,8 +1,8 @@
 #include "platform/system/Region.h"
 
 #include "platform/system/LocaleName.h"
-#include "platform/system/TimeZoneName.h"
 
+#include <cstdlib>
 #include <optional>
 #include <utility>
 
@@ -20,7 +20,8 @@ std::optional<Region>& chosenRegion() {
 Region Region::current() {
     if (const auto& chosen = chosenRegion())
         return *chosen;
-    return {dateLocaleName(), timeZoneName()};
+    const char* zone = std::getenv("TZ");
+    return {dateLocaleName(), zone ? zone : "/etc/localtime"};
 }
 
 std::optional<Region> Region::setCurrent(std::optional<Region> region) {

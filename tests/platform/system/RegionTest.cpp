@@ -24,6 +24,13 @@ TEST(RegionTest, seesAChangeOfTheEnvironment) {
     EXPECT_EQ(Region::current(), (Region{"pt_BR", "America/Sao_Paulo"}));
 }
 
+TEST(RegionTest, theZoneIsTheSystemsWhereTheVariableIsUnset) {
+    const EnvironmentVariable tz("TZ", nullptr);
+    EXPECT_EQ(Region::current().timeZone, "/etc/localtime");
+    tz.set("");
+    EXPECT_EQ(Region::current().timeZone, "");
+}
+
 TEST(RegionTest, anOverrideHoldsWhileItLives) {
     const EnvironmentVariable all("LC_ALL", "de_DE.UTF-8");
     const EnvironmentVariable tz("TZ", "Europe/Berlin");

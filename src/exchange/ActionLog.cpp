@@ -24,7 +24,7 @@ plist::Value recordOf(ActionType type, const TodayTransaction& item, std::int64_
     return plist::Value(std::move(record));
 }
 
-// The log's bytes with one record more; none where the log holds what cannot be written.
+// The log's bytes with one record more, or nothing if the log holds what cannot be written.
 std::optional<std::string> withRecord(const std::optional<std::string>& log, const plist::Value& record) {
     if (log) {
         plist::RecordEditor editor(*log, {});

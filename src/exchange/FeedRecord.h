@@ -50,8 +50,8 @@ struct FeedFault {
 [[nodiscard]] std::string describe(const FeedFault& fault);
 
 // One element of the feed's array, as a reader or an editor gives it. Values are checked when they are looked
-// up and not before, so that what nobody asks for may be absent or of any kind. The first lookup that fails
-// sets the fault; a lookup that fails gives an empty value.
+// up and not before, so that a value that is not looked up may be absent or of any kind. The first lookup
+// that fails sets the fault; a lookup that fails gives an empty value.
 class FeedRecord final {
 public:
     // The record must have been read with feedKeys.

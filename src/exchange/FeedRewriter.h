@@ -14,7 +14,7 @@ namespace exchange {
 
 struct RewrittenFeed {
     std::optional<FeedFault> fault;
-    // The feed in the XML form. None where there was a fault, and where a record that stays holds what the
+    // The feed in the XML form. Nothing after a fault, and if a record that stays holds what the
     // form cannot (a null or a set, or a key or "planpk" with a lone surrogate).
     std::optional<std::string> bytes;
 };

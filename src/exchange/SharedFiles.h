@@ -18,7 +18,7 @@ namespace exchange {
 // The action log in an account's folder.
 [[nodiscard]] std::string actionLogFile(const std::string& accountFolder);
 
-// The array that a property-list file holds. None where the file is absent or unreadable, is no property
+// The array that a property-list file holds. Nothing if the file is absent or unreadable, is no property
 // list, or has another root.
 [[nodiscard]] std::optional<platform::plist::Array> arrayFromFile(const std::string& path);
 

@@ -9,7 +9,7 @@
 // The settings that the widget reads from the suite of the full edition's group, looked up anew at each call.
 namespace exchange {
 
-// The suite; none where it cannot be opened.
+// The suite, or nothing if it cannot be opened.
 [[nodiscard]] std::optional<platform::SharedDefaults> openSharedSettings();
 
 // "notification_days_count", the days ahead of today that the feed shows; 0 without suite or key.

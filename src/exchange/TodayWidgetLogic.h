@@ -26,7 +26,7 @@ public:
 
     // --- settings (TodayWidgetLogicContainer.cpp)
 
-    // How many transactions to show: None where the settings cannot be opened or "show_transactions_count" is
+    // How many transactions to show: None if the settings cannot be opened or "show_transactions_count" is
     // negative, otherwise Custom(5) whatever its magnitude, on purpose. Never All.
     static TodayTransactionsCount getTransactionsCountToShow();
 

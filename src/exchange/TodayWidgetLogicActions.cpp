@@ -41,7 +41,7 @@ void TodayWidgetLogic::saveActionType(std::int64_t type, const TodayTransaction&
     if (!container)
         platform::fatal();
     const std::string folder = exchange::accountFolder(*container, accountPk());
-    // Soft failures, of which nobody is told: an action that cannot be logged is carried out all the same.
+    // These failures are soft and silent: an action that cannot be logged is carried out all the same.
     if (!platform::fileExists(folder))
         static_cast<void>(platform::makeFolders(folder));
     exchange::appendToActionLog(exchange::actionLogFile(folder), static_cast<ActionType>(type), item,

@@ -29,7 +29,7 @@ public:
     // Nothing else may be asked of an element that is no dictionary.
     [[nodiscard]] bool isDictionary() const { return isDictionary_; }
     [[nodiscard]] bool has(std::size_t key) const { return fields_[key].kind != Field::Kind::Absent; }
-    // As numberOf() and truthOf(): none where the key is absent or its value of another kind.
+    // As numberOf() and truthOf() give them; nothing if the key is absent or its value is of another kind.
     [[nodiscard]] std::optional<double> number(std::size_t key) const;
     [[nodiscard]] std::optional<bool> truth(std::size_t key) const;
     [[nodiscard]] std::optional<std::string_view> string(std::size_t key) const;

@@ -36,7 +36,7 @@ public:
     [[nodiscard]] const Record* next() { return edits_->next(); }
     // Takes the element out of the list, with its line breaks where nothing else stands on its lines.
     void drop() { edits_->drop(); }
-    // Makes the number under a key of the record this real. Does nothing where the record has no number
+    // Makes the number under a key of the record this real. Does nothing if the record has no number
     // there.
     void setNumber(std::size_t key, double number) { edits_->setNumber(key, number); }
     // Adds an element after all those of the list.
@@ -44,9 +44,9 @@ public:
 
     // Once next() gave null: whether the whole list is sound and its root an array.
     [[nodiscard]] bool isSound() const { return edits_->isSound(); }
-    // The edited list in the XML form. None where it holds what this form cannot (see writeXml()), or a key
-    // with a lone surrogate: the form drops surrogates, and two keys could become one. Only of a list that is
-    // sound.
+    // The edited list in the XML form, or nothing if it holds what this form cannot (see writeXml()), or a
+    // key with a lone surrogate: the form drops surrogates, and two keys could become one. Only of a list
+    // that is sound.
     [[nodiscard]] std::optional<std::string> finish() { return edits_->finish(); }
 
 private:

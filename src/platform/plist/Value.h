@@ -177,7 +177,7 @@ public:
 
     // Replaces the value of a key at its place, or appends the key.
     void set(std::string_view key, Value value);
-    // Removes a key; does nothing where it is absent.
+    // Removes a key. An absent key is no error.
     void remove(std::string_view key);
 
     friend bool operator==(const Dictionary& a, const Dictionary& b); // whatever the order of keys

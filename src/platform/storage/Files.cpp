@@ -75,7 +75,8 @@ std::string parentOf(const std::string& path) {
     return end == std::string::npos ? "/" : path.substr(0, end + 1);
 }
 
-// The regular file at a place, or none where there is nothing. Anything else is an error.
+// The status of the regular file at a place, or nothing if the place is free. A folder, fifo or device is an
+// error.
 std::error_code inspectTarget(const FilePlace& place, std::optional<struct stat>& file) {
     struct stat status {};
     if (FileSystemCalls::current().statusAt(place.folder(), place.name().c_str(), &status) != 0)

@@ -18,7 +18,7 @@ public:
     using TopLevelObjects = std::vector<std::shared_ptr<View>>;
     using Maker = std::function<TopLevelObjects()>;
 
-    // The file of a name; none where there is no such file.
+    // The file of a name, or null if there is no such file.
     [[nodiscard]] static std::optional<InterfaceFile> named(const QString& name);
 
     // Adds a file to those that are found. A second one of a name replaces the first.

@@ -89,7 +89,7 @@ public:
     // --- events
 
     // The view that a point of the superview hits: the frontmost subview that has one there, else this view;
-    // none where the view is hidden or the point lies outside. A view of alpha 0 is hit.
+    // null if the view is hidden or the point lies outside. A view of alpha 0 is hit.
     [[nodiscard]] virtual View* hitTest(QPointF point);
 
     virtual void mouseDown(const MouseEvent& event);

@@ -18,7 +18,7 @@ constexpr std::size_t binaryHeaderSize = 8;
 // A list's objects, checked once: every offset lies before the table, and the sizes add up to the whole list.
 class BinaryLayout final {
 public:
-    // None where the trailer does not fit the list.
+    // The layout of a list, or nothing if its trailer does not fit it.
     [[nodiscard]] static std::optional<BinaryLayout> of(std::string_view bytes);
 
     [[nodiscard]] std::uint64_t topObject() const { return topObject_; }

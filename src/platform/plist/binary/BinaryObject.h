@@ -39,7 +39,7 @@ struct BinaryObject {
     [[nodiscard]] bool isFixed() const { return marker <= BinaryMarker::Date || marker == BinaryMarker::Uid; }
 };
 
-// The object at an offset; none where it reaches beyond the objects' end, or states no size in the way it
+// The object at an offset, or nothing if it reaches beyond the objects' end, or states no size in the way it
 // must.
 [[nodiscard]] std::optional<BinaryObject> binaryObjectAt(const BinaryLayout& layout, std::size_t offset);
 

@@ -19,7 +19,7 @@ bool isSurrogate(char32_t value) {
     return value >= 0xD800 && value <= 0xDFFF;
 }
 
-// The length of the UTF-8 sequence at an offset; 0 where none stands there. Surrogates' three bytes count
+// The length of the UTF-8 sequence at an offset; 0 if there is none. Surrogates' three bytes count
 // only where they are allowed.
 std::size_t sequenceLength(std::string_view text, std::size_t offset, bool allowSurrogates) {
     const unsigned char first = byteAt(text, offset);

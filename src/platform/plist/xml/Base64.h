@@ -9,7 +9,7 @@
 namespace platform::plist {
 
 // Characters outside the alphabet are passed over, and so is what is left of an incomplete group of four.
-// None where a byte is not ASCII.
+// A text with a byte that is not ASCII gives no result.
 [[nodiscard]] std::optional<std::string> decodeBase64(std::string_view text);
 
 // Appends whole lines, each after `indent` tabs; a line takes 76 characters less 8 for each of the first

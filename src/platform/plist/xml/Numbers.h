@@ -12,13 +12,13 @@ namespace platform::plist {
 
 // A <real>'s text: after leading white space (the platform's, which is wider than ASCII's) a decimal number;
 // or alone, in any case, `nan`, `inf`, `infinity`, the latter two with a sign or without. A number too large
-// is an infinity and one too small a zero, as in C. None where anything else stands there.
+// is an infinity and one too small a zero, as in C. Any other text gives no number.
 [[nodiscard]] std::optional<double> parseReal(std::string_view text);
 
 // What an <integer>'s text was, or what is wrong with it.
 struct IntegerText {
     Integer value;
-    const char* fault = nullptr; // one sentence; none where the text is an integer
+    const char* fault = nullptr; // one sentence; null if the text is an integer
     std::size_t faultOffset = 0; // in the text
 };
 // White space, a sign, white space, then decimal digits or 0x and hexadecimal ones; from -2^63 to 2^64-1.

@@ -27,7 +27,7 @@ public:
     std::optional<std::string> finish() override;
 
 private:
-    // A part of the text, and what stands there instead.
+    // A part of the text, and the text that replaces it.
     struct Edit {
         Extent extent;
         std::string replacement;

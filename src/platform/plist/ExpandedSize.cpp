@@ -8,8 +8,11 @@ namespace platform::plist {
 namespace {
 
 constexpr std::size_t largestSize = std::numeric_limits<std::size_t>::max() / 2;
-constexpr std::size_t sizeOfTags = 24; // of a value, and of a container's two lines
-constexpr std::size_t sizeOfNumber = 24;
+constexpr std::size_t sizeOfTags =
+    24; // the tags of one value, or a container's open and close lines together
+constexpr std::size_t sizeOfNumber = 24; // with its tags twice that
+constexpr std::size_t sizeOfReference =
+    4; // what naming a value takes at the least, where contents are shared
 
 } // namespace
 
@@ -32,27 +35,27 @@ ExpandedSize::Extent ExpandedSize::extentOf(const Value& value) {
     if (const Dictionary* dictionary = value.dictionary())
         return container(dictionary, [&] { return extentOfEntries(*dictionary); });
     if (const std::optional<std::string_view> string = value.string())
-        return leaf(string->data(), string->size());
+        return leaf(string->data(), string->size(), value.isShared());
     if (const Data* data = value.data())
-        return leaf(data, data->bytes.size() * 2);
-    distinct_ += sizeOfTags + sizeOfNumber;
+        return leaf(data, data->bytes.size() * 2, value.isShared());
+    distinct_ += sizeOfReference;
     return {sizeOfTags + sizeOfNumber, 1};
 }
 
-// A short string is not worth remembering: that takes more memory than the string.
-ExpandedSize::Extent ExpandedSize::leaf(const void* content, std::size_t size) {
-    constexpr std::size_t worthRemembering = 256;
+ExpandedSize::Extent ExpandedSize::leaf(const void* content, std::size_t size, bool isShared) {
     const Extent extent{sizeOfTags + size, 1};
-    if (size < worthRemembering || known_.emplace(content, extent).second)
-        distinct_ += extent.bytes;
+    const bool isNew = !isShared || known_.emplace(content, extent).second;
+    distinct_ += isNew ? extent.bytes : sizeOfReference;
     return extent;
 }
 
 template <typename Measure>
 ExpandedSize::Extent ExpandedSize::container(const void* content, Measure measure) {
     const auto known = known_.find(content);
-    if (known != known_.end())
+    if (known != known_.end()) {
+        distinct_ += sizeOfReference;
         return known->second;
+    }
     distinct_ += sizeOfTags;
     const Extent extent = measure();
     known_.emplace(content, extent);
@@ -69,7 +72,7 @@ ExpandedSize::Extent ExpandedSize::extentOfElements(const Array& array) {
 ExpandedSize::Extent ExpandedSize::extentOfEntries(const Dictionary& dictionary) {
     Extent extent{sizeOfTags, 2};
     for (const auto& [key, value] : dictionary) {
-        addInner(extent, leaf(key.data(), key.size()));
+        addInner(extent, leaf(key.data(), key.size(), true));
         addInner(extent, extentOf(value));
     }
     return extent;

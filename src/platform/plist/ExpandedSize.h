@@ -15,9 +15,10 @@ class ExpandedSize final {
 public:
     void add(const Value& value);
 
-    // Shared contents counted each time that they are named; not above half of what a size can hold.
+    // Shared contents counted each time that they are named. The result stops growing at half of the largest
+    // std::size_t.
     [[nodiscard]] std::size_t expanded() const { return expanded_.bytes; }
-    // Shared contents counted once.
+    // Shared contents counted once, with the references to them.
     [[nodiscard]] std::size_t distinct() const { return distinct_; }
 
 private:
@@ -32,7 +33,7 @@ private:
     Extent extentOf(const Value& value);
     Extent extentOfElements(const Array& array);
     Extent extentOfEntries(const Dictionary& dictionary);
-    Extent leaf(const void* content, std::size_t size);
+    Extent leaf(const void* content, std::size_t size, bool isShared);
     template <typename Measure>
     Extent container(const void* content, Measure measure);
 

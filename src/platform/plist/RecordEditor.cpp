@@ -1,5 +1,6 @@
 #include "platform/plist/RecordEditor.h"
 
+#include "platform/plist/ExpandedSize.h"
 #include "platform/plist/Reader.h"
 #include "platform/plist/Writer.h"
 #include "platform/plist/text/Encoding.h"
@@ -31,10 +32,14 @@ public:
         , record_(keys) {
         const Value* const root = std::get_if<Value>(&list_);
         array_ = root ? root->array() : nullptr;
+        ExpandedSize size;
+        if (array_)
+            size.add(*root);
+        isWritable_ = !isTooLarge(size.expanded(), bytes.size());
     }
 
     const Record* next() override {
-        if (!array_ || place_ == array_->size())
+        if (!array_ || !isWritable_ || place_ == array_->size())
             return nullptr;
         kept_.push_back((*array_)[place_++]);
         record_.fill(kept_.back());
@@ -53,6 +58,8 @@ public:
     void append(const Value& element) override { appended_.push_back(element); }
 
     std::optional<std::string> finish() override {
+        if (!isWritable_)
+            return std::nullopt;
         kept_.insert(kept_.end(), appended_.begin(), appended_.end());
         const Value list(std::move(kept_));
         std::optional<std::string> xml = writeXml(list);
@@ -63,6 +70,7 @@ private:
     std::span<const std::string_view> keys_;
     ReadResult list_;
     const Array* array_ = nullptr;
+    bool isWritable_ = true; // false for a list that expands too far, whose records are not given either
     std::size_t place_ = 0;
     Array kept_;
     Array appended_;

@@ -19,12 +19,20 @@ bool sameContent(const T* a, const T* b) {
     return a == b || *a == *b;
 }
 
+// Long keys that are one object are not compared byte by byte.
+bool precedes(const Dictionary::Entry& a, const Dictionary::Entry& b) {
+    return a.key != b.key && *a.key < *b.key;
+}
+bool haveSameKey(const Dictionary::Entry& a, const Dictionary::Entry& b) {
+    return a.key == b.key || *a.key == *b.key;
+}
+
 // The places of the entries in the order of their keys, equal keys in the order in which they stand.
 std::vector<std::size_t> orderOfKeys(const std::vector<Dictionary::Entry>& entries) {
     std::vector<std::size_t> order(entries.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
     std::stable_sort(order.begin(), order.end(),
-                     [&](std::size_t a, std::size_t b) { return *entries[a].key < *entries[b].key; });
+                     [&](std::size_t a, std::size_t b) { return precedes(entries[a], entries[b]); });
     return order;
 }
 
@@ -32,14 +40,13 @@ std::vector<std::size_t> orderOfKeys(const std::vector<Dictionary::Entry>& entri
 
 Dictionary::Dictionary(std::vector<Entry> entries, Duplicates duplicates)
     : entries_(std::move(entries)) {
-    const auto isSorted = [](const Entry& a, const Entry& b) { return *a.key < *b.key; };
-    if (std::adjacent_find(entries_.begin(), entries_.end(), std::not_fn(isSorted)) == entries_.end())
+    if (std::adjacent_find(entries_.begin(), entries_.end(), std::not_fn(precedes)) == entries_.end())
         return; // as lists that programs write mostly are
     const std::vector<std::size_t> order = orderOfKeys(entries_);
     std::vector<std::size_t> dropped;
     for (std::size_t i = 0; i < order.size();) {
         std::size_t last = i;
-        while (last + 1 < order.size() && *entries_[order[last + 1]].key == *entries_[order[i]].key)
+        while (last + 1 < order.size() && haveSameKey(entries_[order[last + 1]], entries_[order[i]]))
             dropped.push_back(order[++last]);
         if (last != i && duplicates == Duplicates::KeepLast)
             entries_[order[i]].value = std::move(entries_[order[last]].value);

@@ -1,5 +1,6 @@
 #include "platform/plist/ExpandedSize.h"
 #include "platform/plist/Reader.h"
+#include "platform/plist/RecordEditor.h"
 #include "platform/plist/RecordReader.h"
 #include "platform/plist/Writer.h"
 
@@ -108,6 +109,24 @@ TEST(Nesting, endsAt512FilledContainersInTheBinaryForm) {
     EXPECT_EQ(messageOf(binaryNesting(30000)), "Too many containers are nested");
 }
 
+// A hundred chains of arrays, the end of each the start of the one before, all named by the root so that each
+// was read already when the next one leads to it.
+TEST(Nesting, isNotHiddenByWhatWasReadElsewhere) {
+    constexpr std::size_t chains = 100;
+    constexpr std::size_t length = 500;
+    std::string root = "\xAF\x10" + std::string(1, static_cast<char>(chains));
+    std::vector<std::string> objects(1);
+    for (std::size_t chain = 0; chain < chains; ++chain) {
+        const std::size_t head = objects.size();
+        root += bigEndianBytes(head, 2);
+        for (std::size_t i = 1; i < length; ++i)
+            objects.push_back(arrayOf({head + i}));
+        objects.push_back(chain == 0 ? arrayOf({}) : arrayOf({head - length}));
+    }
+    objects[0] = root;
+    EXPECT_EQ(messageOf(binaryList(objects)), "Too many containers are nested");
+}
+
 TEST(Nesting, thatNoReaderAcceptsIsNotWritten) {
     Value value{Array()};
     for (int i = 0; i < 512; ++i)
@@ -211,6 +230,29 @@ TEST(SharingBombs, areNoListsOfRecordsThatShareTheirStrings) {
         seen += record->string(0) ? 1U : 0U;
     EXPECT_TRUE(reader.isSound());
     EXPECT_EQ(seen, count);
+}
+
+// Short strings and containers grow as long ones do.
+TEST(SharingBombs, ofShortStringsAreNotWrittenOut) {
+    std::string inner = "\xAF\x11" + bigEndianBytes(20000, 2);
+    for (int i = 0; i < 20000; ++i)
+        inner += bigEndianBytes(2, 2);
+    const std::string string = "\x5F\x10\xFF" + std::string(255, 'x');
+    const std::string bytes = binaryList({arrayOf(std::vector<std::uint64_t>(14, 1)), inner, string});
+    EXPECT_EQ(writeXml(std::get<Value>(read(bytes))), std::nullopt);
+}
+
+TEST(SharingBombs, areNeitherReadByTheEditorNorLost) {
+    std::string inner = "\xAF\x11" + bigEndianBytes(20000, 2);
+    for (int i = 0; i < 20000; ++i)
+        inner += bigEndianBytes(2, 2);
+    const std::string string = "\x5F\x10\xFF" + std::string(255, 'x');
+    const std::string bytes = binaryList({arrayOf(std::vector<std::uint64_t>(14, 1)), inner, string});
+    RecordEditor editor(bytes, {});
+    EXPECT_EQ(editor.next(), nullptr);
+    EXPECT_TRUE(editor.isSound());
+    editor.append(Value("more"));
+    EXPECT_EQ(editor.finish(), std::nullopt);
 }
 
 // An array of so many references to one long string is written out by nobody.

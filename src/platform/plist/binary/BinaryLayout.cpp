@@ -6,7 +6,7 @@ namespace {
 
 constexpr std::size_t trailerSize = 32;
 
-// Whether `width` bytes can hold every number below a bound.
+// Whether `width` bytes can hold every number up to a bound.
 bool canHold(std::size_t width, std::uint64_t bound) {
     return width >= 8 || (std::uint64_t{1} << (8 * width)) > bound;
 }

@@ -35,6 +35,11 @@ std::string identityOf(const Value& value) {
     return std::string(1, kind).append(std::to_string(bits));
 }
 
+// The address of a string or of data, which is one for all values that share it.
+const void* contentOf(const Value& value) {
+    return value.data() ? static_cast<const void*>(value.data()) : value.sharedString().get();
+}
+
 bool isContainer(const Value& value) {
     return value.array() || value.dictionary() || value.set() || value.foreignDictionary();
 }
@@ -45,8 +50,12 @@ Value dictionaryOf(std::vector<std::pair<Value, Value>> entries) {
         std::all_of(entries.begin(), entries.end(), [](const auto& entry) { return entry.first.string(); });
     if (!hasStringKeys) {
         std::set<std::string> seen;
-        std::erase_if(entries,
-                      [&](const auto& entry) { return !seen.insert(identityOf(entry.first)).second; });
+        std::set<const void*> seenContents; // of long keys, which are not to be copied each time
+        std::erase_if(entries, [&](const auto& entry) {
+            const void* const content = contentOf(entry.first);
+            return (content && !seenContents.insert(content).second) ||
+                   !seen.insert(identityOf(entry.first)).second;
+        });
         return Value(ForeignDictionary{std::move(entries)});
     }
     std::vector<Dictionary::Entry> named;
@@ -99,65 +108,72 @@ std::optional<BinaryObject> BinaryReader::openRootArray() {
     return object;
 }
 
-bool BinaryReader::read(std::uint64_t objectNumber, unsigned depth, Value& value) {
+bool BinaryReader::read(std::uint64_t objectNumber, unsigned depth, Value& value, unsigned& height) {
     constexpr unsigned deepestValue = 512;
     const std::optional<std::size_t> offset = layout_.offsetOf(objectNumber);
     if (!offset)
         return fail(layout_.objects().size(), "A reference names no object");
-    if (depth > deepestValue)
-        return fail(*offset, "Too many containers are nested");
-    std::uint32_t& slot = slots_[*offset];
-    if (slot >= firstKnown) {
-        value = known_[slot - firstKnown];
-        return true;
-    }
+    const std::uint32_t slot = slots_[*offset];
     if (slot == beingRead)
         return fail(*offset, "An object contains itself");
+    const Known* const known = slot >= firstKnown ? &known_[slot - firstKnown] : nullptr;
+    // What is known was read elsewhere, where it may not have stood so deep.
+    if (depth + (known ? known->height : 0) > deepestValue)
+        return fail(*offset, "Too many containers are nested");
+    if (known) {
+        value = known->value;
+        height = known->height;
+        return true;
+    }
     const std::optional<BinaryObject> object = open(*offset);
     if (!object)
         return false;
+    height = 0;
     if (object->isFixed()) {
         value = leafOf(*object);
         return true;
     }
-    slot = beingRead;
+    slots_[*offset] = beingRead;
     if (!object->isContainer())
         value = leafOf(*object);
-    else if (!readContainer(*object, *offset, depth, value))
+    else if (!readContainer(*object, *offset, depth, value, height))
         return false;
-    slot = static_cast<std::uint32_t>(known_.size()) + firstKnown;
-    known_.push_back(value);
+    slots_[*offset] = static_cast<std::uint32_t>(known_.size()) + firstKnown;
+    known_.push_back({value, height});
     return true;
 }
 
-bool BinaryReader::readContainer(const BinaryObject& object, std::size_t offset, unsigned depth,
-                                 Value& value) {
-    if (object.marker == BinaryMarker::Dictionary)
-        return readDictionary(object, offset, depth, value);
-    Array elements;
-    if (!readElements(object, depth, elements))
+// The object at one of a container's references. Raises the container's height where that is needed.
+bool BinaryReader::readElement(const BinaryObject& container, std::size_t place, unsigned depth, Value& value,
+                               unsigned& height) {
+    unsigned inner = 0;
+    if (!read(layout_.referenceAt(container.content, place), depth + 1, value, inner))
         return false;
+    height = std::max(height, inner + 1);
+    return true;
+}
+
+bool BinaryReader::readContainer(const BinaryObject& object, std::size_t offset, unsigned depth, Value& value,
+                                 unsigned& height) {
+    if (object.marker == BinaryMarker::Dictionary)
+        return readDictionary(object, offset, depth, value, height);
+    Array elements(object.count);
+    for (std::size_t i = 0; i < object.count; ++i)
+        if (!readElement(object, i, depth, elements[i], height))
+            return false;
     value = object.marker == BinaryMarker::Array
                 ? Value(std::move(elements))
                 : Value(Set{std::make_shared<const Array>(std::move(elements))});
     return true;
 }
 
-bool BinaryReader::readElements(const BinaryObject& object, unsigned depth, Array& elements) {
-    elements.resize(object.count);
-    for (std::size_t i = 0; i < object.count; ++i)
-        if (!read(layout_.referenceAt(object.content, i), depth + 1, elements[i]))
-            return false;
-    return true;
-}
-
 bool BinaryReader::readDictionary(const BinaryObject& object, std::size_t offset, unsigned depth,
-                                  Value& value) {
+                                  Value& value, unsigned& height) {
     std::vector<std::pair<Value, Value>> entries(object.count);
     for (std::size_t i = 0; i < object.count; ++i) {
         auto& [key, content] = entries[i];
-        if (!read(layout_.referenceAt(object.content, i), depth + 1, key) ||
-            !read(layout_.referenceAt(object.content, object.count + i), depth + 1, content))
+        if (!readElement(object, i, depth, key, height) ||
+            !readElement(object, object.count + i, depth, content, height))
             return false;
         if (isContainer(key))
             return fail(offset, "A dictionary's key is a container");

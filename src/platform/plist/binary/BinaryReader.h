@@ -24,15 +24,23 @@ public:
     // root.
     [[nodiscard]] std::optional<BinaryObject> openRootArray();
     // Reads an object by its number; `depth` is the number of containers around it. False after a fault.
-    [[nodiscard]] bool read(std::uint64_t object, unsigned depth, Value& value);
+    [[nodiscard]] bool read(std::uint64_t object, unsigned depth, Value& value) {
+        unsigned height = 0;
+        return read(object, depth, value, height);
+    }
     [[nodiscard]] Error error() const { return {faultOffset_, 0, fault_}; }
 
 private:
     bool fail(std::size_t offset, const char* message);
+    // The height of an object is how many containers are nested below it.
+    [[nodiscard]] bool read(std::uint64_t object, unsigned depth, Value& value, unsigned& height);
     [[nodiscard]] std::optional<BinaryObject> open(std::size_t offset);
-    bool readContainer(const BinaryObject& object, std::size_t offset, unsigned depth, Value& value);
-    bool readElements(const BinaryObject& object, unsigned depth, Array& elements);
-    bool readDictionary(const BinaryObject& object, std::size_t offset, unsigned depth, Value& value);
+    bool readContainer(const BinaryObject& object, std::size_t offset, unsigned depth, Value& value,
+                       unsigned& height);
+    bool readElement(const BinaryObject& container, std::size_t place, unsigned depth, Value& value,
+                     unsigned& height);
+    bool readDictionary(const BinaryObject& object, std::size_t offset, unsigned depth, Value& value,
+                        unsigned& height);
 
     // What is known of an object that others may refer to, by its offset: nothing, that it is being read, or
     // from firstKnown its place among the values.
@@ -40,9 +48,14 @@ private:
     static constexpr std::uint32_t beingRead = 1;
     static constexpr std::uint32_t firstKnown = 2;
 
+    struct Known {
+        Value value;
+        unsigned height = 0;
+    };
+
     const BinaryLayout& layout_;
     std::vector<std::uint32_t> slots_;
-    std::vector<Value> known_;
+    std::vector<Known> known_;
     // Objects that overlap would let a small list fill any memory: what is left of the bytes that the
     // distinct objects may hold.
     std::size_t budget_;

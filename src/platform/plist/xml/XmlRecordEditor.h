@@ -42,7 +42,7 @@ private:
     const Record* record_ = nullptr;
     std::vector<Edit> edits_; // in the order of the text, none within another
     std::string appended_;    // whole lines
-    bool isWritable_ = true;  // what is appended
+    bool isWritable_ = true;  // false once an appended element has no XML form
 };
 
 } // namespace platform::plist

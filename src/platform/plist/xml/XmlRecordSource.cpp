@@ -73,7 +73,7 @@ const Record* XmlRecordSource::next() {
     return nullptr;
 }
 
-// Up to the array's start tag. False for a fault and for another root alike.
+// Reads up to the array's start tag. False for a fault, and also if the root is no array.
 bool XmlRecordSource::begin() {
     XmlElement element;
     if (scanner_.findRoot(element) != Found::Element)
@@ -149,7 +149,7 @@ XmlScanner::Found XmlRecordSource::findKey(std::size_t& key) {
     return Found::Element;
 }
 
-// One of the names as programs write it.
+// Passes a key that is one of the names in its plain spelling, and tells whether there was one.
 bool XmlRecordSource::takePlainKey(std::size_t& key) {
     const std::string_view next = scanner_.afterKeyTag();
     if (next.size() < sizeof(std::uint64_t))

@@ -26,9 +26,9 @@ public:
     const Record* next() override;
     [[nodiscard]] bool isSound() const override { return state_ == State::Sound; }
 
-    // Of the element that next() gave, with the <plist> tags around it.
+    // The extent of the element that next() gave, with the <plist> tags around it.
     [[nodiscard]] Extent element() const { return element_; }
-    // Of the element that is the number under a key of that record, without a <plist> around it.
+    // The extent of the number under a key of that record, without the <plist> tags around it.
     [[nodiscard]] Extent number(std::size_t key) const { return numbers_[key]; }
 
     // Of a list that proved sound: of the array, of what stands between its tags (empty for `<array/>`), and
@@ -50,8 +50,8 @@ private:
     XmlScanner scanner_;
     XmlValueReader reader_{scanner_};
     State state_ = State::Start;
-    unsigned depth_ = 0;  // of the array's elements
-    unsigned plists_ = 0; // around the array
+    unsigned depth_ = 0;  // how many containers are around an element of the array
+    unsigned plists_ = 0; // how many <plist> tags are around the array
     bool isArrayTagEmpty_ = false;
 
     std::vector<std::string_view>

@@ -172,7 +172,7 @@ std::string_view XmlScanner::takeRaw() {
     return raw;
 }
 
-// Behind a run of plain characters, which is the text so far.
+// The scanner is after a run of plain characters, and `text` is that run.
 bool XmlScanner::takeAnyText(bool isAscii, std::string& decoded, std::string_view& text) {
     if (startsWith("&") || startsWith("<!"))
         return takeDecodedText(decoded, text);

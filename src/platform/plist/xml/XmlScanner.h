@@ -77,7 +77,7 @@ public:
     // Passes bytes up to the next '<', unchecked.
     [[nodiscard]] std::string_view takeRaw();
 
-    // Where it stands in the text.
+    // The offset of the next byte that the scanner reads.
     [[nodiscard]] std::size_t offset() const { return static_cast<std::size_t>(at_ - begin_); }
     // Notes a fault, of which the first counts; gives false.
     bool fail(std::size_t offset, const char* message);
@@ -93,7 +93,7 @@ private:
     [[nodiscard]] bool startsWith(std::string_view expected) const {
         return left() >= expected.size() && std::memcmp(at_, expected.data(), expected.size()) == 0;
     }
-    // These very bytes, if they come next.
+    // Passes the expected bytes if they come next, and tells whether they did.
     bool take(std::string_view expected) {
         const bool isNext = startsWith(expected);
         at_ += isNext ? expected.size() : 0;

@@ -33,7 +33,7 @@ public:
     // element, just as strictly.
     [[nodiscard]] bool read(XmlElement element, unsigned depth, Value* value);
 
-    // The steps of which that is made.
+    // These are the steps of read().
     [[nodiscard]] bool readString(XmlElement element, std::string& decoded, std::string_view& string) {
         string = {};
         return element.isEmpty || (scanner_.takeText(decoded, string) && scanner_.takeCloseTag(element.tag));

@@ -104,7 +104,7 @@ bool XmlWriter::writeElement(const Value& value, std::size_t indent) {
     return true;
 }
 
-// Few values share their contents, so that the whole is measured only when the first one does, or when it has
+// The whole is measured only when a value is met that shares its content, or when it has
 // become large (keys may be shared too).
 bool XmlWriter::mayWrite(const Value& value) {
     if (isMeasured_ || !(value.isShared() || isTooLarge(out_.size(), 0)))

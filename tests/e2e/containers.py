@@ -1,4 +1,4 @@
-"""A container folder as a host application leaves it, written with Python's own property lists."""
+"""A container folder as a host application leaves it."""
 
 import os
 import pathlib
@@ -26,6 +26,35 @@ def transaction(number, **changes):
     return record | changes
 
 
+def property_list(value):
+    """The bytes of a property list as the platform and the widget write it."""
+    return ('<?xml version="1.0" encoding="UTF-8"?>\n<!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" '
+            '"http://www.apple.com/DTDs/PropertyList-1.0.dtd">\n<plist version="1.0">\n'
+            f"{_element(value, '')}</plist>\n").encode()
+
+
+def _element(value, indent):
+    deeper = indent + "\t"
+    if isinstance(value, bool):
+        return f"{indent}<{str(value).lower()}/>\n"
+    if isinstance(value, int):
+        return f"{indent}<integer>{value}</integer>\n"
+    if isinstance(value, float):
+        return f"{indent}<real>{'0.0' if value == 0 else format(value, '.17g')}</real>\n"
+    if isinstance(value, str):
+        return f"{indent}<string>{_escaped(value)}</string>\n"
+    if not value:
+        return f"{indent}<{'dict' if isinstance(value, dict) else 'array'}/>\n"
+    if isinstance(value, list):
+        return f"{indent}<array>\n" + "".join(_element(part, deeper) for part in value) + f"{indent}</array>\n"
+    parts = "".join(f"{deeper}<key>{_escaped(key)}</key>\n{_element(value[key], deeper)}" for key in sorted(value))
+    return f"{indent}<dict>\n{parts}{indent}</dict>\n"
+
+
+def _escaped(text):
+    return text.replace("&", "&amp;").replace("<", "&lt;").replace(">", "&gt;")
+
+
 class Container:
     """`containers` is the folder that --containers takes; the container itself is `folder`."""
 
@@ -46,5 +75,4 @@ class Container:
             plistlib.dump(self.settings, file)
 
     def write_feed(self, records):
-        with (self.folder / "notifications.xml").open("wb") as file:
-            plistlib.dump(records, file)
+        (self.folder / "notifications.xml").write_bytes(property_list(records))

@@ -11,6 +11,7 @@ import stat
 
 import containers
 import harness
+from containers import property_list
 
 PANEL = os.environ.get("KORVEL_TODAY", "")
 
@@ -44,35 +45,6 @@ def days_from_now(days):
     start = today.replace(day=1)
     length = ((start + datetime.timedelta(days=31)).replace(day=1) - start).days
     return today.replace(day=(today.day - 1 + days) % length + 1).timestamp()
-
-
-def property_list(value):
-    """The bytes of a property list as the widget writes it."""
-    return ('<?xml version="1.0" encoding="UTF-8"?>\n<!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" '
-            '"http://www.apple.com/DTDs/PropertyList-1.0.dtd">\n<plist version="1.0">\n'
-            f"{_element(value, '')}</plist>\n").encode()
-
-
-def _element(value, indent):
-    deeper = indent + "\t"
-    if isinstance(value, bool):
-        return f"{indent}<{str(value).lower()}/>\n"
-    if isinstance(value, int):
-        return f"{indent}<integer>{value}</integer>\n"
-    if isinstance(value, float):
-        return f"{indent}<real>{'0.0' if value == 0 else format(value, '.17g')}</real>\n"
-    if isinstance(value, str):
-        return f"{indent}<string>{_escaped(value)}</string>\n"
-    if not value:
-        return f"{indent}<{'dict' if isinstance(value, dict) else 'array'}/>\n"
-    if isinstance(value, list):
-        return f"{indent}<array>\n" + "".join(_element(part, deeper) for part in value) + f"{indent}</array>\n"
-    parts = "".join(f"{deeper}<key>{_escaped(key)}</key>\n{_element(value[key], deeper)}" for key in sorted(value))
-    return f"{indent}<dict>\n{parts}{indent}</dict>\n"
-
-
-def _escaped(text):
-    return text.replace("&", "&amp;").replace("<", "&lt;").replace(">", "&gt;")
 
 
 class Host:

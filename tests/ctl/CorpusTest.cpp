@@ -32,7 +32,7 @@ struct List {
 
 using Lists = std::vector<List>;
 
-// Nothing where the folder has no manifest.
+// The list is empty if the folder has no manifest.
 Lists listsOf(const path& corpus) {
     Lists lists;
     std::ifstream manifest(corpus / "manifest.tsv");

@@ -11,8 +11,8 @@
 // The command line of a program, read by a table of the options that the program takes. The lines of its help
 // text come from the same table.
 //
-// QCommandLineParser is not used: it takes the operand "-5" for an option, and an error is a sentence that does
-// not tell what kind of error it is.
+// QCommandLineParser is not used: it takes the operand "-5" for an option, and an error is a sentence that
+// does not tell what kind of error it is.
 namespace platform {
 
 struct CommandLineOption {
@@ -33,7 +33,7 @@ struct CommandLine {
     std::vector<std::string> operands;
 
     [[nodiscard]] bool has(std::string_view name) const;
-    // Nothing where the option is not given.
+    // The result is absent if the option is not given.
     [[nodiscard]] std::optional<std::string> value(std::string_view name) const;
 };
 

@@ -7,8 +7,8 @@
 
 namespace platform {
 
-// The number that a text consists of, in the notation of the C locale. Nothing where the text holds anything
-// else, a space or a plus sign too, or where the number is out of range.
+// The number that a text consists of, in the notation of the C locale. The result is absent if the text holds
+// anything else, a space or a plus sign too, or if the number is out of range.
 template <class Number>
 [[nodiscard]] std::optional<Number> numberFromText(std::string_view text) {
     Number number{};

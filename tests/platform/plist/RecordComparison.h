@@ -13,7 +13,7 @@
 
 constexpr std::array<std::string_view, 5> keys = {"date", "name", "planpk", "income", "expense"};
 
-// What all that can be asked of the records gave, as text; none where the list is not sound.
+// What all that can be asked of the records gave, as text; absent if the list is not sound.
 using Records = std::optional<std::vector<std::string>>;
 Records recordsOf(std::string_view bytes);
 Records recordsOfTree(std::string_view bytes);
@@ -23,7 +23,7 @@ std::optional<platform::plist::Array> arrayOf(std::string_view bytes);
 
 // What is done to each record of a list while it is the editor's.
 using Edit = std::function<void(platform::plist::RecordEditor&, const platform::plist::Record&)>;
-// The edited list; none where it is not sound or cannot be written.
+// The edited list; absent if it is not sound or cannot be written.
 std::optional<std::string> edited(std::string_view bytes, const Edit& edit);
 std::optional<std::string> appended(std::string_view bytes, const platform::plist::Value& record);
 

@@ -1,7 +1,6 @@
 #include "platform/plist/text/Unicode.h"
 
 #include "platform/plist/ascii/NextStep.h"
-#include "platform/plist/xml/PlainRun.h"
 
 #include <gtest/gtest.h>
 
@@ -10,14 +9,6 @@
 using namespace platform::plist;
 
 namespace {
-
-// What the reader of texts should find, byte by byte.
-PlainRun slowPlainRun(const char* at, const char* end) {
-    PlainRun run{at, true};
-    for (; run.end < end && *run.end != '<' && *run.end != '&'; ++run.end)
-        run.isAscii = run.isAscii && static_cast<unsigned char>(*run.end) < 0x80;
-    return run;
-}
 
 bool isUtf8Slowly(std::string_view text) {
     for (std::size_t at = 0; at < text.size();) {
@@ -32,22 +23,6 @@ bool isUtf8Slowly(std::string_view text) {
 }
 
 } // namespace
-
-TEST(PlainRun, endsAtTheFirstMarkupInEveryWidth) {
-    std::mt19937 random(1);
-    constexpr std::string_view bytes("ab<&\x3D\x3B\x27\x25\xBC\xA6\x80\xFF\x00 ", 14);
-    for (int i = 0; i < 50000; ++i) {
-        std::string text(random() % 50, 'x');
-        for (char& c : text)
-            if (random() % 16 == 0)
-                c = bytes[random() % bytes.size()];
-        const char* const end = text.data() + text.size();
-        const PlainRun slow = slowPlainRun(text.data(), end);
-        const PlainRun run = plainRun(text.data(), end);
-        ASSERT_EQ(run.end, slow.end) << text;
-        ASSERT_EQ(run.isAscii, slow.isAscii) << text;
-    }
-}
 
 TEST(Text, ofTwoBytesAUnitIsReadWithItsSurrogates) {
     const auto read = [](std::u16string_view units) {

@@ -43,7 +43,7 @@ struct BinaryObject {
 // must.
 [[nodiscard]] std::optional<BinaryObject> binaryObjectAt(const BinaryLayout& layout, std::size_t offset);
 
-// What is wrong with an object, apart from what it refers to; null where nothing is.
+// What is wrong with an object, apart from what it refers to, or null if the object is sound.
 [[nodiscard]] const char* faultOf(const BinaryObject& object);
 
 // The value of an object that is no container, and that nothing is wrong with.

@@ -197,9 +197,9 @@ bool XmlScanner::takeDecodedText(std::string& decoded, std::string_view& text) {
             if (!takeSection(decoded))
                 return false;
         } else {
-            const char* const run = at_;
-            at_ = plainRun(run, end_).end;
-            decoded.append(run, at_);
+            const std::string_view plain = rest().substr(0, rest().find_first_of("<&"));
+            decoded.append(plain);
+            at_ += plain.size();
         }
     }
     if (!isUtf8(decoded))

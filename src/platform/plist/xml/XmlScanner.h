@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/plist/Reader.h"
-#include "platform/plist/xml/PlainRun.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -68,11 +67,14 @@ public:
     // mark at the start is dropped, as the platform's strings do. The text is a view of the source, or of
     // `decoded` where something had to be decoded.
     [[nodiscard]] bool takeText(std::string& decoded, std::string_view& text) {
-        const char* const start = at_;
-        const PlainRun run = plainRun(at_, end_);
-        at_ = run.end;
-        text = {start, static_cast<std::size_t>(at_ - start)};
-        return (run.isAscii && startsWith("</")) || takeAnyText(run.isAscii, decoded, text);
+        const char* at = at_;
+        unsigned char seen = 0; // the bits of all characters
+        for (; at < end_ && *at != '<' && *at != '&'; ++at)
+            seen |= static_cast<unsigned char>(*at);
+        text = {at_, static_cast<std::size_t>(at - at_)};
+        at_ = at;
+        const bool isAscii = seen < 0x80;
+        return (isAscii && startsWith("</")) || takeAnyText(isAscii, decoded, text);
     }
     // Passes bytes up to the next '<', unchecked.
     [[nodiscard]] std::string_view takeRaw();

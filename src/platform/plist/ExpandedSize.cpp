@@ -14,6 +14,7 @@ constexpr std::size_t sizeOfNumber = 24; // with its tags twice that
 constexpr std::size_t sizeOfReference =
     4; // what naming a value takes at the least, where contents are shared
 
+constexpr std::size_t allowedGrowth = 16;
 } // namespace
 
 std::size_t ExpandedSize::sum(std::size_t a, std::size_t b) {
@@ -31,9 +32,9 @@ void ExpandedSize::add(const Value& value) {
 
 ExpandedSize::Extent ExpandedSize::extentOf(const Value& value) {
     if (const Array* array = value.array())
-        return container(array, [&] { return extentOfElements(*array); });
+        return container(value, array, [&] { return extentOfElements(*array); });
     if (const Dictionary* dictionary = value.dictionary())
-        return container(dictionary, [&] { return extentOfEntries(*dictionary); });
+        return container(value, dictionary, [&] { return extentOfEntries(*dictionary); });
     if (const std::optional<std::string_view> string = value.string())
         return leaf(string->data(), string->size(), value.isShared());
     if (const Data* data = value.data())
@@ -42,15 +43,21 @@ ExpandedSize::Extent ExpandedSize::extentOf(const Value& value) {
     return {sizeOfTags + sizeOfNumber, 1};
 }
 
+// The growth that is allowed to a reference covers a short string, which need not be remembered.
 ExpandedSize::Extent ExpandedSize::leaf(const void* content, std::size_t size, bool isShared) {
     const Extent extent{sizeOfTags + size, 1};
-    const bool isNew = !isShared || known_.emplace(content, extent).second;
+    const bool isShort = extent.bytes <= allowedGrowth * sizeOfReference;
+    const bool isNew = !isShort && (!isShared || known_.emplace(content, extent).second);
     distinct_ += isNew ? extent.bytes : sizeOfReference;
     return extent;
 }
 
 template <typename Measure>
-ExpandedSize::Extent ExpandedSize::container(const void* content, Measure measure) {
+ExpandedSize::Extent ExpandedSize::container(const Value& value, const void* content, Measure measure) {
+    if (!value.isShared()) {
+        distinct_ += sizeOfTags;
+        return measure();
+    }
     const auto known = known_.find(content);
     if (known != known_.end()) {
         distinct_ += sizeOfReference;
@@ -80,7 +87,6 @@ ExpandedSize::Extent ExpandedSize::extentOfEntries(const Dictionary& dictionary)
 
 bool isTooLarge(std::size_t expanded, std::size_t source) {
     constexpr std::size_t alwaysAllowed = std::size_t{8} << 20U;
-    constexpr std::size_t allowedGrowth = 16;
     return expanded > alwaysAllowed + allowedGrowth * std::min(source, largestSize / allowedGrowth);
 }
 

@@ -35,7 +35,7 @@ private:
     Extent extentOfEntries(const Dictionary& dictionary);
     Extent leaf(const void* content, std::size_t size, bool isShared);
     template <typename Measure>
-    Extent container(const void* content, Measure measure);
+    Extent container(const Value& value, const void* content, Measure measure);
 
     Extent expanded_;
     std::size_t distinct_ = 0;

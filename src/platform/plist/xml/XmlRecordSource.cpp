@@ -36,7 +36,7 @@ XmlRecordSource::XmlRecordSource(std::string_view text, std::span<const std::str
     , decoded_(names_.size())
     , numbers_(names_.size()) {
     for (const std::string_view name : names_) {
-        // A name of which this is no spelling, or too short a one, is found by its text.
+        // A name that would have to be escaped, or is too short, is never compared here but by its text.
         const bool isPlain = isAscii(name) && name.find_first_of("<&") == std::string_view::npos;
         const std::string spelling = std::string(name) + "</key>";
         const bool isLong = spelling.size() >= sizeof(std::uint64_t);

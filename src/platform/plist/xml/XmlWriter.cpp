@@ -49,14 +49,15 @@ std::vector<Entry> sortedEntries(const Dictionary& dictionary) {
 } // namespace
 
 bool XmlWriter::write(const Value& value, std::size_t indent) {
-    whole_ = &value;
-    isMeasured_ = false;
+    ExpandedSize size;
+    size.add(value);
+    if (isTooLarge(size.expanded(), size.distinct()))
+        return false;
+    out_.reserve(out_.size() + size.expanded());
     return writeElement(value, indent);
 }
 
 bool XmlWriter::writeElement(const Value& value, std::size_t indent) {
-    if (!mayWrite(value))
-        return false;
     writeTabs(indent);
     switch (value.kind()) {
     case Kind::Boolean:
@@ -102,15 +103,6 @@ bool XmlWriter::writeElement(const Value& value, std::size_t indent) {
     }
     out_ += '\n';
     return true;
-}
-
-// The whole is measured only when a value is met that shares its content, or when it has
-// become large (keys may be shared too).
-bool XmlWriter::mayWrite(const Value& value) {
-    if (isMeasured_ || !(value.isShared() || isTooLarge(out_.size(), 0)))
-        return true;
-    isMeasured_ = true;
-    return !expandsTooFar(*whole_);
 }
 
 bool XmlWriter::writeArray(const Array& array, std::size_t indent) {

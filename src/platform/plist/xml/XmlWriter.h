@@ -36,11 +36,8 @@ private:
     void writeData(std::string_view bytes, std::size_t indent);
     void writeText(std::string_view text);
     void writeTabs(std::size_t count) { out_.append(count, '\t'); }
-    [[nodiscard]] bool mayWrite(const Value& value);
 
     std::string& out_;
-    const Value* whole_ = nullptr; // what write() was called for
-    bool isMeasured_ = false;
 };
 
 } // namespace platform::plist

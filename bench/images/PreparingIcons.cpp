@@ -1,6 +1,7 @@
 // Preparing an icon against Qt's decoding of the same PNG alone: the two in turn, round after round, and the
 // least time of each. Prints rows for bench/table.py and fails where an icon cannot be prepared.
 #include "exchange/CircularDrawing.h"
+#include "platform/images/ImageFile.h"
 #include "platform/images/OvalPicture.h"
 
 #include <QImageReader>

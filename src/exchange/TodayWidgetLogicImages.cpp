@@ -2,6 +2,7 @@
 
 #include "exchange/CircularDrawing.h"
 #include "exchange/Text.h"
+#include "platform/images/ImageFile.h"
 #include "platform/images/OvalPicture.h"
 #include "platform/storage/Files.h"
 #include "platform/system/Fatal.h"

@@ -2,12 +2,13 @@
 #include "controller/ControllerTest.h"
 
 #include "platform/views/InterfaceFile.h"
+#include "support/InterfaceFileOverride.h"
 
 namespace controller {
 namespace {
 
 using platform::InterfaceFile;
-using platform::InterfaceFileOverride;
+using support::InterfaceFileOverride;
 
 class BundleFaultTest : public ControllerTest {
 protected:

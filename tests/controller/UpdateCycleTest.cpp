@@ -3,6 +3,7 @@
 #include "exchange/GroupIdentifiers.h"
 #include "platform/views/InterfaceFile.h"
 #include "support/Application.h"
+#include "support/InterfaceFileOverride.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -123,7 +124,7 @@ TEST_F(UpdateCycleTest, viewLoadForgetsTheCurrentTransaction) {
 }
 
 TEST_F(UpdateCycleTest, tableShowsWhatIsBehindIt) {
-    const platform::InterfaceFileOverride red(QStringLiteral("TodayViewController"), [] {
+    const support::InterfaceFileOverride red(QStringLiteral("TodayViewController"), [] {
         auto view = platform::makeView<platform::View>();
         auto* inside = new platform::TableView(view.get());
         inside->setObjectName(QStringLiteral("mainTableView"));

@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <utility>
-#include <vector>
 
 namespace platform {
 
@@ -80,9 +79,10 @@ private:
     QList<QRgb> tints_;
 };
 
-std::vector<QString>& hiddenNames() {
-    static std::vector<QString> names;
-    return names;
+// The images that were asked for or set.
+QHash<QString, Image>& knownImages() {
+    static QHash<QString, Image> images;
+    return images;
 }
 
 Image readImage(const QString& name) {
@@ -98,27 +98,17 @@ Image readImage(const QString& name) {
 } // namespace
 
 Image imageNamed(const QString& name) {
-    const auto& hidden = hiddenNames();
-    if (std::find(hidden.begin(), hidden.end(), name) != hidden.end())
-        return {};
-    static QHash<QString, Image> read; // no entry for unknown names, so that it stays small
-    const auto found = read.constFind(name);
-    if (found != read.constEnd())
+    const auto found = knownImages().constFind(name);
+    if (found != knownImages().constEnd())
         return *found;
     Image image = readImage(name);
-    if (image)
-        read.insert(name, image);
+    if (image) // an unknown name leaves nothing behind
+        knownImages().insert(name, image);
     return image;
 }
 
-BundleImageHidden::BundleImageHidden(QString name)
-    : name_(std::move(name)) {
-    hiddenNames().push_back(name_);
-}
-
-BundleImageHidden::~BundleImageHidden() {
-    auto& hidden = hiddenNames();
-    hidden.erase(std::find(hidden.begin(), hidden.end(), name_));
+void setImageNamed(const QString& name, const Image& image) {
+    knownImages().insert(name, image);
 }
 
 } // namespace platform

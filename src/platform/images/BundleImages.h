@@ -11,17 +11,7 @@ namespace platform {
 // share one. A name that is unknown gives a null image. Main thread only.
 [[nodiscard]] Image imageNamed(const QString& name);
 
-// Hides one image of the bundle from imageNamed for as long as it lives, so that the faults of a bundle can
-// be tested.
-class BundleImageHidden final {
-public:
-    explicit BundleImageHidden(QString name);
-    ~BundleImageHidden();
-    BundleImageHidden(const BundleImageHidden&) = delete;
-    BundleImageHidden& operator=(const BundleImageHidden&) = delete;
-
-private:
-    QString name_;
-};
+// Puts an image in the place of the bundle's own of that name; a null image takes it away.
+void setImageNamed(const QString& name, const Image& image);
 
 } // namespace platform

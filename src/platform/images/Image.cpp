@@ -6,7 +6,6 @@
 #include <QPainter>
 #include <QTransform>
 
-#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -72,16 +71,6 @@ void drawUnscaled(QPainter& painter, const QPointF& devicePosition, const QImage
 }
 
 } // namespace
-
-QSize wholePixels(const QSizeF& size) {
-    return {std::max(1, qRound(size.width())), std::max(1, qRound(size.height()))};
-}
-
-void tintPixels(QImage& pixels, const QColor& color) {
-    QPainter painter(&pixels);
-    painter.setCompositionMode(QPainter::CompositionMode_SourceAtop);
-    painter.fillRect(QRectF(pixels.rect()), color);
-}
 
 Image::Image(QImage pixels) {
     const QSizeF size = QSizeF(pixels.size()) / pixels.devicePixelRatio();

@@ -6,7 +6,6 @@
 #include <QSizeF>
 
 #include <memory>
-#include <string>
 
 class QPainter;
 
@@ -49,13 +48,6 @@ public:
 private:
     std::shared_ptr<const Source> source_;
 };
-
-// Loads a picture file with one pixel a point, whatever density the file states or its name hints at. It
-// should be a PNG file; its content decides, among all pixel formats that Qt reads. The pixels are taken as
-// they are stored: no gamma, no colour profile, no rotation. Null where the file is missing, unreadable, no
-// regular file, no whole picture, or beyond Qt's image allocation limit, and for a path that holds a NUL
-// byte.
-[[nodiscard]] Image imageWithContentsOfFile(const std::string& path);
 
 // How many pixels make a point on the screen: the application's ratio, 1 without one.
 [[nodiscard]] qreal screenRatio();

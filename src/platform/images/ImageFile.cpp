@@ -1,4 +1,4 @@
-#include "platform/images/Image.h"
+#include "platform/images/ImageFile.h"
 
 #include "platform/images/PngReader.h"
 

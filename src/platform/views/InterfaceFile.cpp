@@ -26,12 +26,4 @@ void InterfaceFile::add(const QString& name, Maker maker) {
     files().insert(name, std::move(maker));
 }
 
-InterfaceFileOverride::InterfaceFileOverride(QString name, InterfaceFile::Maker maker)
-    : name_(std::move(name))
-    , replaced_(std::exchange(files()[name_], std::move(maker))) {}
-
-InterfaceFileOverride::~InterfaceFileOverride() {
-    files()[name_] = std::move(replaced_);
-}
-
 } // namespace platform

@@ -1,6 +1,7 @@
 #include "platform/images/BundleImages.h"
 
 #include "platform/images/Pictures.h"
+#include "support/BundleImageHidden.h"
 
 #include <QPainter>
 #include <QSvgRenderer>
@@ -167,8 +168,8 @@ TEST(BundleImagesTest, isBoundedHoweverLargeItIsDrawn) {
 TEST(BundleImagesTest, hidesAnImageForAsLongAsItIsTold) {
     const Image taken = imageNamed(QStringLiteral("info"));
     {
-        const BundleImageHidden hidden(QStringLiteral("info"));
-        const BundleImageHidden hiddenTwice(QStringLiteral("info"));
+        const support::BundleImageHidden hidden(QStringLiteral("info"));
+        const support::BundleImageHidden hiddenTwice(QStringLiteral("info"));
         EXPECT_TRUE(imageNamed(QStringLiteral("info")).isNull());
         EXPECT_FALSE(imageNamed(QStringLiteral("paid")).isNull());
         EXPECT_FALSE(taken.pixels(1).isNull());

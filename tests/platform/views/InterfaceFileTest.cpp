@@ -1,6 +1,7 @@
 #include "platform/views/InterfaceFile.h"
 
 #include "platform/extension/ViewController.h"
+#include "support/InterfaceFileOverride.h"
 
 #include <csignal>
 #include <gmock/gmock.h>
@@ -9,9 +10,9 @@
 #include <vector>
 
 using platform::InterfaceFile;
-using platform::InterfaceFileOverride;
 using platform::View;
 using platform::ViewController;
+using support::InterfaceFileOverride;
 using testing::ElementsAre;
 
 namespace {

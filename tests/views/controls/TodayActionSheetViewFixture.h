@@ -2,10 +2,11 @@
 
 #include "views/controls/TodayActionSheetView.h"
 
-#include "platform/images/BundleImages.h"
 #include "platform/views/InterfaceFile.h"
 #include "support/Application.h"
+#include "support/BundleImageHidden.h"
 #include "support/Events.h"
+#include "support/InterfaceFileOverride.h"
 #include "support/ManualMainQueue.h"
 #include "views/controls/ActionSheetInterfaceFile.h"
 
@@ -24,8 +25,8 @@ namespace sheet_test {
 using namespace std::chrono_literals;
 using platform::Button;
 using platform::InterfaceFile;
-using platform::InterfaceFileOverride;
 using platform::View;
+using support::InterfaceFileOverride;
 using testing::ElementsAre;
 
 const QString sheetFile = QStringLiteral("TodayActionSheetView");

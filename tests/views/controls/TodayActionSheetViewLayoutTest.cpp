@@ -113,7 +113,7 @@ TEST_F(ActionSheetDeathTest, aCellOfAnotherClassIsFatalOnWaking) {
 }
 
 TEST_F(ActionSheetDeathTest, aMissingPaidImageIsFatalOnAChoiceAndNotOnCancel) {
-    const platform::BundleImageHidden hidden(QStringLiteral("paid"));
+    const support::BundleImageHidden hidden(QStringLiteral("paid"));
     showThree();
     EXPECT_EXIT(sheet->checkButtonClick1(), testing::KilledBySignal(SIGABRT), "^$");
     sheet->cancelButtonClick();

@@ -3,6 +3,7 @@
 #include "platform/images/BundleImages.h"
 #include "platform/views/Button.h"
 #include "support/Application.h"
+#include "support/BundleImageHidden.h"
 #include "support/Events.h"
 #include "views/controls/TodayTintButtonCell.h"
 
@@ -159,7 +160,7 @@ TEST_F(ButtonsPanel, showsNothingButTheImages) {
 }
 
 TEST_F(ButtonsPanel, leavesAButtonWithoutItsMissingImage) {
-    const platform::BundleImageHidden hidden(QStringLiteral("info"));
+    const support::BundleImageHidden hidden(QStringLiteral("info"));
     panel.generateButtons();
     ASSERT_EQ(panel.subviews().size(), 4U);
     EXPECT_TRUE(button(infoPlace).image().isNull());

@@ -1,5 +1,5 @@
-#include "platform/images/BundleImages.h"
 #include "platform/storage/GroupContainers.h"
+#include "support/BundleImageHidden.h"
 #include "views/rows/RowTest.h"
 
 #include <csignal>
@@ -97,7 +97,7 @@ class RowDeathTest : public RowTest {};
 
 TEST_F(RowDeathTest, aPlannedGlyphThatTheBundleLacksIsFatal) {
     const auto row = makeRow();
-    const platform::BundleImageHidden hidden(QStringLiteral("transactionPlanned"));
+    const support::BundleImageHidden hidden(QStringLiteral("transactionPlanned"));
     EXPECT_FATAL(row->configureForItem(item(), 60));
     row->configureForItem(overdueItem(), 60); // does not need it
     EXPECT_FALSE(row->transactionTypeImageView->image().isNull());
@@ -105,7 +105,7 @@ TEST_F(RowDeathTest, aPlannedGlyphThatTheBundleLacksIsFatal) {
 
 TEST_F(RowDeathTest, anOverdueGlyphThatTheBundleLacksIsFatal) {
     const auto row = makeRow();
-    const platform::BundleImageHidden hidden(QStringLiteral("transactionOverdue"));
+    const support::BundleImageHidden hidden(QStringLiteral("transactionOverdue"));
     EXPECT_FATAL(row->configureForItem(overdueItem(), 60));
     row->configureForItem(item(), 60); // does not need it
     EXPECT_FALSE(row->transactionTypeImageView->image().isNull());
@@ -127,7 +127,7 @@ TEST_F(RowDeathTest, aMissingContainerIsFatal) {
 }
 
 TEST_F(RowDeathTest, aButtonsImageThatTheBundleLacksIsNotFatal) {
-    const platform::BundleImageHidden hidden(QStringLiteral("paid"));
+    const support::BundleImageHidden hidden(QStringLiteral("paid"));
     const auto row = makeOpenRow();
     EXPECT_EQ(buttonsOf(*row).size(), 4U);
     EXPECT_TRUE(row->isExpanded());

@@ -20,6 +20,8 @@ public:
     void draw(QPainter& painter, const QRectF& rect, Qt::Alignment side) const;
 
 private:
+    friend class TextLineTestAccess;
+
     QTextLayout layout_;
     double scale_;
     double width_;

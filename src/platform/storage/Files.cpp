@@ -3,6 +3,7 @@
 #include "platform/storage/FilePlace.h"
 #include "platform/storage/FileSystemCalls.h"
 #include "platform/storage/OpenFile.h"
+#include "platform/storage/OwnReplacements.h"
 #include "platform/storage/TemporaryFile.h"
 
 #include <algorithm>
@@ -113,6 +114,7 @@ std::error_code replaceFile(const std::string& path, std::string_view bytes) {
         return error;
     if (const auto error = file.takePlaceOf(place.name()))
         return error;
+    OwnReplacements::note(old ? FileVersion::of(*old) : FileVersion(), file.version());
     return place.syncFolder();
 }
 

@@ -44,6 +44,10 @@ std::error_code TemporaryFile::write(const std::optional<struct stat>& old, std:
     if (old)
         if (const auto error = setOwnerAndMode(*old))
             return error;
+    // This is none of the replaceable calls: it does not fail for an open file.
+    struct stat written {};
+    if (fstat(file_, &written) == 0)
+        version_ = FileVersion::of(written);
     return syncAndClose();
 }
 

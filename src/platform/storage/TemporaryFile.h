@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/storage/FileVersion.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -23,6 +25,9 @@ public:
     // only the owner may open it.
     [[nodiscard]] std::error_code write(const std::optional<struct stat>& old, std::string_view bytes);
 
+    // The version that write() has made. A new name does not change it.
+    [[nodiscard]] const FileVersion& version() const { return version_; }
+
     // Renames the file and replaces what has that name.
     [[nodiscard]] std::error_code takePlaceOf(const std::string& name);
     // Renames the file unless a file has that name already, which is kept and is not an error.
@@ -37,6 +42,7 @@ private:
 
     int folder_;
     int file_ = -1;
+    FileVersion version_;
     std::string name_; // empty if there is no file to remove
 };
 

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <fcntl.h>
+#include <sys/inotify.h>
 #include <unistd.h>
 
 namespace platform {
@@ -83,6 +84,18 @@ int FileSystemCalls::unlink(int folder, const char* name) {
 
 int FileSystemCalls::makeFolder(const char* path) {
     return ::mkdir(path, 0777);
+}
+
+int FileSystemCalls::makeWatchQueue() {
+    return ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+}
+
+int FileSystemCalls::addWatch(int queue, const char* path, std::uint32_t mask) {
+    return ::inotify_add_watch(queue, path, mask);
+}
+
+int FileSystemCalls::removeWatch(int queue, int watch) {
+    return ::inotify_rm_watch(queue, watch);
 }
 
 } // namespace platform

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <sys/stat.h>
 #include <sys/types.h>
@@ -29,6 +30,9 @@ public:
     virtual int link(int folder, const char* from, const char* to);
     virtual int unlink(int folder, const char* name);
     virtual int makeFolder(const char* path);
+    virtual int makeWatchQueue(); // of inotify, whose reads do not wait
+    virtual int addWatch(int queue, const char* path, std::uint32_t mask);
+    virtual int removeWatch(int queue, int watch);
 
     [[nodiscard]] static FileSystemCalls& current();
 

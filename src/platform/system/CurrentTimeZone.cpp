@@ -41,9 +41,14 @@ std::string pathOf(const std::string& text) {
     return std::string(folder && *folder ? folder : "/usr/share/zoneinfo").append("/").append(text);
 }
 
+// A value of TZ without the colon that it may start with.
+std::string textOf(const std::string& zone) {
+    return zone.substr(zone.starts_with(':') ? 1 : 0);
+}
+
 Source sourceOf(const std::string& zone) {
     Source source;
-    source.text = zone.substr(zone.starts_with(':') ? 1 : 0);
+    source.text = textOf(zone);
     source.path = pathOf(source.text);
     struct stat status {};
     if (stat(source.path.c_str(), &status) != 0)
@@ -93,6 +98,10 @@ const TimeZone& currentTimeZone() {
         zone = makeZone(known);
     }
     return zone;
+}
+
+std::string currentTimeZoneFile() {
+    return pathOf(textOf(Region::current().timeZone));
 }
 
 } // namespace platform

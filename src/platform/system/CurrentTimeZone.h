@@ -2,6 +2,8 @@
 
 #include "platform/system/TimeZone.h"
 
+#include <string>
+
 namespace platform {
 
 // The time zone of the current region, read as the C library reads TZ: a name is a file below $TZDIR or
@@ -12,5 +14,8 @@ namespace platform {
 // so that a file or a link that was replaced is seen at the next call. The reference is valid until then.
 // Main thread only.
 [[nodiscard]] const TimeZone& currentTimeZone();
+
+// The path at which that file is looked for, whether or not there is one.
+[[nodiscard]] std::string currentTimeZoneFile();
 
 } // namespace platform

@@ -4,6 +4,17 @@
 
 namespace platform {
 
+namespace {
+
+constexpr std::int64_t day = 86400;
+
+// The number of days since 1970-01-01, rounded down.
+std::int64_t dateOf(std::int64_t wallTime) {
+    return wallTime / day - (wallTime % day < 0 ? 1 : 0);
+}
+
+} // namespace
+
 ZoneOffset TimeZone::offsetAt(std::int64_t moment) const {
     return std::visit([moment](const auto& source) { return source.offsetAt(moment); }, source_);
 }
@@ -26,6 +37,19 @@ std::int64_t TimeZone::firstMomentFrom(std::int64_t wallTime) const {
 std::int64_t TimeZone::momentOf(std::int64_t wallTime) const {
     const std::int64_t moment = firstMomentFrom(wallTime);
     return wallTimeAt(moment) == wallTime ? moment : wallTime - offsetAt(moment - 1).seconds;
+}
+
+std::int64_t TimeZone::nextDateAfter(std::int64_t moment) const {
+    const std::int64_t date = dateOf(wallTimeAt(moment));
+    for (;;) {
+        const ZoneOffset offset = offsetAt(moment);
+        if (dateOf(moment + offset.seconds) != date)
+            return moment;
+        const std::int64_t midnight = (date + 1) * day - offset.seconds;
+        if (midnight < offset.end)
+            return midnight;
+        moment = offset.end;
+    }
 }
 
 } // namespace platform

@@ -33,6 +33,10 @@ public:
     // 03:30.
     [[nodiscard]] std::int64_t momentOf(std::int64_t wallTime) const;
 
+    // The first moment after this one at which the clock shows another date. It is midnight, unless a change
+    // of the clocks skips midnight or goes back over it.
+    [[nodiscard]] std::int64_t nextDateAfter(std::int64_t moment) const;
+
 private:
     std::variant<PosixZoneRule, ZoneFile> source_;
 };

@@ -252,3 +252,13 @@ TEST(CurrentTimeZoneTest, aReplacedFileIsSeenByDaysAndDates) {
     EXPECT_EQ(mediumDateText(evening), QStringLiteral("Jul 11, 2026"));
     EXPECT_EQ(Calendar::startOfDay(evening), support::utc(2026, 7, 11, -2));
 }
+
+TEST(CurrentTimeZoneTest, tellsWhereItsFileIsLookedFor) {
+    const RegionOverride plain({"en_US", "Europe/Berlin"});
+    const EnvironmentVariable folder("TZDIR", "/zones");
+    EXPECT_EQ(platform::currentTimeZoneFile(), "/zones/Europe/Berlin");
+    const RegionOverride path({"en_US", ":/etc/localtime"});
+    EXPECT_EQ(platform::currentTimeZoneFile(), "/etc/localtime");
+    const RegionOverride rule({"en_US", "CET-1CEST,M3.5.0,M10.5.0/3"});
+    EXPECT_EQ(platform::currentTimeZoneFile(), "/zones/CET-1CEST,M3.5.0,M10.5.0/3");
+}

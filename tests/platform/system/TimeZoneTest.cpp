@@ -87,3 +87,28 @@ TEST(TimeZoneTest, changesMayFollowEachOtherClosely) {
     EXPECT_EQ(busy.wallTimeAt(busy.momentOf(change + 2 * hour)), change + 5 * hour);
     EXPECT_EQ(busy.momentOf(change + 3 * hour), change + 2 * hour);
 }
+
+TEST(TimeZoneTest, theNextDateStartsAtMidnight) {
+    EXPECT_EQ(TimeZone().nextDateAfter(change), change + day);
+    EXPECT_EQ(TimeZone().nextDateAfter(change - 1), change);
+    EXPECT_EQ(TimeZone().nextDateAfter(-1), 0);
+    EXPECT_EQ(TimeZone().nextDateAfter(-day), 0);
+    const TimeZone forward = zone(change + 12 * hour, hour);
+    EXPECT_EQ(forward.nextDateAfter(change), change + day - hour);
+}
+
+TEST(TimeZoneTest, theNextDateStartsAfterAGap) {
+    EXPECT_EQ(zone(change, hour).nextDateAfter(change - 600), change);
+    EXPECT_EQ(zone(change - 1800, hour).nextDateAfter(change - 3600), change - 1800);
+    EXPECT_EQ(zone(change, day).nextDateAfter(change - 600), change) << "a date is skipped";
+}
+
+// Ten minutes after midnight the clock goes back by an hour.
+TEST(TimeZoneTest, aDateThatComesTwiceStartsTwice) {
+    const TimeZone back = zone(change + 600, -hour);
+    EXPECT_EQ(back.nextDateAfter(change - 1), change);
+    EXPECT_EQ(back.nextDateAfter(change), change + 600) << "the date of before comes again";
+    EXPECT_EQ(back.nextDateAfter(change + 600), change + hour);
+    const TimeZone atMidnight = zone(change, -hour);
+    EXPECT_EQ(atMidnight.nextDateAfter(change - 1), change + hour);
+}

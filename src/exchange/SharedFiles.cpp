@@ -1,7 +1,10 @@
 #include "exchange/SharedFiles.h"
 
+#include "exchange/GroupIdentifiers.h"
+#include "exchange/SharedSettings.h"
 #include "platform/plist/Reader.h"
 #include "platform/storage/Files.h"
+#include "platform/storage/GroupContainers.h"
 
 namespace exchange {
 
@@ -17,6 +20,17 @@ std::string accountFolder(const std::string& container, const std::string& accou
 
 std::string actionLogFile(const std::string& accountFolder) {
     return platform::pathByAppending(accountFolder, "actions.xml");
+}
+
+std::string iconsFolder(const std::string& accountFolder) {
+    return platform::pathByAppending(accountFolder, "icons");
+}
+
+platform::PathWatcher::Paths pathsOfList() {
+    const std::string group(fullEditionGroupIdentifier);
+    const std::string container = platform::GroupContainers::containerPath(group);
+    return {{feedFile(container), platform::SharedDefaults::file(group)},
+            {iconsFolder(accountFolder(container, accountKey()))}};
 }
 
 std::optional<plist::Array> arrayFromFile(const std::string& path) {

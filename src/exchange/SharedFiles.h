@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/plist/Value.h"
+#include "platform/storage/PathWatcher.h"
 
 #include <optional>
 #include <string>
@@ -17,6 +18,13 @@ namespace exchange {
 
 // The action log in an account's folder.
 [[nodiscard]] std::string actionLogFile(const std::string& accountFolder);
+
+// The icons in an account's folder.
+[[nodiscard]] std::string iconsFolder(const std::string& accountFolder);
+
+// What the list is made from: the feed, the shared settings and the icons of the current account, whether or
+// not there are any. The container and the account are looked up anew.
+[[nodiscard]] platform::PathWatcher::Paths pathsOfList();
 
 // The array that a property-list file holds. Nothing if the file is absent or unreadable, is no property
 // list, or has another root.

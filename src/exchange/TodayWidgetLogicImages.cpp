@@ -1,6 +1,7 @@
 #include "exchange/TodayWidgetLogic.h"
 
 #include "exchange/CircularDrawing.h"
+#include "exchange/SharedFiles.h"
 #include "exchange/Text.h"
 #include "platform/images/ImageFile.h"
 #include "platform/images/OvalPicture.h"
@@ -19,7 +20,7 @@ platform::Image TodayWidgetLogic::imageByName(const QString& name, const QRectF&
     const auto container = containerFolder();
     const auto account = accountPk();
     platform::require(container.has_value());
-    const auto icons = platform::pathByAppending(platform::pathByAppending(*container, account), "icons");
+    const auto icons = exchange::iconsFolder(exchange::accountFolder(*container, account));
     const auto file = platform::pathByAppending(icons, exchange::utf8FromText(name) + ".png");
     const platform::Image image = platform::imageWithContentsOfFile(file);
     if (name.size() >= pictureNameLength)

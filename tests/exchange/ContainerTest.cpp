@@ -43,6 +43,19 @@ TEST_F(ContainerTest, hasItsFilesAtFixedPlaces) {
     EXPECT_EQ(actionLogFile(accountFolder("/c", "Mein Konto ä")), "/c/Mein Konto ä/actions.xml");
 }
 
+TEST_F(ContainerTest, tellsWhatTheListIsMadeFrom) {
+    const std::string settings = "/Library/Preferences/" + std::string(fullEditionGroupIdentifier) + ".plist";
+    const auto expected = [&](const std::string& account) {
+        return platform::PathWatcher::Paths{{container + "/notifications.xml", container + settings},
+                                            {container + "/" + account + "/icons"}};
+    };
+    EXPECT_EQ(pathsOfList(), expected("-"));
+    setSettings({{"account_pk", plist::Value("anna")}});
+    EXPECT_EQ(pathsOfList(), expected("anna"));
+    removeContainer();
+    EXPECT_EQ(pathsOfList(), expected("-"));
+}
+
 TEST_F(ContainerTest, takesAnAccountKeyAsItStands) {
     EXPECT_EQ(actionLogFile(accountFolder("/c", "")), "/c/actions.xml") << "empty: the container itself";
     EXPECT_EQ(actionLogFile(accountFolder("/c", "/etc")), "/c/etc/actions.xml") << "absolute: still inside";

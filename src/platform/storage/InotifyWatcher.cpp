@@ -87,6 +87,8 @@ void InotifyWatcher::watch(const Paths& paths) {
 
 // Each place is watched before it is looked at, so that no change falls in between.
 void InotifyWatcher::follow(const std::string& path, bool withEntries) {
+    if (holdsNul(path))
+        return; // it names no file
     std::vector<std::string> rest;
     pushComponents(rest, path);
     std::string folder = "/";

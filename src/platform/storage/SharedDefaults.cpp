@@ -58,6 +58,10 @@ std::optional<SharedDefaults> SharedDefaults::open(const std::string& identifier
     return defaults;
 }
 
+std::string SharedDefaults::file(const std::string& identifier) {
+    return preferencesFile(GroupContainers::containerPath(identifier), identifier);
+}
+
 std::int64_t SharedDefaults::integerForKey(const std::string& key) const {
     const plist::Value* value = valueForKey(key);
     return value ? settingAsInteger(*value) : 0;

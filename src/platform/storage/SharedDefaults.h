@@ -19,6 +19,9 @@ public:
     // dictionary. If the container or the file does not exist or may not be read, the settings are empty.
     [[nodiscard]] static std::optional<SharedDefaults> open(const std::string& identifier);
 
+    // The path that the file of a group's settings has or would have.
+    [[nodiscard]] static std::string file(const std::string& identifier);
+
     // The setting as an integer, converted by settingAsInteger. 0 if it is absent.
     [[nodiscard]] std::int64_t integerForKey(const std::string& key) const;
 

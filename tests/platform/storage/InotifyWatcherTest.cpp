@@ -298,6 +298,12 @@ TEST_F(InotifyWatcherTest, followsAPathFromTheCurrentFolder) {
     EXPECT_THAT(look(), SaysPath());
 }
 
+TEST_F(InotifyWatcherTest, watchesNothingForAPathThatNamesNoFile) {
+    folder.write("a", "old");
+    watcher.watch({{folder.path(std::string_view("a\0b", 3))}, {}});
+    EXPECT_THAT(calls.added, IsEmpty());
+}
+
 TEST_F(InotifyWatcherTest, saysThatNobodyKnowsWhenEventsAreLost) {
     watchFile("file");
     calls.overflows = true;

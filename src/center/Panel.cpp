@@ -1,25 +1,30 @@
 #include "center/Panel.h"
 
+#include "center/ListFocus.h"
 #include "controller/WidgetInterfaceFiles.h"
 #include "platform/system/MainQueue.h"
 
 #include <QPointer>
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace center {
 
 using namespace std::chrono_literals;
 
-Panel::Panel(Backdrop backdrop, Height height, int contentWidth)
-    : window_(std::make_unique<PanelWindow>(backdrop, height, contentWidth)) {
+Panel::Panel(Backdrop backdrop, Height height, int contentWidth, std::unique_ptr<LoadTriggers> triggers)
+    : window_(std::make_unique<PanelWindow>(backdrop, height, contentWidth))
+    , triggers_(std::move(triggers)) {
     controller::registerWidgetInterfaceFiles();
     window_->setEscapePressed([this] { escapePressed(); });
     window_->setCloseRequested([this] { close(); });
     updateTimer_.setTimerType(Qt::VeryCoarseTimer);
     updateTimer_.setInterval(15min);
     QObject::connect(&updateTimer_, &QTimer::timeout, window_.get(), [this] { askForUpdate(); });
+    if (triggers_)
+        triggers_->setLoadNeeded([this] { awaitLoad(); });
     // A press can end without deferring work. The empty work makes the queue tell that it is idle after the
     // release.
     window_->setMouseReleased([this] {
@@ -35,11 +40,20 @@ Panel::~Panel() {
 }
 
 void Panel::load() {
+    if (triggers_)
+        triggers_->listWillLoad();
     const auto old = std::exchange(controller_, std::make_shared<TodayViewController>());
     controller_->setExtensionContext(std::make_shared<platform::ExtensionContext>());
+    std::optional<ListFocus> focus;
+    if (old && window_->isVisible())
+        focus.emplace(*old, window_->focusWidget());
     window_->setContent(controller_);
+    if (focus)
+        focus->giveTo(*controller_);
     if (old)
         old->releaseViews();
+    if (triggers_)
+        triggers_->listDidLoad(controller_->transactionsArray);
 }
 
 // A hidden window is not in use, whatever state its view is in.
@@ -73,9 +87,13 @@ void Panel::lookAgainWhenIdle() {
     });
 }
 
-void Panel::open() {
+void Panel::awaitLoad() {
     awaitsLoad_ = true;
     loadIfAwaited();
+}
+
+void Panel::open() {
+    awaitLoad();
     window_->moveToEdge();
     window_->show();
     askForUpdate();
@@ -87,6 +105,8 @@ void Panel::close() {
         return;
     updateTimer_.stop();
     awaitsLoad_ = false;
+    if (triggers_)
+        triggers_->stop();
     platform::View::dropHeldPress();
     window_->hide();
     if (closed_)

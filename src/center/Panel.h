@@ -1,5 +1,6 @@
 #pragma once
 
+#include "center/LoadTriggers.h"
 #include "center/PanelWindow.h"
 #include "controller/TodayViewController.h"
 
@@ -10,13 +11,16 @@
 
 namespace center {
 
-// The widget in its window. Each opening loads a new controller and view. If an action that the user chose
-// before is still pending, the old view stays until the action has been performed and the view is no longer
-// in use: no mouse button is pressed, no row is open and no action sheet is shown. The panel asks the widget
-// for an update when it opens and every 15 minutes; the answer changes nothing on screen.
+// The widget in its window. Each opening loads a new controller and view, and so does each trigger while the
+// panel is open. If an action that the user chose is still pending, the old view stays until the action has
+// been performed, and while the view is in use: a mouse button is pressed, a row is open or an action sheet
+// is shown. The panel asks the widget for an update when it opens and every 15 minutes; the answer changes
+// nothing on screen.
 class Panel final {
 public:
-    Panel(Backdrop backdrop, Height height, int contentWidth);
+    // Without triggers, the list stays as it was when the panel was opened.
+    Panel(Backdrop backdrop, Height height, int contentWidth,
+          std::unique_ptr<LoadTriggers> triggers = nullptr);
     ~Panel();
     Panel(const Panel&) = delete;
     Panel& operator=(const Panel&) = delete;
@@ -33,6 +37,7 @@ public:
     void load();
 
 private:
+    void awaitLoad();
     void loadIfAwaited();
     void lookAgainWhenIdle();
     [[nodiscard]] bool isInUse() const;
@@ -40,9 +45,10 @@ private:
     void askForUpdate() const;
 
     std::unique_ptr<PanelWindow> window_;
+    std::unique_ptr<LoadTriggers> triggers_;
     std::shared_ptr<TodayViewController> controller_;
     QTimer updateTimer_;
-    bool awaitsLoad_ = false;    // the panel was opened and still shows the old view
+    bool awaitsLoad_ = false;    // the panel still shows an old view
     bool looksWhenIdle_ = false; // the queue will call back once it is idle
     std::function<void()> closed_;
 };

@@ -102,7 +102,9 @@ void PanelWindow::setContent(std::shared_ptr<platform::ViewController> controlle
         view = &controller_->view();
         controller_->setPreferredContentSizeChanged([this] { preferredSizeChanged(); });
     }
+    const double offset = isVisible() ? scrollView_->offset() : 0;
     scrollView_->setDocumentView(view);
+    scrollView_->scrollTo(offset);
     preferredSizeChanged();
 }
 

@@ -28,6 +28,7 @@ public:
     PanelWindow(Backdrop backdrop, Height height, int contentWidth);
     ~PanelWindow() override;
 
+    // Shows the view of a controller. A window that is open stays scrolled to where it is.
     void setContent(std::shared_ptr<platform::ViewController> controller);
     void setEscapePressed(std::function<void()> handler) { escapePressed_ = std::move(handler); }
     void setCloseRequested(std::function<void()> handler) { closeRequested_ = std::move(handler); }

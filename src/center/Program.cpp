@@ -5,12 +5,15 @@
 #include "center/Panel.h"
 #include "center/Snapshot.h"
 #include "platform/storage/GroupContainers.h"
+#include "platform/storage/InotifyWatcher.h"
 #include "platform/system/MainQueue.h"
+#include "platform/system/TimerAlarm.h"
 #include "platform/views/Accessibility.h"
 
 #include <QApplication>
 
 #include <cstdio>
+#include <memory>
 
 namespace center {
 
@@ -36,7 +39,9 @@ void silenceQtMessages() {
 int showPanel() {
     QApplication::setQuitOnLastWindowClosed(false);
     platform::installViewAccessibility();
-    Panel panel(backdropOfDesktop(), Height::OfScreen, defaultContentWidth);
+    Panel panel(backdropOfDesktop(), Height::OfScreen, defaultContentWidth,
+                std::make_unique<LoadTriggers>(std::make_unique<platform::InotifyWatcher>(),
+                                               std::make_unique<platform::TimerAlarm>()));
     panel.setClosed([] { quitWhenIdle(); });
     panel.open();
     return QApplication::exec();

@@ -7,6 +7,7 @@
 #include "platform/storage/GroupContainers.h"
 #include "platform/storage/InotifyWatcher.h"
 #include "platform/system/MainQueue.h"
+#include "platform/system/TerminationSignals.h"
 #include "platform/system/TimerAlarm.h"
 #include "platform/views/Accessibility.h"
 
@@ -30,10 +31,23 @@ void quitWhenIdle() {
         queue.whenNextIdle([] { quitWhenIdle(); });
 }
 
+QtMessageHandler printMessage = nullptr; // null where messages are silenced
+
+// Qt ends the process right after it has said that the display is gone: with exit() on X11, with _exit() on
+// Wayland, and tells nobody else. So what the user has chosen is carried out here.
+void handleMessage(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+    if (printMessage)
+        printMessage(type, context, text);
+    if (text.startsWith(QLatin1String("The X11 connection broke")) ||
+        text.startsWith(QLatin1String("The Wayland connection ")))
+        platform::MainQueue::current().finish();
+}
+
 // Qt's messages (about a missing runtime folder or a font) are for developers, who set QT_LOGGING_RULES.
-void silenceQtMessages() {
-    if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES"))
-        qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+void installMessageHandler() {
+    const QtMessageHandler before = qInstallMessageHandler(handleMessage);
+    if (qEnvironmentVariableIsSet("QT_LOGGING_RULES"))
+        printMessage = before;
 }
 
 int showPanel() {
@@ -43,6 +57,7 @@ int showPanel() {
                 std::make_unique<LoadTriggers>(std::make_unique<platform::InotifyWatcher>(),
                                                std::make_unique<platform::TimerAlarm>()));
     panel.setClosed([] { quitWhenIdle(); });
+    const platform::TerminationSignals signals([&panel] { panel.close(); });
     panel.open();
     return QApplication::exec();
 }
@@ -64,7 +79,7 @@ int run(int argc, char** argv) {
         platform::GroupContainers::setFolder(options.containers);
     if (options.snapshot)
         prepareSnapshot(*options.snapshot);
-    silenceQtMessages();
+    installMessageHandler();
     // Qt would take options of its own from the arguments, which this program does not have.
     int count = 1;
     QApplication application(count, argv);

@@ -262,7 +262,7 @@ class Desktop:
         log = self.folder / "Xvfb.log"
         try:
             with log.open("wb") as err:
-                process = self.start(
+                process = self._screen = self.start(
                     ("Xvfb", "-displayfd", its, "-screen", "0", f"{width}x{height}x24", "-dpi", "96", "-noreset",
                      "-nolisten", "tcp"), pass_fds=(its,), stderr=err)
         finally:
@@ -360,6 +360,14 @@ class Desktop:
         subprocess.run(["import", "-window", "root", path], env=self.env, stdin=subprocess.DEVNULL,
                        timeout=DEADLINE, check=True)
 
+    def has_screen(self):
+        return self._screen.poll() is None
+
+    def end_screen(self):
+        """Ends the X server, at once and without a word to its clients."""
+        self._screen.kill()
+        self._screen.wait(DEADLINE)
+
     def end(self):
         """Ends everything that runs here, the last started first, then what those left behind."""
         for process in reversed(self._processes):
@@ -399,6 +407,6 @@ class DesktopTest(unittest.TestCase):
 
     def _keep_picture_of_failure(self, faults_before):
         folder = os.environ.get("KORVEL_FAILURES")
-        if folder and self._faults() > faults_before:
+        if folder and self._faults() > faults_before and self.desktop.has_screen():
             pathlib.Path(folder).mkdir(parents=True, exist_ok=True)
             self.desktop.save_picture(pathlib.Path(folder, self.id() + ".png"))

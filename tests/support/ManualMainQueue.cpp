@@ -31,4 +31,9 @@ void ManualMainQueue::advance(Duration duration) {
     animations_.tickAll(now_);
 }
 
+void ManualMainQueue::finish() {
+    while (!work_.isEmpty())
+        advance(work_.firstDue() - now_);
+}
+
 } // namespace support

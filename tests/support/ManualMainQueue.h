@@ -22,6 +22,7 @@ public:
     [[nodiscard]] std::unique_ptr<Ticking> animate(Duration duration, Tick tick) override;
     [[nodiscard]] bool isIdle() const override { return work_.isEmpty(); }
     void whenNextIdle(Work work) override { work_.addForIdle(std::move(work)); }
+    void finish() override;
 
     // Advances the time and runs all work that falls due in between, including work that such work defers.
     // Animations tick whenever work falls due, and at the end of the span.

@@ -237,6 +237,14 @@ TEST_F(ManualMainQueueTest, workWithoutAFunctionDoesNothing) {
     EXPECT_TRUE(queue.isIdle());
 }
 
+TEST_F(ManualMainQueueTest, finishesAllWorkAtItsTime) {
+    queue.after(300ms, note("refresh"));
+    queue.after(100ms, [&] { queue.after(100ms, note("report")); });
+    queue.finish();
+    EXPECT_THAT(notes, ElementsAre("report", "refresh"));
+    EXPECT_TRUE(queue.isIdle());
+}
+
 TEST_F(ManualMainQueueTest, isInForceWhileItLives) {
     EXPECT_EQ(&MainQueue::current(), &queue);
     {

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <thread>
 #include <utility>
 
 namespace platform {
@@ -73,6 +74,13 @@ void EventLoopMainQueue::runDue() {
     arm();
     animations_.tickAll(time);
     work_.run(std::move(work));
+}
+
+void EventLoopMainQueue::finish() {
+    while (!work_.isEmpty()) {
+        std::this_thread::sleep_until(std::chrono::steady_clock::time_point(work_.firstDue()));
+        runDue();
+    }
 }
 
 void EventLoopMainQueue::tickFrame() {

@@ -26,6 +26,7 @@ public:
     [[nodiscard]] std::unique_ptr<Ticking> animate(Duration duration, Tick tick) override;
     [[nodiscard]] bool isIdle() const override { return work_.isEmpty(); }
     void whenNextIdle(Work work) override { work_.addForIdle(std::move(work)); }
+    void finish() override;
 
 private:
     void arm();

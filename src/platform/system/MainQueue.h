@@ -39,6 +39,10 @@ public:
     // is idle now, it runs after work that is deferred later. It may defer work and ask for the next time.
     virtual void whenNextIdle(Work work) = 0;
 
+    // Runs all deferred work now, without the event loop, but waits for each piece until it is due. For a program
+    // that has to end at once.
+    virtual void finish() = 0;
+
     // The queue of the program: that of the event loop, unless another one was set.
     [[nodiscard]] static MainQueue& current();
 

@@ -243,6 +243,18 @@ TEST_F(EventLoopMainQueueTest, isTheQueueInForceUnlessAnotherIsSet) {
     EXPECT_EQ(&MainQueue::current(), &queueInForce);
 }
 
+TEST_F(EventLoopMainQueueTest, finishesWithoutAnEventLoop) {
+    const auto start = Clock::now();
+    queue.after(20ms, note("last"));
+    queue.after(1ms, [&] { queue.after(2ms, note("deferred by the first")); });
+    queue.whenNextIdle(note("idle"));
+    queue.finish();
+    EXPECT_GE(Clock::now() - start, 20ms);
+    EXPECT_EQ(notes, (std::vector<std::string>{"deferred by the first", "last", "idle"}));
+    EXPECT_TRUE(queue.isIdle());
+    queue.finish();
+}
+
 // The queue of the process outlives an application and works with the next one.
 TEST(EventLoopMainQueueApplicationTest, servesOneApplicationAfterAnother) {
     EventLoopMainQueue queue;

@@ -1,0 +1,69 @@
+"""The panel is told to end, or loses its screen, right after the user has chosen: the choice is carried out first."""
+
+import signal
+import unittest
+
+import flows
+import harness
+from flows import days_from_now, logged, overdue
+
+
+class RightAfterAChoice(flows.Flow):
+    def choose(self):
+        """Answers a sheet and waits until its other buttons fade. The answer is carried out half a second after the
+        click."""
+        self.records = [overdue(1), overdue(2)]
+        panel = self.open(self.records)
+        self.open_sheet("Later", 0, shown=2, choices=3)
+        before = self.cancel_button()
+        panel.choose(2)
+        harness.wait_for(lambda: self.cancel_button() != before, "an answered sheet")
+
+    def cancel_button(self):
+        picture = self.panel.window.picture()
+        return [picture[self.panel.at(x, flows.CANCEL[3])] for x in range(flows.WIDTH)]
+
+    def assert_later_carried_out(self):
+        moved = self.records[0] | {"date": days_from_now(3)}
+        self.assert_carried_out([moved, self.records[1]], logged(2, self.records[0], 3))
+
+    def test_a_signal_ends_the_panel_only_when_the_choice_is_written(self):
+        for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+            with self.subTest(signal=number.name):
+                self.choose()
+                self.panel.program.process.send_signal(number)
+                self.assertEqual(self.panel.program.end_status(), 0)
+                self.assertEqual(self.panel.program.err, "")
+                self.assert_later_carried_out()
+
+    def test_a_second_signal_does_not_hurry_it(self):
+        self.choose()
+        for _ in range(3):
+            self.panel.program.process.send_signal(signal.SIGTERM)
+        self.assertEqual(self.panel.program.end_status(), 0)
+        self.assert_later_carried_out()
+
+    def test_a_signal_ends_a_panel_without_a_choice_and_leaves_the_files_alone(self):
+        self.open([overdue(1)])
+        self.panel.wait_for_rows(1)
+        self.panel.program.process.send_signal(signal.SIGTERM)
+        self.assertEqual(self.panel.program.end_status(), 0)
+        self.assert_untouched()
+
+    def test_the_end_of_the_screen_ends_the_panel_only_when_the_choice_is_written(self):
+        self.choose()
+        self.desktop.end_screen()
+        self.assertEqual(self.panel.program.end_status(), 1)
+        self.assertEqual(self.panel.program.err, "")
+        self.assert_later_carried_out()
+
+    def test_the_end_of_the_screen_ends_a_panel_without_a_choice_and_leaves_the_files_alone(self):
+        self.open([overdue(1)])
+        self.panel.wait_for_rows(1)
+        self.desktop.end_screen()
+        self.assertEqual(self.panel.program.end_status(), 1)
+        self.assert_untouched()
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -62,7 +62,7 @@ class Container:
         self.containers = pathlib.Path(containers)
         self.folder = self.containers / os.environ["KORVEL_GROUP"]
         self.account = self.folder / account
-        (self.account / "icons").mkdir(parents=True)
+        (self.account / "icons").mkdir(parents=True, exist_ok=True)
         (self.account / "icons" / "glyph.png").write_bytes(png(36, 36))
         self.settings = {"account_pk": account, "show_transactions_count": 5, "notification_days_count": 0}
         self.write_settings()

@@ -9,9 +9,15 @@ import unittest
 
 APT = "noninteractive -q -y -o Dpkg::Use-Pty=0"
 INSTALL = APT + " install --no-install-recommends"
+
+
+def release(number):
+    return f'ID=debian\nVERSION_ID="{number}"\n'
+
+
 FILES = {
     "scripts/packages": "build g++ the compiler\nbuild cmake makes files\ntest g++ for tests too\ntest xvfb a screen\n",
-    "os-release": 'ID=debian\nVERSION_ID="12"\n',
+    "os-release": release(12),
     "lists": "",  # of the available packages; "update" makes it
     "bin/id": "#!/bin/sh\necho $USER_ID\n",
     # Knows the packages in the file "installed" and ends with 1 where it is asked for others, as the real one.
@@ -46,7 +52,9 @@ CASES = [
      f"{INSTALL} cmake\n{APT} update\n{INSTALL} cmake\nquery"),
     ("no network", "build", "", {"lists": None}, {"OFFLINE": "1"}, 1, "could not install: cmake g++", None),
     ("a package of another name", "build", "", {}, {"RENAMED": "cmake"}, 1, "no package's own: cmake", None),
-    ("another system", "build", "", {"os-release": FEDORA}, {}, 1, "not Debian 12; install", ""),
+    ("the newer release", "build", "g++", {"os-release": release(13)}, {}, 0, "", f"{INSTALL} cmake\nquery"),
+    ("an older release", "build", "", {"os-release": release(11)}, {}, 1, "neither Debian 12 nor 13; install", ""),
+    ("another system", "build", "", {"os-release": FEDORA}, {}, 1, "neither Debian 12 nor 13; install", ""),
     ("told to skip", "build", "", {"os-release": FEDORA}, {"KORVEL_SETUP": "skip"}, 0, "", None),
     ("no sudo", "build", "", {}, {"USER_ID": "1000"}, 1, "as root: apt-get install --no-install-recommends cmake", ""),
     ("sudo asks nothing", "build", "g++", {"bin/sudo": SUDO}, {"USER_ID": "1000"}, 0, "",

@@ -5,6 +5,7 @@
 #include "platform/system/NumberText.h"
 
 #include <QDateTime>
+#include <QTimeZone>
 
 #include <charconv>
 #include <cmath>
@@ -34,7 +35,7 @@ QDate relativeDay(std::string_view text) {
     if (!days)
         return {};
     const std::int64_t now = wallTimeOf(platform::Clock::current().now());
-    return QDateTime::fromSecsSinceEpoch(now, Qt::UTC).date().addDays(*days);
+    return QDateTime::fromSecsSinceEpoch(now, QTimeZone::utc()).date().addDays(*days);
 }
 
 QDate dayOf(std::string_view text) {
@@ -59,7 +60,7 @@ std::optional<double> momentOfText(std::string_view text) {
     const QTime time = space == std::string_view::npos ? QTime(0, 0) : timeOf(text.substr(space + 1));
     if (!day.isValid() || !time.isValid() || day.year() < 1 || day.year() > 9999)
         return std::nullopt;
-    const std::int64_t wallTime = QDateTime(day, time, Qt::UTC).toSecsSinceEpoch();
+    const std::int64_t wallTime = QDateTime(day, time, QTimeZone::utc()).toSecsSinceEpoch();
     return static_cast<double>(platform::currentTimeZone().momentOf(wallTime));
 }
 
@@ -68,7 +69,7 @@ std::string textOfMoment(double moment) {
         char text[32];
         return {text, std::to_chars(text, text + sizeof text, moment).ptr};
     }
-    return QDateTime::fromSecsSinceEpoch(wallTimeOf(moment), Qt::UTC)
+    return QDateTime::fromSecsSinceEpoch(wallTimeOf(moment), QTimeZone::utc())
         .toString(QStringLiteral("yyyy-MM-dd HH:mm"))
         .toStdString();
 }

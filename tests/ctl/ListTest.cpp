@@ -1,5 +1,6 @@
 #include "ctl/CtlTest.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace ctl {

@@ -1,5 +1,6 @@
 #include "platform/system/LocaleName.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <utility>

@@ -48,8 +48,8 @@ function(korvel_test name)
         KORVEL_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data" KORVEL_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
     # The discovery of tests takes lists apart and would keep the first variable only, so that another program
     # sets them.
-    set_target_properties(${name} PROPERTIES
-        CROSSCOMPILING_EMULATOR "/usr/bin/env;QT_QPA_PLATFORM=offscreen;${arg_ENVIRONMENT}")
+    set(launcher /usr/bin/env QT_QPA_PLATFORM=offscreen ${arg_ENVIRONMENT})
+    set_target_properties(${name} PROPERTIES CROSSCOMPILING_EMULATOR "${launcher}")
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 TEST_FILTER "${arg_FILTER}"
         PROPERTIES TIMEOUT 120)
 endfunction()

@@ -20,12 +20,17 @@ def _children(node):
     return [child for child in found if child is not None]
 
 
+def _role(node):
+    # The one role whose name changed: at-spi2-core 2.46 (Debian 12) says "push button", 2.56 (Debian 13) "button".
+    return "push button" if node.get_role() == Atspi.Role.PUSH_BUTTON else node.get_role_name()
+
+
 def _actions(node):
     return [node.get_action_name(i) for i in range(node.get_n_actions())] if node.get_action_iface() else []
 
 
 def _told(node):
-    told = {"role": node.get_role_name(), "name": node.get_name(), "description": node.get_description(),
+    told = {"role": _role(node), "name": node.get_name(), "description": node.get_description(),
             "states": sorted(state.value_nick for state in node.get_state_set().get_states()),
             "actions": _actions(node)}
     if node.get_component_iface():
@@ -35,7 +40,7 @@ def _told(node):
 
 
 def _matching(node, role, name):
-    if node.get_role_name() == role and node.get_name() == name:
+    if _role(node) == role and node.get_name() == name:
         yield node
     for child in _children(node):
         yield from _matching(child, role, name)
@@ -57,7 +62,7 @@ def act(role, name, action):
 
 def listen(*events):
     def told(event):
-        print(json.dumps({"event": event.type, "role": event.source.get_role_name(), "name": event.source.get_name(),
+        print(json.dumps({"event": event.type, "role": _role(event.source), "name": event.source.get_name(),
                           "detail": event.detail1}, ensure_ascii=False), flush=True)
     listener = Atspi.EventListener.new(told)
     for event in events:

@@ -39,9 +39,11 @@ std::string messageOf(const std::string& what, const std::string& token) {
 // parser stops at the first error.
 class Builder final : public nlohmann::json_sax<Json> {
 public:
+    // An empty text is parsed as a blank one: for it alone, version 3.11.3 of the library (Debian 13) has a
+    // message that begins like no other.
     explicit Builder(std::string_view text)
         : text_(text)
-        , stream_(std::string(text)) {}
+        , stream_(text.empty() ? " " : std::string(text)) {}
 
     std::variant<plist::Value, JsonError> build() {
         Json::sax_parse(stream_, this);

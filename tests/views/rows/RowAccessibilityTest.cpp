@@ -11,12 +11,11 @@ namespace {
 // Rows in a shown window, as assistive programs find them.
 class RowAccessibilityTest : public RowTest {
 protected:
+    // Before any row is made: Qt 6.8 (unlike 6.4) reports the children of a view that is hidden before it was
+    // shown, and keeps the interface that it makes for that.
+    static void SetUpTestSuite() { platform::installViewAccessibility(); }
+
     RowAccessibilityTest() {
-        static const bool once = [] {
-            platform::installViewAccessibility();
-            return true;
-        }();
-        EXPECT_TRUE(once);
         showStage();
         row->configureForItem(item(), 60);
         row->delegate = delegate;

@@ -11,6 +11,7 @@
 #include "views/rows/TodayAddTableCellView.h"
 #include "views/rows/TodayTableCellView.h"
 
+#include <QRectF>
 #include <QString>
 
 #include <cstdint>
@@ -98,4 +99,6 @@ private:
     [[nodiscard]] platform::ExtensionContext* requiredContext() const;
     void showActionSheet(TodayTransactionAction action);
     void hideActionSheet();
+
+    QRectF listInSight_; // the part of the list that was in sight before the action sheet
 };

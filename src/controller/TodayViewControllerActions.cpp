@@ -56,6 +56,8 @@ void TodayViewController::todayTableViewCellClickedAction(TodayTransactionAction
 
 void TodayViewController::showActionSheet(TodayTransactionAction action) {
     currentAction = action;
+    if (!mainTableView->isHidden())
+        listInSight_ = view().exposedRect();
     mainTableView->setHidden(true);
     const QString title = currentTransaction->name + QStringLiteral(": ") + currentTransaction->amount;
     if (actionSheet)
@@ -74,6 +76,7 @@ void TodayViewController::showActionSheet(TodayTransactionAction action) {
     const double newHeight = preferredContentSize().height();
     const double y = oldHeight - newHeight + sheetTopMargin;
     actionSheet->setUnflippedFrame(QRectF(0, y, view().bounds().width(), newHeight), oldHeight);
+    actionSheet->scrollRectToVisible(actionSheet->bounds());
 }
 
 void TodayViewController::actionSheetClickedButtonAtIndex(std::int64_t index) {
@@ -94,6 +97,7 @@ void TodayViewController::hideActionSheet() {
     actionSheet = nullptr;
     currentAction = std::nullopt;
     reloadData();
+    view().scrollRectToVisible(listInSight_);
 }
 
 // The indexes are not calculated again before the refresh, on purpose: the second of two quick removals uses

@@ -2,6 +2,7 @@
 #include "controller/ControllerTest.h"
 
 #include "exchange/TodayWidgetLogic.h"
+#include "platform/views/ScrollView.h"
 
 namespace controller {
 namespace {
@@ -262,6 +263,44 @@ TEST_F(ActionSheetTest, afterCancelTheRowTakesTheNextAction) {
     controller->actionSheetClickedButtonAtIndex(0);
     act(0, Action::Paid());
     EXPECT_THAT(names(), ElementsAre("B"));
+}
+
+// --- a list that is taller than what it is shown in
+
+class ScrolledSheetTest : public ActionSheetTest {
+protected:
+    void loadInto(double height) {
+        giveFeedOf(9);
+        load(Count::All());
+        scroll.setDocumentView(&controller->view());
+        scroll.setFrame(QRectF(0, 0, 320, height));
+        scroll.setDocumentHeight(this->height());
+        controller->setPreferredContentSizeChanged([this] { scroll.setDocumentHeight(this->height()); });
+    }
+    ~ScrolledSheetTest() override { scroll.setDocumentView(nullptr); }
+
+    platform::ScrollView scroll;
+};
+
+TEST_F(ScrolledSheetTest, theSheetIsScrolledTo) {
+    loadInto(200);
+    scroll.scrollTo(300);
+    act(8, Action::Later(0));
+    EXPECT_EQ(scroll.offset(), 0);
+}
+
+TEST_F(ScrolledSheetTest, theListIsWhereItWasAfterTheSheet) {
+    loadInto(200);
+    scroll.scrollTo(220);
+    act(8, Action::Later(0));
+    controller->todayTableViewCellClickedAction(Action::Later(0)); // once more
+    scroll.scrollTo(45);                                           // to its Cancel
+    controller->actionSheetClickedButtonAtIndex(0);
+    EXPECT_EQ(scroll.offset(), 220);
+    act(8, Action::Later(0));
+    giveFeedOf(6);
+    controller->actionSheetClickedButtonAtIndex(1);
+    EXPECT_EQ(scroll.offset(), height() - 200) << "as far as the list goes now";
 }
 
 TEST_F(ActionSheetTest, anAnswerWithoutACurrentActionIsIgnored) {

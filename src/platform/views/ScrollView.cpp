@@ -84,7 +84,13 @@ void ScrollView::scrollToVisible(const QRectF& rect) {
     if (rect.top() < offset_)
         scrollTo(rect.top());
     else if (rect.bottom() > offset_ + height())
-        scrollTo(rect.bottom() - height());
+        scrollTo(std::min(rect.top(), rect.bottom() - height()));
+}
+
+// The rectangle comes from the document, so it is one of this view.
+void ScrollView::scrollRectToVisible(const QRectF& rect) {
+    if (document_)
+        scrollToVisible(rect.translated(-document_->geometry().topLeft()));
 }
 
 void ScrollView::layoutDocument() {

@@ -23,9 +23,11 @@ public:
 
     [[nodiscard]] double offset() const { return offset_; }
     void scrollTo(double offset);
-    // Scrolls just as far as it takes to show a rectangle of the document.
+    // Scrolls just as far as it takes to show a rectangle of the document; the upper part of one that is too
+    // tall.
     void scrollToVisible(const QRectF& rect);
 
+    void scrollRectToVisible(const QRectF& rect) override;
     void layoutViews() override;
 
 protected:

@@ -98,6 +98,11 @@ QRect View::exposedRect() const {
         widget = widget->parentWidget();
         exposed &= widget->rect().translated(-offset);
     }
+void View::scrollRectToVisible(const QRectF& rect) {
+    if (View* above = superview())
+        above->scrollRectToVisible(rect.translated(origin()));
+}
+
     return exposed;
 }
 

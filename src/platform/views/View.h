@@ -73,6 +73,10 @@ public:
     [[nodiscard]] QRect exposedRect() const;
 
     // --- what shows
+    // Scrolls whatever the view lies in just as far as it takes to show a rectangle of the view; the upper
+    // part of one that is too tall.
+    virtual void scrollRectToVisible(const QRectF& rect);
+
 
     // The view's own flag, whatever its window does.
     void setHidden(bool hidden);

@@ -95,6 +95,25 @@ TEST_F(Scrolling, showsARectangleWithAsLittleScrollingAsItTakes) {
     EXPECT_EQ(scroll.offset(), 30) << "at the upper edge";
 }
 
+TEST_F(Scrolling, showsTheUpperPartOfARectangleThatIsTooTall) {
+    scroll.scrollToVisible(QRectF(0, 150, 10, 300));
+    EXPECT_EQ(scroll.offset(), 150);
+    scroll.scrollToVisible(QRectF(0, 50, 10, 300));
+    EXPECT_EQ(scroll.offset(), 50);
+}
+
+TEST_F(Scrolling, showsARectangleOfAViewInTheDocument) {
+    View inner(&document);
+    inner.setFrame(QRectF(20, 100, 50, 200));
+    scroll.setHorizontalInset(12);
+    inner.scrollRectToVisible(QRectF(0, 150, 10, 50));
+    EXPECT_EQ(scroll.offset(), 200);
+    inner.scrollRectToVisible(QRectF(0, 50, 10, 50));
+    EXPECT_EQ(scroll.offset(), 150);
+    document.scrollRectToVisible(QRectF(0, 10, 10, 10));
+    EXPECT_EQ(scroll.offset(), 10);
+}
+
 TEST_F(Scrolling, takesAnotherDocumentFromItsTop) {
     View other;
     scroll.scrollTo(100);

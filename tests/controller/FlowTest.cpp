@@ -216,6 +216,72 @@ TEST_F(FlowTest, severalActionsInOneLoad) {
     EXPECT_TRUE(queue.isIdle());
 }
 
+// The refresh replaces the last row's view under the hand.
+TEST_F(FlowTest, aPressOnTheAddButtonThatARefreshReplacesIsAClick) {
+    giveFeedOf(3);
+    show();
+    clickRow(0);
+    clickButton(0, Paid);
+    queue.advance(250ms);
+    const auto last = addRow();
+    const QPoint place = last->addButton->mapTo(&controller->view(), QPoint(25, 25));
+    support::press(controller->view(), place);
+    queue.advance(50ms);
+    EXPECT_NE(addRow(), last);
+    support::settle();
+    support::release(controller->view(), place);
+    EXPECT_THAT(opened, ElementsAre("korvelWidget://tw_new_transaction"));
+}
+
+// The sheet asks about the transaction of the row that opened it, whatever is released behind it.
+TEST_F(FlowTest, aRowThatIsHeldWhenASheetComesIsNotOpened) {
+    giveFeedOf(3);
+    show();
+    clickRow(0);
+    support::press(row(2), QPoint(20, 25));
+    controller->cellArray[0]->rightButtonsPanel->buttonLaterClick(); // by a key, say
+    support::release(row(2), QPoint(20, 25));
+    EXPECT_FALSE(row(2).isExpanded());
+    EXPECT_EQ(row(2).cellContentView->alphaValue(), 1);
+    EXPECT_EQ(controller->currentTransaction, transaction(0));
+    answer(*sheet().theCancelButton);
+}
+
+struct Repeated {
+    const char* name;
+    Button button;
+    std::vector<std::string> left; // of two transactions
+};
+
+class RepeatedClicksTest : public FlowTest, public testing::WithParamInterface<Repeated> {};
+
+// At a pace at which the slide is over and the sheet or the next row is there before the next click.
+TEST_P(RepeatedClicksTest, actOnce) {
+    giveFeedOf(2);
+    show();
+    clickRow(0);
+    const QPoint place = row(0)
+                             .rightButtonsPanel->subviews()
+                             .at(GetParam().button)
+                             ->mapTo(&controller->view(), QPoint(25, 25));
+    support::click(controller->view(), place);
+    for (int i = 0; i < 4; ++i) {
+        queue.advance(250ms);
+        support::settle();
+        support::clickAfter(250ms, controller->view(), place);
+    }
+    queue.advance(2s);
+    EXPECT_EQ(names(), GetParam().left);
+    EXPECT_EQ(inFeed(), GetParam().left);
+    for (const auto& each : controller->cellArray)
+        EXPECT_FALSE(each->isExpanded());
+}
+
+INSTANTIATE_TEST_SUITE_P(Buttons, RepeatedClicksTest,
+                         testing::Values(Repeated{"paid", Paid, {"B"}}, Repeated{"later", Later, {"A", "B"}},
+                                         Repeated{"deleting", Delete, {"B"}}),
+                         [](const auto& listed) { return listed.param.name; });
+
 // A row receives no press while it is removed, so that a double click on Paid pays once.
 TEST_F(FlowTest, aDoubleClickOnPaidPaysOnce) {
     giveFeedOf(3);

@@ -6,11 +6,16 @@
 #include <QWidget>
 #include <QWindow>
 
+using namespace std::chrono_literals;
+
 namespace {
 
 QWindow& windowOf(QWidget& widget) {
     return *widget.window()->windowHandle();
 }
+
+// When the last press was, by the clock of the events.
+int lastPress = 0;
 
 QPoint inWindow(QWidget& widget, QPoint point) {
     return widget.mapTo(widget.window(), point);
@@ -29,6 +34,7 @@ void sendWheel(QWidget& widget, QPoint pixels, QPoint angle) {
 
 void support::press(QWidget& widget, QPoint point, Qt::MouseButton button) {
     QTest::mousePress(&windowOf(widget), button, {}, inWindow(widget, point));
+    lastPress = QTest::lastMouseTimestamp;
 }
 
 void support::drag(QWidget& widget, QPoint point) {
@@ -40,11 +46,23 @@ void support::release(QWidget& widget, QPoint point, Qt::MouseButton button) {
 }
 
 void support::click(QWidget& widget, QPoint point, Qt::MouseButton button) {
-    QTest::mouseClick(&windowOf(widget), button, {}, inWindow(widget, point));
+    press(widget, point, button);
+    release(widget, point, button);
 }
 
 void support::doubleClick(QWidget& widget, QPoint point) {
-    QTest::mouseDClick(&windowOf(widget), Qt::LeftButton, {}, inWindow(widget, point));
+    click(widget, point);
+    clickAfter(30ms, widget, point);
+}
+
+void support::pressAfter(std::chrono::milliseconds time, QWidget& widget, QPoint point) {
+    QTest::lastMouseTimestamp = lastPress + static_cast<int>(time.count()) - 1; // a press adds one
+    press(widget, point);
+}
+
+void support::clickAfter(std::chrono::milliseconds time, QWidget& widget, QPoint point) {
+    pressAfter(time, widget, point);
+    release(widget, point);
 }
 
 void support::click(QWidget& widget) {

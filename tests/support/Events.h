@@ -3,6 +3,8 @@
 #include <QPoint>
 #include <Qt>
 
+#include <chrono>
+
 class QWidget;
 
 // Mouse and keyboard input. It is sent to the window, as the window system does, so that Qt chooses the
@@ -16,6 +18,9 @@ void release(QWidget& widget, QPoint point, Qt::MouseButton button = Qt::LeftBut
 void click(QWidget& widget, QPoint point, Qt::MouseButton button = Qt::LeftButton);
 // Two presses and releases in quick succession.
 void doubleClick(QWidget& widget, QPoint point);
+// A press or click that comes so long after the press before it, by the time that the events tell.
+void pressAfter(std::chrono::milliseconds time, QWidget& widget, QPoint point);
+void clickAfter(std::chrono::milliseconds time, QWidget& widget, QPoint point);
 // Clicks the middle of the widget.
 void click(QWidget& widget);
 // The angle of one notch up is 120.

@@ -62,8 +62,9 @@ public:
         return names;
     }
 
+    // An assistive program may still know a view that has been hidden or taken out since it asked.
     void doAction(const QString& name) override {
-        if (!view().isEnabled())
+        if (!view().isEnabled() || !view().isVisible())
             return;
         if (traits().actions.contains(name))
             view().performAccessibleAction(name);

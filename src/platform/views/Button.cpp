@@ -68,6 +68,8 @@ bool Button::event(QEvent* event) {
 }
 
 void Button::performClick() {
+    if (!isEnabled())
+        return;
     // The action may end the button.
     if (const auto action = action_)
         action();
@@ -78,7 +80,7 @@ void Button::mouseDown(const MouseEvent&) {
 }
 
 void Button::mouseDragged(const MouseEvent& event) {
-    setHighlighted(rect().contains(mapFromGlobal(event.globalPosition).toPoint()));
+    setHighlighted(rect().contains(event.positionInTarget.toPoint()));
 }
 
 void Button::mouseUp(const MouseEvent& event) {
@@ -87,6 +89,10 @@ void Button::mouseUp(const MouseEvent& event) {
         return;
     setHighlighted(false);
     performClick();
+}
+
+void Button::mouseCancelled() {
+    setHighlighted(false);
 }
 
 void Button::setHighlighted(bool highlighted) {

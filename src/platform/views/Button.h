@@ -45,11 +45,13 @@ public:
     void setHelpTextKey(const char* key) { helpTextKey_ = key; }
 
     void setAction(std::function<void()> action) { action_ = std::move(action); }
+    // Has no effect while the button is disabled.
     void performClick();
 
     void mouseDown(const MouseEvent& event) override;
     void mouseDragged(const MouseEvent& event) override;
     void mouseUp(const MouseEvent& event) override;
+    void mouseCancelled() override;
     [[nodiscard]] AccessibleTraits accessibleTraits() const override;
     void performAccessibleAction(const QString& action) override;
 

@@ -1,6 +1,7 @@
 #include "platform/views/View.h"
 
 #include "platform/views/Accessibility.h"
+#include "platform/views/PressTracker.h"
 
 #include <QFocusEvent>
 #include <QGraphicsOpacityEffect>
@@ -12,10 +13,6 @@
 namespace platform {
 
 namespace {
-
-// The view that took the press that is held, and the one that took the last press at all. There is one mouse.
-QPointer<View> heldTarget;
-QPointer<View> lastTarget;
 
 // With the upper and left edge, without the lower and right one.
 bool contains(const QRectF& rect, QPointF point) {
@@ -98,16 +95,18 @@ QRect View::exposedRect() const {
         widget = widget->parentWidget();
         exposed &= widget->rect().translated(-offset);
     }
+    return exposed;
+}
+
 void View::scrollRectToVisible(const QRectF& rect) {
     if (View* above = superview())
         above->scrollRectToVisible(rect.translated(origin()));
 }
 
-    return exposed;
-}
-
 void View::setHidden(bool hidden) {
     hidden_ = hidden;
+    if (hidden)
+        PressTracker::shared().cancelIn(*this);
     applyVisibility();
 }
 
@@ -154,6 +153,8 @@ bool View::takesPoint(QPointF point) const {
 View* View::hitTest(QPointF point) {
     if (!takesPoint(point))
         return nullptr;
+    if (!isEnabled())
+        return this;
     const QPointF inside = point - origin();
     const std::vector<View*> views = subviews();
     for (auto subview = views.rbegin(); subview != views.rend(); ++subview) // the topmost first
@@ -177,26 +178,24 @@ void View::mouseUp(const MouseEvent& event) {
         next->mouseUp(event);
 }
 
+void View::mouseCancelled() {
+    if (View* next = superview())
+        next->mouseCancelled();
+}
+
 bool View::isPressHeld() {
-    return heldTarget != nullptr;
+    return PressTracker::shared().isHeld();
 }
 
 void View::dropHeldPress() {
-    heldTarget = nullptr;
-}
-
-View* View::rootView() {
-    View* root = this;
-    while (View* above = root->superview())
-        root = above;
-    return root;
+    PressTracker::shared().cancel();
 }
 
 bool View::event(QEvent* event) {
     return routeMouse(*event) || QWidget::event(event);
 }
 
-// Qt hands an event to the deepest widget under the mouse; who gets it is the root view's to say.
+// Qt hands an event to the deepest widget under the mouse; the tracker knows which view it is for.
 bool View::routeMouse(QEvent& event) {
     const auto type = event.type();
     if (type != QEvent::MouseButtonPress && type != QEvent::MouseButtonDblClick &&
@@ -204,39 +203,17 @@ bool View::routeMouse(QEvent& event) {
         return false;
     event.accept();
     const auto& mouse = static_cast<QMouseEvent&>(event);
-    // Not the event's own global position: until the window manager's word of where it put the window has
-    // come, that one and the toolkit's idea of the window's place do not fit each other. This one maps back
-    // to where in the window the mouse is, in any case.
-    const MouseEvent moved{mapToGlobal(mouse.position())};
+    PressTracker& tracker = PressTracker::shared();
     if (type == QEvent::MouseMove) {
-        // Qt drops the release of a widget that was taken out while it was held.
-        if (heldTarget && (mouse.buttons() & Qt::LeftButton))
-            heldTarget->mouseDragged(moved);
-        return true;
+        if (mouse.buttons() & Qt::LeftButton)
+            tracker.drag(*this, mouse);
+    } else if (mouse.button() == Qt::LeftButton) {
+        if (type == QEvent::MouseButtonRelease)
+            tracker.release(*this, mouse);
+        else
+            tracker.press(*this, mouse);
     }
-    if (mouse.button() != Qt::LeftButton)
-        return true;
-    if (type == QEvent::MouseButtonRelease) {
-        if (View* target = std::exchange(heldTarget, nullptr))
-            target->mouseUp(moved);
-        return true;
-    }
-    press(moved, type == QEvent::MouseButtonDblClick);
     return true;
-}
-
-// The second press of a double click goes to the view that took the first or to nobody: the first may have
-// put another view in that place, which the user never aimed at.
-void View::press(const MouseEvent& event, bool isSecondOfDoubleClick) {
-    View* root = rootView();
-    const QPointF inside = root->mapFromGlobal(event.globalPosition);
-    View* target = root->hitTest(inside + root->origin());
-    if (isSecondOfDoubleClick && target != lastTarget)
-        target = nullptr;
-    heldTarget = target;
-    lastTarget = target;
-    if (target)
-        target->mouseDown(event);
 }
 
 void View::notifyExpandedChanged() {
@@ -255,6 +232,8 @@ void View::changeEvent(QEvent* event) {
         QWidget::changeEvent(event);
         return;
     }
+    if (!isEnabled())
+        PressTracker::shared().cancelIn(*this);
     QAccessible::State changed;
     changed.disabled = true;
     QAccessibleStateChangeEvent change(this, changed);

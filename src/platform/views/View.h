@@ -17,7 +17,8 @@ namespace platform {
 
 // A mouse event on its way through the views.
 struct MouseEvent {
-    QPointF globalPosition; // points of the whole desktop
+    QPointF globalPosition;     // points of the whole desktop
+    QPointF positionInTarget{}; // of the view that took the press, as if it had not moved since
 };
 
 // What assistive programs are told of a view. Without a role of its own a view is a mere group.
@@ -72,11 +73,11 @@ public:
     // The part of the view, in its own coordinates, that no ancestor cuts off.
     [[nodiscard]] QRect exposedRect() const;
 
-    // --- what shows
     // Scrolls whatever the view lies in just as far as it takes to show a rectangle of the view; the upper
     // part of one that is too tall.
     virtual void scrollRectToVisible(const QRectF& rect);
 
+    // --- what shows
 
     // The view's own flag, whatever its window does.
     void setHidden(bool hidden);
@@ -93,12 +94,15 @@ public:
     // --- events
 
     // The view that a point of the superview hits: the frontmost subview that has one there, else this view;
-    // null if the view is hidden or the point lies outside. A view of alpha 0 is hit.
+    // null if the view is hidden or the point lies outside. A view of alpha 0 is hit. A disabled view is hit
+    // itself, in place of its subviews, and takes no press.
     [[nodiscard]] virtual View* hitTest(QPointF point);
 
     virtual void mouseDown(const MouseEvent& event);
     virtual void mouseDragged(const MouseEvent& event);
     virtual void mouseUp(const MouseEvent& event);
+    // In place of mouseUp: the press has ended without a release, so it has no effect.
+    virtual void mouseCancelled();
 
     // Whether a press waits for its release. Dropped, the release reaches nobody: a window that hides
     // meanwhile never hears of it.
@@ -139,9 +143,7 @@ protected:
 private:
     friend class AnimationGroup;
 
-    [[nodiscard]] View* rootView();
     [[nodiscard]] bool routeMouse(QEvent& event);
-    void press(const MouseEvent& event, bool isSecondOfDoubleClick);
     void applyVisibility();
     void place(const QRectF& frame, const QRect& geometry);
 

@@ -52,6 +52,10 @@ void TodayAddTableCellView::mouseUp(const platform::MouseEvent&) {
     titleLabel->setTextColor(white(restingAlpha));
 }
 
+void TodayAddTableCellView::mouseCancelled() {
+    titleLabel->setTextColor(white(restingAlpha));
+}
+
 void TodayAddTableCellView::reportContentClick() {
     if (const auto receiver = delegate)
         receiver->todayAddTableViewCellClickContentCell();

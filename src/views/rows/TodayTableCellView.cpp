@@ -239,6 +239,10 @@ void TodayTableCellView::buttonsPanelUserClickAction(TodayTransactionAction acti
     if (const auto receiver = delegate)
         receiver->todayTableViewCellClickedAction(action);
     // After Paid and Info the row stays open, on purpose: the controller removes it or leaves it. Otherwise
+void TodayTableCellView::mouseCancelled() {
+    cellContentView->setAlphaValue(1);
+}
+
     // it runs its closing animation even if it is closed.
     if (!action.isLater() && !action.isDelete())
         return;

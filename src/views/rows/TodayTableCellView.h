@@ -81,6 +81,7 @@ public:
 
     void mouseDown(const platform::MouseEvent& event) override;
     void mouseUp(const platform::MouseEvent& event) override;
+    void mouseCancelled() override;
     [[nodiscard]] platform::View* hitTest(QPointF point) override;
     void buttonsPanelUserClickAction(TodayTransactionAction action) override;
 

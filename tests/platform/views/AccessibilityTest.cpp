@@ -116,6 +116,24 @@ TEST_F(Accessibility, aDisabledViewPerformsNothing) {
     EXPECT_THAT(view.actions, ElementsAre());
 }
 
+TEST_F(Accessibility, aViewThatIsHiddenOrTakenOutPerformsNothing) {
+    View holder;
+    add(holder);
+    Described view;
+    holder.addSubview(view);
+    view.traits.actions = {QAccessibleActionInterface::toggleAction()};
+    QAccessibleActionInterface* actions = interfaceOf(view).actionInterface();
+    holder.setHidden(true);
+    actions->doAction(QAccessibleActionInterface::toggleAction());
+    holder.setHidden(false);
+    view.removeFromSuperview();
+    actions->doAction(QAccessibleActionInterface::toggleAction());
+    EXPECT_THAT(view.actions, ElementsAre());
+    holder.addSubview(view);
+    actions->doAction(QAccessibleActionInterface::toggleAction());
+    EXPECT_EQ(view.actions.size(), 1U);
+}
+
 TEST_F(Accessibility, aButtonIsPressed) {
     Button button;
     int clicks = 0;

@@ -150,6 +150,14 @@ TEST_P(RowClicksTest, aPressThatIsReleasedOverAButtonIsTheRowsAlone) {
     EXPECT_TRUE(delegate->actions.empty());
 }
 
+TEST_P(RowClicksTest, aPressThatIsCancelledBrightensTheContentAndDoesNotToggle) {
+    support::press(*row, middle());
+    row->setEnabled(false);
+    EXPECT_EQ(alpha(), 1.0);
+    support::release(*row, middle());
+    EXPECT_FALSE(row->isExpanded());
+}
+
 TEST_P(RowClicksTest, aPressBesideTheRowDoesNotToggleIt) {
     support::press(*row, QPoint(160, 90));
     support::release(*row, middle());
@@ -235,6 +243,19 @@ TEST_P(RowClicksTest, theSecondPressOfADoubleClickTakesNoButtonThatCameUnderIt) 
     support::doubleClick(*row, placeOn(*row, *buttonsOf(*row)[3]).center());
     EXPECT_TRUE(row->isExpanded());
     EXPECT_TRUE(delegate->actions.empty());
+}
+
+TEST_P(RowClicksTest, noFurtherClickOfASeriesPressesAButtonThatCameUnderIt) {
+    const QPoint place = placeOn(*row, *buttonsOf(*row)[3]).center();
+    support::click(*row, place);
+    for (int i = 0; i < 4; ++i) {
+        finishSlide();
+        support::clickAfter(200ms, *row, place);
+    }
+    EXPECT_TRUE(row->isExpanded());
+    EXPECT_TRUE(delegate->actions.empty());
+    support::click(*row, place);
+    EXPECT_EQ(delegate->actions.size(), 1U) << "a click of its own is meant for it";
 }
 
 INSTANTIATE_TEST_SUITE_P(Directions, RowClicksTest, testing::Values(Qt::LeftToRight, Qt::RightToLeft),

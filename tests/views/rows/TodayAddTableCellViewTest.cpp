@@ -164,6 +164,27 @@ TEST_P(AddRowTest, aPressThatIsReleasedOutsideIsAClick) {
     EXPECT_EQ(delegate->contentClicks, 1);
 }
 
+TEST_P(AddRowTest, aPressThatIsCancelledIsNoClickAndBrightensTheCaption) {
+    support::press(*row, inCaption());
+    row->setEnabled(false);
+    EXPECT_EQ(color(), resting);
+    support::release(*row, inCaption());
+    EXPECT_EQ(delegate->contentClicks, 0);
+}
+
+TEST_P(AddRowTest, aPressOnARowThatIsTakenOutIsAClickOnWhatWasPressed) {
+    support::press(*row, inButton());
+    row->removeFromSuperview();
+    support::release(stage, QPoint(20, 40) + inButton());
+    EXPECT_EQ(delegate->buttonClicks, 1);
+    stage.addSubview(*row);
+    support::press(*row, inCaption());
+    row->removeFromSuperview();
+    support::release(stage, QPoint(20, 40) + inCaption());
+    EXPECT_EQ(delegate->contentClicks, 1);
+    EXPECT_EQ(color(), resting);
+}
+
 TEST_P(AddRowTest, aPressThatIsReleasedOverTheButtonIsAClickOnTheRow) {
     support::press(*row, inCaption());
     support::release(*row, inButton());

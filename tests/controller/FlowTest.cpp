@@ -216,6 +216,23 @@ TEST_F(FlowTest, severalActionsInOneLoad) {
     EXPECT_TRUE(queue.isIdle());
 }
 
+TEST_F(FlowTest, aClickOnAButtonOfARowThatStartsToCloseActsOnNothing) {
+    giveFeedOf(3);
+    show();
+    const Files before = files();
+    clickRow(0);
+    support::click(row(2), QPoint(20, 25));
+    for (int elapsed = 0; elapsed < 150; elapsed += 30) {
+        support::click(*row(0).rightButtonsPanel->subviews().at(Delete));
+        queue.advance(30ms);
+    }
+    EXPECT_EQ(files(), before);
+    EXPECT_TRUE(row(2).isExpanded());
+    EXPECT_EQ(controller->currentTransaction, transaction(2));
+    queue.advance(1s);
+    EXPECT_THAT(shown(), ElementsAre("A", "B", "C", "[]"));
+}
+
 // The refresh replaces the last row's view under the hand.
 TEST_F(FlowTest, aPressOnTheAddButtonThatARefreshReplacesIsAClick) {
     giveFeedOf(3);

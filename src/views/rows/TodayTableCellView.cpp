@@ -50,6 +50,7 @@ void TodayTableCellView::awakeFromNib() {
     View::awakeFromNib();
     sumBackgroundView->setMasksToBounds(true);
     sumBackgroundView->setCornerRadius(badgeCornerRadius);
+    rightButtonsPanel->setEnabled(false);
     rightButtonsPanel->generateButtons();
     // The row owns the panel, so the panel's reference to the row must not own it.
     rightButtonsPanel->delegate = std::shared_ptr<TodayButtonsPanelDelegate>(std::shared_ptr<void>(), this);
@@ -174,7 +175,15 @@ void TodayTableCellView::setExpanded(bool expanded) {
     if (isExpandedState_ == expanded)
         return;
     isExpandedState_ = expanded;
+    setButtonsTakePresses(expanded);
     notifyExpandedChanged();
+}
+
+// Buttons that a closing row still shows would act on the transaction of the row that was opened instead.
+void TodayTableCellView::setButtonsTakePresses(bool take) {
+    if (!take && rightButtonsPanel->isAncestorOf(window()->focusWidget()))
+        setFocus(Qt::TabFocusReason); // that is how the keyboard came to the button
+    rightButtonsPanel->setEnabled(take);
 }
 
 void TodayTableCellView::cellClicked() {

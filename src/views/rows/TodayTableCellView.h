@@ -29,8 +29,8 @@ public:
 };
 
 // The row of a transaction: icon, name, due date, due state, and the amount on a badge. A click slides the
-// content away from the panel of four buttons. Configuring the row again replaces all of its content but does
-// not close it.
+// content away from the panel of four buttons, which take presses from when the row starts to open until it
+// starts to close. Configuring the row again replaces all of its content but does not close it.
 class TodayTableCellView final : public platform::View, public TodayButtonsPanelDelegate {
     Q_OBJECT
 
@@ -100,6 +100,7 @@ private:
     void configureDueState();
     void layoutContent(double rowWidth);
     void setExpanded(bool expanded);
+    void setButtonsTakePresses(bool take);
     void setCurrentStateExpanded();
     void close();
 

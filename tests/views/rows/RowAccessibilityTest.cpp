@@ -145,6 +145,21 @@ TEST_F(RowAccessibilityTest, theButtonsOfAnOpenRowArePressed) {
     EXPECT_EQ(delegate->actions[0], TodayTransactionAction::Info());
 }
 
+TEST_F(RowAccessibilityTest, theButtonsOfAClosingRowAreDisabledAndNotPressed) {
+    row->cellClicked();
+    finishSlide();
+    row->collapseCell();
+    for (platform::View* button : buttonsOf(*row)) {
+        EXPECT_TRUE(interfaceOf(*button).state().disabled);
+        interfaceOf(*button).actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    }
+    EXPECT_TRUE(delegate->actions.empty());
+    finishSlide();
+    row->cellClicked();
+    for (platform::View* button : buttonsOf(*row))
+        EXPECT_FALSE(interfaceOf(*button).state().disabled) << "an opening row's can be pressed";
+}
+
 TEST_F(RowAccessibilityTest, theAddRowIsAListItemThatIsPressed) {
     struct Counting final : TodayAddTableViewCellDelegate {
         void todayAddTableViewCellClickAddButton() override { ++buttonClicks; }

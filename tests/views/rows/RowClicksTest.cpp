@@ -5,6 +5,7 @@
 #include <QApplication>
 
 #include <array>
+#include <functional>
 
 namespace rows {
 namespace {
@@ -118,6 +119,40 @@ TEST_P(RowClicksTest, halfOpenARowHitsOnlyTheButtonsThatItShows) {
     EXPECT_EQ(hitIn(*buttons[2]), buttons[2]);
     EXPECT_EQ(hitIn(*buttons[1]), row->cellContentView.get());
     EXPECT_EQ(hitIn(*buttons[0]), row->cellContentView.get());
+}
+
+TEST_P(RowClicksTest, theButtonsOfAClosingRowTakeNoPress) {
+    const auto buttons = buttonsOf(*row);
+    const std::array<std::function<void()>, 3> closings{
+        [&] { row->cellClicked(); }, [&] { row->collapseCell(); },
+        [&] { row->buttonsPanelUserClickAction(TodayTransactionAction::Later(0)); }};
+    for (const auto& close : closings) {
+        open();
+        close();
+        delegate->actions.clear();
+        for (int elapsed = 0; elapsed < 100; elapsed += 20) {
+            for (const platform::View* button : buttons)
+                EXPECT_NE(hitIn(*button), button) << elapsed;
+            support::click(*buttons[3]);
+            EXPECT_FALSE(row->isExpanded()) << "nor does the row behind them";
+            queue.advance(20ms);
+        }
+        EXPECT_TRUE(delegate->actions.empty());
+        EXPECT_EQ(buttons[3]->alphaValue(), 1);
+        finishSlide();
+    }
+    open();
+    support::click(*buttons[3]);
+    EXPECT_EQ(delegate->actions.size(), 1U);
+}
+
+TEST_P(RowClicksTest, aButtonThatIsHeldWhileTheRowStartsToCloseIsNotPressed) {
+    open();
+    support::press(*buttonsOf(*row)[3], {25, 25});
+    row->collapseCell();
+    EXPECT_EQ(buttonsOf(*row)[3]->alphaValue(), 1);
+    support::release(*buttonsOf(*row)[3], {25, 25});
+    EXPECT_TRUE(delegate->actions.empty());
 }
 
 // --- press and release
@@ -306,6 +341,23 @@ TEST_F(RowKeysTest, theKeyboardReachesTheButtonsOfAnOpenRowOnly) {
     row->collapseCell();
     finishSlide();
     EXPECT_EQ(stage.focusWidget(), row.get());
+}
+
+TEST_F(RowKeysTest, theKeyboardGoesFromAButtonToTheRowThatStartsToClose) {
+    const auto row = makeRow();
+    const auto next = makeRow(); // the toolkit would take the keyboard to it
+    row->configureForItem(item(), 60);
+    const auto delegate = std::make_shared<RecordingDelegate>();
+    row->delegate = delegate;
+    showStage();
+    stage.activateWindow();
+    row->cellClicked();
+    finishSlide();
+    buttonsOf(*row)[3]->setFocus(Qt::TabFocusReason);
+    row->collapseCell();
+    EXPECT_EQ(stage.focusWidget(), row.get());
+    support::pressKey(*buttonsOf(*row)[3], Qt::Key_Space);
+    EXPECT_TRUE(delegate->actions.empty());
 }
 
 } // namespace

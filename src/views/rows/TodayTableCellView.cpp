@@ -219,7 +219,9 @@ void TodayTableCellView::close() {
 // This uses the current state: a row that was opened again while it closed is open.
 void TodayTableCellView::setCurrentStateExpanded() {
     const std::array<platform::View*, 3> texts{&*titleLabel, &*subtitleLabel, &*transactionTypeImageView};
-    const double limit = cellContentView->frame().width() - widthConstraint->constant();
+    // The row's width is that of the closed content. The content of a row that is opened again while it
+    // closes is narrower.
+    const double limit = bounds().width() - widthConstraint->constant();
     for (platform::View* view : texts)
         view->setHidden(isExpandedState_ && !(view->frame().right() < limit));
     sumBackgroundView->setHidden(isExpandedState_);
@@ -237,6 +239,10 @@ void TodayTableCellView::mouseUp(const platform::MouseEvent&) {
     cellClicked();
 }
 
+void TodayTableCellView::mouseCancelled() {
+    cellContentView->setAlphaValue(1);
+}
+
 platform::View* TodayTableCellView::hitTest(QPointF point) {
     platform::View* hit = View::hitTest(point);
     platform::View* holder = hit ? hit->superview() : nullptr;
@@ -248,10 +254,6 @@ void TodayTableCellView::buttonsPanelUserClickAction(TodayTransactionAction acti
     if (const auto receiver = delegate)
         receiver->todayTableViewCellClickedAction(action);
     // After Paid and Info the row stays open, on purpose: the controller removes it or leaves it. Otherwise
-void TodayTableCellView::mouseCancelled() {
-    cellContentView->setAlphaValue(1);
-}
-
     // it runs its closing animation even if it is closed.
     if (!action.isLater() && !action.isDelete())
         return;

@@ -1,6 +1,8 @@
 #include "views/rows/RowTest.h"
 
+#include <chrono>
 #include <string>
+#include <vector>
 
 namespace rows {
 namespace {
@@ -173,6 +175,34 @@ TEST_F(ExpansionTest, openedAgainWhileItClosesItStaysOpen) {
     EXPECT_EQ(offset(), -slide);
     EXPECT_FALSE(showsBadge());
     EXPECT_TRUE(queue.isIdle());
+}
+
+TEST_F(ExpansionTest, openedAgainWhileItClosesItShowsWhatAnOpenRowShows) {
+    const auto hidden = [this] {
+        return std::vector<bool>{row->titleLabel->isHidden(), row->subtitleLabel->isHidden(),
+                                 row->transactionTypeImageView->isHidden(), !showsBadge()};
+    };
+    const auto frames = [this] {
+        return std::vector<QRectF>{row->transactionImageView->frame(), row->titleLabel->frame(),
+                                   row->subtitleLabel->frame(), row->transactionTypeImageView->frame()};
+    };
+    auto values = rent();
+    values.name = QStringLiteral("R");
+    row->configureForItem(item(values), 60);
+    row->titleRightSpaceLayoutConstraint->setConstant(320 - 100); // the texts stay in sight
+    open();
+    const std::vector<bool> open = hidden();
+    const std::vector<QRectF> places = frames();
+    ASSERT_EQ(open, (std::vector<bool>{false, false, false, true}));
+    for (int elapsed = 0; elapsed < 200; elapsed += 10) {
+        row->cellClicked();
+        queue.advance(std::chrono::milliseconds(elapsed));
+        row->cellClicked();
+        EXPECT_EQ(hidden(), open) << elapsed;
+        EXPECT_EQ(frames(), places) << elapsed;
+        finishSlide();
+        EXPECT_EQ(hidden(), open) << elapsed;
+    }
 }
 
 TEST_F(ExpansionTest, openClosedAndOpenWithinOneSlideItEndsOpen) {

@@ -127,6 +127,7 @@ void TodayActionSheetView::choose(platform::Button& chosen, std::initializer_lis
 
 void TodayActionSheetView::disableButtons() {
     disableAllButtons_ = true;
+    dropHeldPress(); // of another button, where a key has answered
 }
 
 void TodayActionSheetView::configureButtonChecked(platform::Button& button) {
@@ -139,7 +140,11 @@ platform::Image TodayActionSheetView::tintedImage(const platform::Image& image, 
     return image.tinted(tintColor);
 }
 
-// The hidden views still receive clicks, which a sheet ignores after its answer.
+platform::View* TodayActionSheetView::hitTest(QPointF point) {
+    platform::View* hit = View::hitTest(point);
+    return hit && disableAllButtons_ ? this : hit;
+}
+
 void TodayActionSheetView::hideViewsWithAnimation(std::initializer_list<platform::View*> views) {
     platform::AnimationGroup fade(fadeDuration);
     for (platform::View* view : views)

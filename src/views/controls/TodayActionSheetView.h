@@ -61,6 +61,8 @@ public:
     void checkButtonClick3();
     void cancelButtonClick();
 
+    // An answered sheet passes no press to its buttons: a press would light up one that has faded.
+    [[nodiscard]] platform::View* hitTest(QPointF point) override;
     void layoutViews() override;
     [[nodiscard]] platform::AccessibleTraits accessibleTraits() const override;
 

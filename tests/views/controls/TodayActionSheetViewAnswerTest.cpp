@@ -174,6 +174,47 @@ TEST_F(ActionSheetClicks, fadeInPlace) {
         EXPECT_EQ(buttons()[i]->frame(), before[i]);
 }
 
+// --- presses after the answer
+
+class AnsweredSheet : public ActionSheetClicks {
+protected:
+    View* hitAt(const Button& button) const {
+        return sheet->hitTest(sheet->frame().topLeft() + button.frame().center());
+    }
+};
+
+TEST_F(AnsweredSheet, passesNoPressToItsButtons) {
+    for (const Button* button : buttons())
+        EXPECT_EQ(hitAt(*button), button);
+    sheet->checkButtonClick2();
+    queue.advance(300ms);
+    for (std::size_t i = 0; i < buttons().size(); ++i) {
+        EXPECT_EQ(hitAt(*buttons()[i]), sheet.get());
+        const double alpha = i == 1 ? 1 : 0;
+        support::press(*buttons()[i], {100, 18});
+        EXPECT_EQ(buttons()[i]->alphaValue(), alpha) << i;
+        support::release(*buttons()[i], {100, 18});
+        EXPECT_EQ(buttons()[i]->alphaValue(), alpha) << i;
+    }
+    EXPECT_EQ(sheet->hitTest(QPointF(-1, 10)), nullptr);
+}
+
+TEST_F(AnsweredSheet, passesPressesAgainWhenItIsShownAgain) {
+    sheet->checkButtonClick2();
+    showThree();
+    EXPECT_EQ(hitAt(*buttons()[0]), buttons()[0]);
+}
+
+TEST_F(AnsweredSheet, fadesAButtonThatIsHeldMeanwhile) {
+    support::press(*sheet->checkButton3, {100, 18});
+    sheet->checkButtonClick1(); // by a key, say
+    queue.advance(300ms);
+    support::release(*sheet->checkButton3, {100, 18});
+    EXPECT_THAT(alphas(), ElementsAre(1, 0, 0, 0));
+    queue.advance(10s);
+    EXPECT_THAT(receiver->indices, ElementsAre(1));
+}
+
 // --- the check mark
 
 TEST_F(ActionSheetClicks, checkWithTheWhitePaidImage) {

@@ -285,6 +285,21 @@ TEST_F(TodayWidgetLogicImagesTest, takesTheHeightWhereTheWidthDoesNotCover) {
     EXPECT_TRUE(shows(pixelAt(pixels, 1, 20), 15.75, 50.75));
 }
 
+TEST_F(TodayWidgetLogicImagesTest, drawsAnOddDifferenceOfSizesAtHalfPoints) {
+    EXPECT_EQ(circularDrawingRect({101, 9}, {40, 40}), QRectF(-30.5, 15.5, 101, 9));
+    QImage striped = plainPicture(101, 9, red);
+    for (int y = 0; y < 9; ++y)
+        for (int x = 1; x < 101; x += 2)
+            striped.setPixel(x, y, blue);
+    const QImage pixels = circular(striped, fortyByForty);
+    for (int x = 5; x < 35; ++x) {
+        EXPECT_NEAR(qRed(pixelAt(pixels, x, 20)), 128, 2) << x;
+        EXPECT_NEAR(qAlpha(pixelAt(pixels, x, 15)), 128, 2) << x;
+        EXPECT_NEAR(qAlpha(pixelAt(pixels, x, 24)), 128, 2) << x;
+    }
+    EXPECT_EQ(circularDrawingRect({40, 41}, {40, 40}), QRectF(0, -0.5, 40, 41));
+}
+
 TEST_F(TodayWidgetLogicImagesTest, growsASmallSquarePicture) {
     EXPECT_EQ(circularDrawingRect({10, 10}, {40, 40}), QRectF(0, 0, 40, 40));
     const QImage pixels = circular(plainPicture(10, 10, green), fortyByForty);

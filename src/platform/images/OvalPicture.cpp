@@ -32,22 +32,25 @@ QImage clearPixels(const QSizeF& size) {
     return pixels;
 }
 
-// A picture at half its size or less is scaled as a whole: a painter interpolates between four pixels and
-// would skip the others. Its edges are set on whole pixels.
-QImage scaledOnCanvas(const QImage& picture, const QRectF& drawing, QImage canvas) {
-    const QRect place(qRound(drawing.x()), qRound(drawing.y()), std::max(1, qRound(drawing.width())),
-                      std::max(1, qRound(drawing.height())));
-    QImage scaled = picture.scaled(place.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+// A picture for drawing at half its size or less: a painter interpolates between four pixels and would skip
+// the others.
+QImage scaledDown(const QImage& picture, const QSizeF& size) {
+    QImage scaled = picture.scaled(std::max(1, qRound(size.width())), std::max(1, qRound(size.height())),
+                                   Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     scaled.setDevicePixelRatio(1);
-    QPainter painter(&canvas);
-    painter.drawImage(place.topLeft(), scaled);
-    painter.end();
-    return canvas;
+    return scaled;
 }
 
-// A picture at more than half its size is drawn by a painter, and only the part of it that shows: a strip a
-// thousand times as tall as wide would reach beyond the painter's coordinates.
-QImage interpolatedOnCanvas(const QImage& picture, const QRectF& drawing, QImage canvas) {
+// A painter moves a picture that it does not scale by whole pixels only. So it is told to scale the picture,
+// by nothing that shows, where that has to be moved by less.
+qreal scaleAt(const QPointF& place) {
+    constexpr qreal imperceptible = 1e-9;
+    return place == QPointF(place.toPoint()) ? 1 : 1 + imperceptible;
+}
+
+// Draws only the part of a picture that shows: a strip a thousand times as tall as wide would reach beyond
+// the painter's coordinates.
+QImage drawnOnCanvas(const QImage& picture, const QRectF& drawing, QImage canvas) {
     const qreal scaleX = drawing.width() / picture.width();
     const qreal scaleY = drawing.height() / picture.height();
     const QRectF shown = drawing.intersected(QRectF(canvas.rect())).translated(-drawing.topLeft());
@@ -56,11 +59,12 @@ QImage interpolatedOnCanvas(const QImage& picture, const QRectF& drawing, QImage
             .toAlignedRect()
             .adjusted(-2, -2, 2, 2) // what the smooth scaling looks at
             .intersected(picture.rect());
+    const QPointF place = drawing.topLeft() + QPointF(part.x() * scaleX, part.y() * scaleY);
+    const QSizeF size(part.width() * scaleX, part.height() * scaleY);
     QPainter painter(&canvas);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.drawImage(QRectF(drawing.x() + part.x() * scaleX, drawing.y() + part.y() * scaleY,
-                             part.width() * scaleX, part.height() * scaleY),
-                      picture, QRectF(part));
+    painter.setRenderHint(QPainter::Antialiasing); // for edges between two pixels
+    painter.drawImage(QRectF(place, size * scaleAt(place)), picture, QRectF(part));
     painter.end();
     return canvas;
 }
@@ -90,9 +94,8 @@ Image ovalPicture(const Image& picture, const QRectF& drawing, const QSizeF& siz
 
     const QImage source = picture.pixels(ratio);
     const bool isHalved = target.width() * 2 <= source.width() && target.height() * 2 <= source.height();
-    QImage oval = cutOut(isHalved ? scaledOnCanvas(source, target, clearPixels(pixelSize))
-                                  : interpolatedOnCanvas(source, target, clearPixels(pixelSize)),
-                         pixelSize);
+    const QImage near = isHalved ? scaledDown(source, target.size()) : source;
+    QImage oval = cutOut(drawnOnCanvas(near, target, clearPixels(pixelSize)), pixelSize);
     oval.setDevicePixelRatio(ratio);
     return Image(std::move(oval), size);
 }

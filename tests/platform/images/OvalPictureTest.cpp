@@ -110,6 +110,41 @@ TEST(OvalPictureTest, takesAFractionalRatioAndSize) {
     EXPECT_EQ(fraction.size(), QSizeF(40.5, 40.5));
 }
 
+// Lines of red and blue, each so many pixels thick.
+QImage linedPicture(int width, int height, int thickness) {
+    QImage picture = plainPicture(width, height, red);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x)
+            if (y / thickness % 2 == 1)
+                picture.setPixel(x, y, blue);
+    return picture;
+}
+
+TEST(OvalPictureTest, isDrawnAtHalfPixels) {
+    const QRgb between = qRgb(128, 0, 128);
+    const QImage whole = ovalOf(linedPicture(40, 41, 1), QRectF(0, -1, 40, 41), {40, 40});
+    EXPECT_EQ(whole.pixel(20, 20), blue);
+    EXPECT_EQ(whole.pixel(20, 21), red);
+    const QImage unscaled = ovalOf(linedPicture(40, 41, 1), QRectF(0, -0.5, 40, 41), {40, 40});
+    const QImage shrunk = ovalOf(linedPicture(160, 164, 4), QRectF(0, -0.5, 40, 41), {40, 40});
+    const QImage grown = ovalOf(linedPicture(40, 41, 1).scaled(20, 41), QRectF(0, -0.5, 40, 41), {40, 40});
+    for (int y = 1; y < 39; ++y) {
+        EXPECT_TRUE(isNear(unscaled.pixel(20, y), between, 3)) << y;
+        EXPECT_TRUE(isNear(shrunk.pixel(20, y), between, 3)) << y;
+        EXPECT_TRUE(isNear(grown.pixel(20, y), between, 3)) << y;
+    }
+}
+
+TEST(OvalPictureTest, coversHalfOfAPixelWhereItsEdgeLiesInTheMiddle) {
+    const QImage pixels = ovalOf(plainPicture(101, 9, red), QRectF(-30.5, 15.5, 101, 9), {40, 40});
+    EXPECT_EQ(qAlpha(pixels.pixel(20, 14)), 0);
+    EXPECT_NEAR(qAlpha(pixels.pixel(20, 15)), 128, 2);
+    for (int y = 16; y < 24; ++y)
+        EXPECT_EQ(pixels.pixel(20, y), red) << y;
+    EXPECT_NEAR(qAlpha(pixels.pixel(20, 24)), 128, 2);
+    EXPECT_EQ(qAlpha(pixels.pixel(20, 25)), 0);
+}
+
 TEST(OvalPictureTest, keepsThePicturesTransparency) {
     const QRgb half = qPremultiply(qRgba(255, 0, 0, 128));
     const QImage pixels = ovalOf(plainPicture(40, 40, half), QRectF(0, 0, 40, 40), {40, 40});

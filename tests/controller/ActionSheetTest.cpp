@@ -265,6 +265,20 @@ TEST_F(ActionSheetTest, afterCancelTheRowTakesTheNextAction) {
     EXPECT_THAT(names(), ElementsAre("B"));
 }
 
+// After Paid the numbers are those from before it until the next refresh; hiding the sheet is one.
+TEST_F(ActionSheetTest, hidingTheSheetRefreshesNumbersAndTable) {
+    giveFeedOf(3);
+    load();
+    act(0, Action::Paid());
+    act(0, Action::Later(0));
+    ASSERT_EQ(transaction(0)->index, 1);
+    const auto last = addRow();
+    controller->actionSheetClickedButtonAtIndex(0);
+    EXPECT_EQ(transaction(0)->index, 0);
+    EXPECT_EQ(transaction(1)->index, 1);
+    EXPECT_NE(addRow(), last) << "the table has asked for its rows again";
+}
+
 // --- a list that is taller than what it is shown in
 
 class ScrolledSheetTest : public ActionSheetTest {

@@ -1,7 +1,11 @@
 // Removing the row of a paid or deleted transaction.
 #include "controller/ControllerTest.h"
 
+#include <QEvent>
+
+#include <functional>
 #include <limits>
+#include <utility>
 
 namespace controller {
 namespace {
@@ -125,6 +129,45 @@ TEST_F(RemovalTest, lastRowAndTransactionStayTheCurrentOnes) {
     EXPECT_FALSE(cell->isExpanded());
     EXPECT_EQ(controller->currentTransaction->name, QStringLiteral("B"));
 }
+
+// Runs a function when a view is enabled or disabled.
+class EnabledWatch final : public QObject {
+public:
+    EnabledWatch(platform::View& view, std::function<void()> changed)
+        : changed_(std::move(changed)) {
+        view.installEventFilter(this);
+    }
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::EnabledChange)
+            changed_();
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    std::function<void()> changed_;
+};
+
+class WrittenFirstTest : public RemovalTest, public testing::WithParamInterface<Action> {};
+
+TEST_P(WrittenFirstTest, theActionIsWrittenBeforeTheRowLeaves) {
+    giveFeedOf(3);
+    load();
+    const Files expected = filesAfter(*transaction(1), GetParam());
+    Files then;
+    std::size_t listed = 0;
+    const EnabledWatch watch(row(1), [&] {
+        then = files();
+        listed = table().numberOfRows();
+    });
+    act(1, GetParam());
+    EXPECT_EQ(listed, 3U) << "looked when the row had just left";
+    EXPECT_EQ(then, expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Actions, WrittenFirstTest, testing::Values(Action::Paid(), Action::Delete(false)),
+                         [](const auto& listed) {
+                             return std::string(listed.param.isPaid() ? "paid" : "deleting");
+                         });
 
 TEST_F(RemovalTest, theFeedIsNotReadAgain) {
     giveFeedOf(3);

@@ -114,6 +114,17 @@ TEST_F(UpdateCycleTest, theCountComesFromTheSettings) {
     EXPECT_EQ(controller->trCount, Count::None());
 }
 
+TEST_F(UpdateCycleTest, viewLoadRegistersEachKindOfRowUnderItsIdentifier) {
+    load();
+    const auto made = [this](const char* identifier) {
+        return table().makeViewWithIdentifier(QLatin1String(identifier));
+    };
+    EXPECT_NE(std::dynamic_pointer_cast<TodayTableCellView>(made("transactionCell")), nullptr);
+    EXPECT_NE(std::dynamic_pointer_cast<TodayAddTableCellView>(made("addCell")), nullptr);
+    for (const char* name : {"TodayTableCellView", "TodayAddTableCellView", ""})
+        EXPECT_EQ(made(name), nullptr) << name;
+}
+
 TEST_F(UpdateCycleTest, viewLoadForgetsTheCurrentTransaction) {
     const auto fresh = std::make_shared<TodayViewController>();
     fresh->currentTransaction =

@@ -185,6 +185,13 @@ TEST_P(RowClicksTest, aPressThatIsReleasedOverAButtonIsTheRowsAlone) {
     EXPECT_TRUE(delegate->actions.empty());
 }
 
+TEST_P(RowClicksTest, theContentIsBrightAgainWhenTheDelegateHears) {
+    double then = 0;
+    delegate->during = [&] { then = alpha(); };
+    support::click(*row, middle());
+    EXPECT_EQ(then, 1.0);
+}
+
 TEST_P(RowClicksTest, aPressThatIsCancelledBrightensTheContentAndDoesNotToggle) {
     support::press(*row, middle());
     row->setEnabled(false);

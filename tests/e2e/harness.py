@@ -154,6 +154,23 @@ class Window:
         self.move_pointer(x, y)
         self.desktop.xdotool("mouseup", button)
 
+    def gesture(self, *steps):
+        """Does what a quick hand does, at its own pace: "click", "mousedown" and "mouseup" are the left button's, a
+        pair is a place to go to, and a number the seconds to let pass before the next step. (xdotool would let a
+        tenth pass after each click.)"""
+        here = self.geometry()
+        words = []
+        for step in steps:
+            if step == "click":
+                words += ["click", "--delay", 0, 1]
+            elif isinstance(step, str):
+                words += [step, 1]
+            elif isinstance(step, tuple):
+                words += ["mousemove", here.x + step[0], here.y + step[1]]
+            else:
+                words += ["sleep", step]
+        self.desktop.xdotool(*words)
+
     def press(self, key):
         """Gives the window the keyboard, then presses a key, named as X names it. A click goes through the window
         manager's hands; the key must not overtake it there."""

@@ -1,5 +1,7 @@
 #include "center/PanelWindow.h"
 
+#include "center/WindowPlace.h"
+
 #include <QCloseEvent>
 #include <QEasingCurve>
 #include <QGuiApplication>
@@ -124,6 +126,8 @@ void PanelWindow::preferredSizeChanged() {
         setContentHeight(target);
         return;
     }
+    if (const auto place = placeOfWindow(*windowHandle()))
+        move(*place); // as Qt states it with each size
     resizing_ = platform::MainQueue::current().animate(
         resizeDuration, [this, start = contentHeight_, target](double progress) {
             const double eased = QEasingCurve(QEasingCurve::InOutSine).valueForProgress(progress);

@@ -37,6 +37,10 @@ class Truth(flows.Flow):
         new.write_bytes(flows.property_list(records))
         new.rename(self.feed_file())
 
+    def place(self):
+        here = self.panel.window.geometry()
+        return here.x, here.y
+
     def is_overdue(self, row):
         """Whether a row's due state is drawn in orange."""
         picture = self.panel.window.picture()
@@ -61,9 +65,11 @@ class Host(Truth):
     def test_a_new_feed_shows_at_once(self):
         panel = self.open([overdue(1), overdue(2)])
         panel.wait_for_rows(2)
+        place = self.place()
         for count in (4, 1, 0, 5):
             self.replace_feed([overdue(number) for number in range(1, count + 1)])
             panel.wait_for_rows(count)
+            self.assertEqual(self.place(), place)
         self.feed_file().unlink()
         panel.wait_for_rows(0)
         self.container.write_feed([overdue(1)])  # in place

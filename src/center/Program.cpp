@@ -12,6 +12,8 @@
 #include "platform/views/Accessibility.h"
 
 #include <QApplication>
+#include <QSemaphore>
+#include <QThread>
 
 #include <cstdio>
 #include <memory>
@@ -33,14 +35,31 @@ void quitWhenIdle() {
 
 QtMessageHandler printMessage = nullptr; // null where messages are silenced
 
-// Qt ends the process right after it has said that the display is gone: with exit() on X11, with _exit() on
-// Wayland, and tells nobody else. So what the user has chosen is carried out here.
+// Carries out what the user has chosen, on the main thread. Another thread waits for that, but not for ever:
+// the main thread may be waiting for the display.
+void finishWork() {
+    if (!qApp || QThread::currentThread() == qApp->thread()) {
+        platform::MainQueue::current().finish();
+        return;
+    }
+    constexpr int longestWait = 2000; // milliseconds; a choice is carried out after 500
+    const auto done = std::make_shared<QSemaphore>();
+    const auto finish = [done] {
+        platform::MainQueue::current().finish();
+        done->release();
+    };
+    QMetaObject::invokeMethod(qApp, finish, Qt::QueuedConnection);
+    done->tryAcquire(1, longestWait);
+}
+
+// Right after Qt has said that the display is gone it ends the process and tells nobody else: on X11 with
+// exit(), on Wayland with _exit() and from a thread of its own.
 void handleMessage(QtMsgType type, const QMessageLogContext& context, const QString& text) {
     if (printMessage)
         printMessage(type, context, text);
     if (text.startsWith(QLatin1String("The X11 connection broke")) ||
         text.startsWith(QLatin1String("The Wayland connection ")))
-        platform::MainQueue::current().finish();
+        finishWork();
 }
 
 // Qt's messages (about a missing runtime folder or a font) are for developers, who set QT_LOGGING_RULES.

@@ -121,7 +121,8 @@ void InotifyWatcher::follow(const std::string& path, bool withEntries) {
         } else if (kind == S_IFDIR) {
             folder = next;
         } else {
-            add(folder, appearing, name); // where a folder should be
+            if (!rest.empty())
+                add(folder, appearing, name); // a folder may take the file's place
             return;
         }
     }

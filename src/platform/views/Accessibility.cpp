@@ -73,7 +73,7 @@ public:
     }
 
 private:
-    // Qt lists hidden children too, and rows in the order in which they came into sight.
+    // Qt also lists hidden children, and lists rows in the order in which they came into sight.
     [[nodiscard]] std::vector<QWidget*> shownChildren() const {
         std::vector<QWidget*> shown;
         for (QObject* child : view().children())
@@ -104,7 +104,7 @@ std::function<void(QAccessibleEvent&)>& eventHandler() {
 QAccessibleInterface* makeInterface(const QString&, QObject* object) {
     if (auto* view = qobject_cast<View*>(object))
         return new AccessibleView(*view);
-    // The toolkit has a role for its own windows only.
+    // The toolkit gives a role only to windows of its own classes.
     if (auto* widget = qobject_cast<QWidget*>(object); widget && widget->isWindow())
         return new QAccessibleWidget(widget, QAccessible::Window);
     return nullptr;

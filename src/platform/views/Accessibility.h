@@ -11,8 +11,8 @@ namespace platform {
 // once by a program before it shows a window; costs nothing until an assistive program asks.
 void installViewAccessibility();
 
-// Tells assistive programs something unasked; nothing happens where there are none. A handler takes the
-// toolkit's place, for tests: the toolkit sends nothing where no desktop listens. An empty one gives it back.
+// Announces an event to assistive programs, if any are running. A handler replaces the toolkit for tests,
+// since the toolkit sends nothing unless a desktop listens. An empty handler restores the toolkit.
 void tellAssistivePrograms(QAccessibleEvent& event);
 void setAssistiveProgramsHandler(std::function<void(QAccessibleEvent&)> handler);
 

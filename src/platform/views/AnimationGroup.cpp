@@ -34,8 +34,8 @@ struct AnimationGroup::Run {
             change(eased);
     }
 
-    // The queue's last tick and its deferred work may come in either order; whichever is first brings all to
-    // its end.
+    // The last tick and the deferred work of the queue may come in either order. The first of them finishes
+    // the animation.
     void finish() {
         apply(1);
         changes.clear();

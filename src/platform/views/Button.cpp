@@ -11,7 +11,7 @@ namespace platform {
 
 namespace {
 
-// One cell without a state serves all buttons that were given none.
+// The standard cell has no state, so all buttons without a cell of their own share one.
 const std::shared_ptr<ButtonCell>& standardCell() {
     static const auto cell = std::make_shared<ButtonCell>();
     return cell;
@@ -70,7 +70,7 @@ bool Button::event(QEvent* event) {
 void Button::performClick() {
     if (!isEnabled())
         return;
-    // The action may end the button.
+    // The action may destroy the button.
     if (const auto action = action_)
         action();
 }

@@ -10,7 +10,7 @@ namespace platform {
 
 namespace {
 
-// A font of no size at all cannot be made.
+// Qt cannot make a font of size 0.
 constexpr double smallestSize = 0.01;
 
 double dotsPerInch() {

@@ -28,7 +28,7 @@ void ImageView::paintEvent(QPaintEvent*) {
         size.scale(QSizeF(this->size()), Qt::KeepAspectRatio);
     QRectF place({}, size);
     place.moveCenter(QRectF(rect()).center());
-    // Whole points keep the art crisp.
+    // Art at whole points stays crisp.
     place.moveTo(std::floor(place.x()), std::floor(place.y()));
     QPainter painter(this);
     image_.draw(painter, place);

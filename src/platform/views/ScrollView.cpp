@@ -19,7 +19,7 @@ constexpr QColor knobColor(255, 255, 255, 90);
 
 } // namespace
 
-// Where the document stands; it takes no press.
+// The scroll bar. It takes no presses.
 class ScrollView::Bar final : public View {
 public:
     using View::View;

@@ -81,7 +81,7 @@ void TableView::reloadData() {
     for (Row& row : rows_)
         row.y = row.restY;
     tile(Appearing::Now);
-    // Views that came back keep their place in the tree.
+    // A view that the delegate has given again stays a subview.
     for (const Row& row : old) {
         const auto isBack = [&](const Row& now) { return now.view == row.view; };
         if (row.view && std::none_of(rows_.begin(), rows_.end(), isBack))
@@ -152,7 +152,7 @@ void TableView::tile(Appearing appearing) {
     };
     for (std::size_t i = 0; i < rows_.size(); ++i) {
         Row& row = rows_[i];
-        // One that is simply there already waits for no frame.
+        // A row that does not move appears at once, without waiting for the first frame.
         const bool isThere = row.arrival == RowAnimation::None && isExposed(row.y, row.y + row.height);
         if (isExposed(std::min(row.y, row.restY), std::max(row.y, row.restY) + row.height))
             showRow(static_cast<std::int64_t>(i), isThere ? Appearing::Now : appearing);
@@ -197,7 +197,7 @@ void TableView::startAnimation() {
                                                        [this](double progress) { applyProgress(progress); });
 }
 
-// Not in the turn of the click, which has an action to perform: until now nothing looks other than before.
+// Moving rows are added with the first frame, so that a click performs its action first.
 void TableView::showMovingRows() {
     if (std::exchange(animation_->hasMoved, true))
         return;

@@ -41,7 +41,7 @@ public:
     explicit TableView(QWidget* parent = nullptr);
     ~TableView() override;
 
-    // Neither is owned; both must be taken back before they go.
+    // Neither is owned: the caller must reset both before they are destroyed.
     void setDataSource(TableViewDataSource* dataSource) { dataSource_ = dataSource; }
     void setDelegate(TableViewDelegate* delegate) { delegate_ = delegate; }
 
@@ -59,15 +59,15 @@ public:
     // Forgets all rows and asks for them anew. Running row animations end at once.
     void reloadData();
 
-    // Changes between the two calls are shown together. Numbers count the rows as the changes before them
-    // have left them.
+    // Changes between the two calls are animated together. Each change numbers the rows as the previous
+    // changes have left them.
     void beginUpdates();
     void endUpdates();
     void removeRow(std::int64_t row, RowAnimation animation);
     void insertRow(std::int64_t row, RowAnimation animation);
 
     [[nodiscard]] std::int64_t numberOfRows() const { return static_cast<std::int64_t>(rows_.size()); }
-    // The view that stands in a row now; none while the row is out of sight.
+    // The current view of a row; null while the row is out of sight.
     [[nodiscard]] std::shared_ptr<View> viewAtRow(std::int64_t row) const;
 
     [[nodiscard]] View* hitTest(QPointF point) override;
@@ -90,7 +90,7 @@ private:
     struct Animation;
 
     void calculateRestingPlaces();
-    // When rows that come into sight join the tree of views.
+    // When rows that come into sight are added as subviews.
     enum class Appearing { Now, WithTheFirstFrame };
     void tile(Appearing appearing);
     void place(const Row& row) const;

@@ -14,7 +14,7 @@ namespace platform {
 
 namespace {
 
-// With the upper and left edge, without the lower and right one.
+// A rectangle includes its upper and left edges and excludes its lower and right ones.
 bool contains(const QRectF& rect, QPointF point) {
     return point.x() >= rect.left() && point.x() < rect.right() && point.y() >= rect.top() &&
            point.y() < rect.bottom();
@@ -72,7 +72,7 @@ void View::setLogicalFrame(const QRectF& frame) {
     place(frame, parent ? QStyle::visualRect(layoutDirection(), parent->rect(), rect) : rect);
 }
 
-// Qt sends the resize event of a view that does not show yet only when it does.
+// Qt sends the resize event of a hidden view only when the view is shown.
 void View::place(const QRectF& frame, const QRect& geometry) {
     const bool resized = frame.size() != frame_.size() || geometry.size() != size();
     frame_ = frame;
@@ -226,7 +226,7 @@ void View::notifyExpandedChanged() {
     tellAssistivePrograms(descriptionChange);
 }
 
-// No view looks otherwise while it is disabled, so that nothing is drawn anew; assistive programs are told.
+// A disabled view looks the same, so it is not painted again. Assistive programs are told of the change.
 void View::changeEvent(QEvent* event) {
     if (event->type() != QEvent::EnabledChange) {
         QWidget::changeEvent(event);

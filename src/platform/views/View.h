@@ -79,7 +79,7 @@ public:
 
     // --- what shows
 
-    // The view's own flag, whatever its window does.
+    // Whether the view itself is hidden. A view that is not hidden may lie in a hidden one.
     void setHidden(bool hidden);
     [[nodiscard]] bool isHidden() const { return hidden_; }
 
@@ -114,21 +114,21 @@ public:
 
     // What assistive programs are told of this view.
     [[nodiscard]] virtual AccessibleTraits accessibleTraits() const { return {}; }
-    // An assistive program asks for one of the actions that the traits name.
+    // Performs one of the actions that the traits name, as an assistive program asked.
     virtual void performAccessibleAction(const QString& action) { Q_UNUSED(action) }
 
-    // Tells assistive programs that isExpanded of the traits is another now. The desktop's bridge passes no
-    // such change on, but one of the description: a view that opens and closes says it there too, in words.
+    // Tells assistive programs that isExpanded of the traits has changed. The desktop's bridge passes on only
+    // changes of the description, so a view that opens and closes says so in its description too.
     void notifyExpandedChanged();
 
-    // Called when an ancestor has scrolled or changed its size, so that exposedRect may differ.
+    // Called when an ancestor has scrolled or changed its size, so that exposedRect may have changed.
     virtual void exposedRectChanged() {}
 
 protected:
-    // Whether a point of the superview lies in what there is of the view.
+    // Whether a point of the superview lies in the view and outside what was cut off.
     [[nodiscard]] bool takesPoint(QPointF point) const;
 
-    // Whether to show that the view has the keyboard: it came to it by a key, not with a window or a click.
+    // Whether to draw a focus ring: a key has moved the focus to the view, not a click or a new window.
     [[nodiscard]] bool showsFocus() const { return showsFocus_; }
 
     // The view's upper left corner in the superview. (A window's pos() would be its title bar's.)
@@ -166,7 +166,7 @@ template <class T, class... Arguments>
     });
 }
 
-// Tells a view and all views below it that their exposed rectangles may differ.
+// Tells a view and all views below it that their exposed rectangles may have changed.
 void notifyExposedRectChanged(QWidget& top);
 
 } // namespace platform

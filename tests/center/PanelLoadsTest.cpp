@@ -10,7 +10,7 @@
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
+#include <QCoreApplication>
 #include <QImage>
 
 #include <memory>
@@ -45,7 +45,8 @@ protected:
         panel = std::make_unique<center::Panel>(center::Backdrop::RoundTranslucent, center::Height::OfScreen,
                                                 320, std::move(manual.triggers));
         panel->open();
-        QApplication::setActiveWindow(&window());
+        window().activateWindow();
+        QCoreApplication::processEvents();
     }
 
     ~PanelLoadsTest() override {

@@ -16,6 +16,7 @@
 #include <string>
 #include <sys/inotify.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 using platform::InotifyWatcher;

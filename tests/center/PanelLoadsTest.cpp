@@ -36,6 +36,17 @@ std::string feedOf(const std::string& names) {
     return feed + "</array>";
 }
 
+// Counts how often a window brings what it has painted to the screen.
+class Updates final : public QObject {
+public:
+    explicit Updates(QWidget& window) { window.installEventFilter(this); }
+    bool eventFilter(QObject*, QEvent* event) override {
+        count += event->type() == QEvent::UpdateRequest;
+        return false;
+    }
+    int count = 0;
+};
+
 class PanelLoadsTest : public testing::Test {
 protected:
     PanelLoadsTest() {
@@ -207,6 +218,13 @@ TEST_F(PanelLoadsTest, looksTheSameWhereNothingHasChanged) {
     ASSERT_NE(withFocus, before);
     change("abc");
     EXPECT_EQ(picture(), withFocus);
+}
+
+TEST_F(PanelLoadsTest, showsTheNewViewAtOnce) {
+    Updates updates(window());
+    change("abd");
+    QCoreApplication::processEvents();
+    EXPECT_EQ(updates.count, 1);
 }
 
 TEST_F(PanelLoadsTest, keepsTheKeyboardAtTheSameTransaction) {

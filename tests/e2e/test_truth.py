@@ -135,6 +135,27 @@ class Host(Truth):
         panel.wait_for_rows(1)
 
 
+class LowScreen(Truth):
+    desktop_options = {"width": 800, "height": 240}
+
+    def names(self):
+        """Where the list is: the pixels of the rows' names and dates."""
+        picture = self.panel.window.picture()
+        return [picture[flows.MARGIN_X + x, y] for x in range(52, 115) for y in range(picture.height)]
+
+    def test_a_new_feed_leaves_the_list_scrolled_to_its_place(self):
+        records = [overdue(number) for number in range(1, 6)]
+        panel = self.open(records)
+        panel.window.wait_for_size(None, None)
+        top = self.names()
+        panel.window.click(100, 100, button=5)
+        harness.wait_for(lambda: self.names() != top, "a scrolled list")
+        scrolled, before = self.names(), panel.row_picture(1)
+        self.replace_feed([record | {"amount": "77.00"} for record in records])
+        harness.wait_for(lambda: panel.row_picture(1) != before, "the new amounts")
+        self.assertEqual(self.names(), scrolled)
+
+
 class Moments(Truth):
     def test_a_transaction_falls_due_before_the_eye(self):
         zone = local_noon()

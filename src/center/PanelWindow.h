@@ -32,7 +32,7 @@ public:
     void setContent(std::shared_ptr<platform::ViewController> controller);
     void setEscapePressed(std::function<void()> handler) { escapePressed_ = std::move(handler); }
     void setCloseRequested(std::function<void()> handler) { closeRequested_ = std::move(handler); }
-    // Called before a mouse button that is released anywhere in the window has its effect.
+    // Called when a mouse button has been released anywhere in the window.
     void setMouseReleased(std::function<void()> handler) { mouseReleased_ = std::move(handler); }
 
     // Moves the window to the right edge of the screen. Has no effect where the desktop places windows.

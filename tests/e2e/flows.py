@@ -155,7 +155,7 @@ class Panel:
         harness.wait_for(lambda: self.row_picture(row) == picture, f"row {row} as it was seen before")
 
     def gesture(self, *steps):
-        self.window.gesture(*steps)
+        return self.window.gesture(*steps)
 
     def hold_row(self, row):
         """Presses a closed row and waits until it shows that. What the mouse did before has been handled then."""

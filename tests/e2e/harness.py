@@ -157,7 +157,8 @@ class Window:
     def gesture(self, *steps):
         """Does what a quick hand does, at its own pace: "click", "mousedown" and "mouseup" are the left button's, a
         pair is a place to go to, and a number the seconds to let pass before the next step. (xdotool would let a
-        tenth pass after each click.)"""
+        tenth pass after each click.) Returns whether the hand was as quick as that: on a loaded machine it may not
+        have been."""
         here = self.geometry()
         words = []
         for step in steps:
@@ -169,7 +170,9 @@ class Window:
                 words += ["mousemove", here.x + step[0], here.y + step[1]]
             else:
                 words += ["sleep", step]
+        begin = time.monotonic()
         self.desktop.xdotool(*words)
+        return time.monotonic() - begin < sum(step for step in steps if isinstance(step, float)) + 0.1
 
     def press(self, key):
         """Gives the window the keyboard, then presses a key, named as X names it. A click goes through the window

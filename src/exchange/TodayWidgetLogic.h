@@ -42,6 +42,9 @@ public:
 
     // Paid, Later and Delete are logged in the account's actions.xml, then the feed is rewritten; Info leaves
     // the request in the shared settings and opens the host application. The context is not used, on purpose.
+    // Soft: files and folders that cannot be written, an application that cannot be opened. Fatal, with the
+    // action logged: no feed, an unreadable one, a root that is no array, a record without a plan key, one of
+    // the same plan without a date, a calendar that yields no date. Fatal before anything: no container.
     static void performTransactionAction(const TodayTransaction& transaction, TodayTransactionAction action,
                                          platform::ExtensionContext* context);
     static void performNewTransaction(platform::ExtensionContext* context);

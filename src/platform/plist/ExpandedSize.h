@@ -42,8 +42,8 @@ private:
     std::unordered_map<const void*, Extent> known_; // by the address of what may be shared
 };
 
-// Whether so many bytes are too many for what was `source` bytes before: more than sixteen times that, and
-// than eight megabytes, which are always allowed.
+// Whether so many bytes are too many for what was `source` bytes before: more than eight mebibytes, which are
+// always allowed, and sixteen times the source together.
 [[nodiscard]] bool isTooLarge(std::size_t expanded, std::size_t source);
 
 // Whether a value grows too large when it is written.

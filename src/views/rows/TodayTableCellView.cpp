@@ -50,7 +50,6 @@ void TodayTableCellView::awakeFromNib() {
     View::awakeFromNib();
     sumBackgroundView->setMasksToBounds(true);
     sumBackgroundView->setCornerRadius(badgeCornerRadius);
-    rightButtonsPanel->setEnabled(false);
     rightButtonsPanel->generateButtons();
     // The row owns the panel, so the panel's reference to the row must not own it.
     rightButtonsPanel->delegate = std::shared_ptr<TodayButtonsPanelDelegate>(std::shared_ptr<void>(), this);

@@ -66,14 +66,7 @@ std::string icuLocaleName(std::string_view posixName) {
 }
 
 std::string dateLocaleName() {
-    static std::string knownText;
-    static std::string name;
-    const std::string_view text = firstSet({"LC_ALL", "LC_TIME", "LANG"});
-    if (name.empty() || knownText != text) {
-        knownText = text;
-        name = icuLocaleName(text);
-    }
-    return name;
+    return icuLocaleName(firstSet({"LC_ALL", "LC_TIME", "LANG"}));
 }
 
 } // namespace platform

@@ -1,4 +1,4 @@
-#include "center/PanelWindow.h"
+#include "center/Backdrop.h"
 
 #include <QGuiApplication>
 
@@ -26,7 +26,7 @@ bool isComposited(xcb_connection_t* connection, int screen) {
     return owner && owner->owner != XCB_WINDOW_NONE;
 }
 
-// The n of a display name such as ":0.n"; 0 where it names none.
+// The n of a display name such as ":0.n"; 0 if it has none.
 int screenNumber() {
     const std::string display = qEnvironmentVariable("DISPLAY").toStdString();
     const std::size_t colon = display.rfind(':');

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "center/Backdrop.h"
 #include "platform/extension/ViewController.h"
 #include "platform/system/MainQueue.h"
 #include "platform/views/ScrollView.h"
@@ -10,10 +11,6 @@
 #include <memory>
 
 namespace center {
-
-// The background of the window. Without a compositor a translucent window would be black, and a window with a
-// frame of the desktop has the corners of that frame.
-enum class Backdrop { RoundTranslucent, SquareOpaque };
 
 // The limit of the panel's height: that of the screen, or that of the content for a picture of the panel.
 enum class Height { OfScreen, OfContent };
@@ -68,8 +65,5 @@ private:
     std::function<void()> closeRequested_;
     std::function<void()> mouseReleased_;
 };
-
-// The background that the current desktop supports.
-[[nodiscard]] Backdrop backdropOfDesktop();
 
 } // namespace center

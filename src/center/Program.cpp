@@ -1,5 +1,6 @@
 #include "center/Program.h"
 
+#include "center/Backdrop.h"
 #include "center/Language.h"
 #include "center/Options.h"
 #include "center/Panel.h"

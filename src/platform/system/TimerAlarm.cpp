@@ -44,10 +44,17 @@ TimerAlarm::~TimerAlarm() {
         close(timer_);
 }
 
+// A clock that was set since the timer was last read makes the first call fail, and no read tells of it after
+// that. The timer then rings at once.
 void TimerAlarm::setMoment(double moment) {
+    if (!arm(moment) && errno == ECANCELED)
+        arm(0);
+}
+
+bool TimerAlarm::arm(double moment) const {
     itimerspec time{};
     time.it_value = timeAfter(moment);
-    timerfd_settime(timer_, TFD_TIMER_ABSTIME | TFD_TIMER_CANCEL_ON_SET, &time, nullptr);
+    return timerfd_settime(timer_, TFD_TIMER_ABSTIME | TFD_TIMER_CANCEL_ON_SET, &time, nullptr) == 0;
 }
 
 // The read tells of a cancelled timer by ECANCELED. Nothing is there to be read where the moment was replaced

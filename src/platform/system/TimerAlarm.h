@@ -21,6 +21,7 @@ public:
     void setMoment(double moment) override;
 
 private:
+    bool arm(double moment) const;
     void readTimer();
 
     int timer_;

@@ -2,6 +2,7 @@
 #include "center/Panel.h"
 
 #include "ManualTriggers.h"
+#include "PanelContent.h"
 #include "support/Application.h"
 #include "support/Containers.h"
 #include "support/Events.h"
@@ -19,20 +20,15 @@
 
 using namespace std::chrono_literals;
 
-namespace {
+using center::rowPoint;
 
-constexpr double now = 1773129600; // 2026-03-10 08:00 UTC
+namespace {
 
 // One record for each name, in this order of dates.
 std::string feedOf(const std::string& names) {
     std::string feed = "<array>";
     for (const char name : names)
-        feed += "<dict><key>date</key><real>" + std::to_string(1773120000 + name) +
-                "</real><key>name</key><string>" + name +
-                "</string><key>image</key><string>a-picture-that-is-not-there</string>"
-                "<key>amount</key><string>1</string><key>income</key><false/><key>expense</key><false/>"
-                "<key>planpk</key><string>" +
-                name + "</string><key>single</key><true/></dict>";
+        feed += center::recordOf(std::string(1, name), std::string(1, name), name);
     return feed + "</array>";
 }
 
@@ -96,13 +92,8 @@ protected:
             support::pressKey(*window().focusWidget(), Qt::Key_Tab);
     }
 
-    static QPoint rowPoint(int row) {
-        return {center::PanelWindow::horizontalMargin + 25,
-                center::PanelWindow::verticalMargin + 50 * row + 25};
-    }
-
     support::Containers containers;
-    support::ManualClock clock{now};
+    support::ManualClock clock{center::panelTestMoment};
     support::ManualMainQueue queue;
     ManualAlarm* alarm = nullptr;
     std::unique_ptr<center::Panel> panel;

@@ -1,5 +1,6 @@
 #include "center/Panel.h"
 
+#include "PanelContent.h"
 #include "center/Snapshot.h"
 #include "support/Application.h"
 #include "support/Containers.h"
@@ -18,21 +19,15 @@
 
 using namespace std::chrono_literals;
 
+using center::rowPoint;
 using platform::MainQueue;
 
 namespace {
 
-constexpr double now = 1773129600; // 2026-03-10 08:00 UTC
-
 std::string feedOf(int count) {
     std::string feed = "<array>";
     for (int i = 0; i < count; ++i)
-        feed += "<dict><key>date</key><real>" + std::to_string(1773120000 + i) +
-                "</real><key>name</key><string>N</string><key>image</"
-                "key><string>a-picture-that-is-not-there</string>"
-                "<key>amount</key><string>1</string><key>income</key><false/><key>expense</key><false/>"
-                "<key>planpk</key><string>p" +
-                std::to_string(i) + "</string><key>single</key><true/></dict>";
+        feed += center::recordOf("N", "p" + std::to_string(i), i);
     return feed + "</array>";
 }
 
@@ -73,14 +68,8 @@ protected:
         EXPECT_EQ(&panel->controller(), now) << "loaded twice";
     }
 
-    // The middle of a row's picture.
-    static QPoint rowPoint(int row) {
-        return {center::PanelWindow::horizontalMargin + 25,
-                center::PanelWindow::verticalMargin + 50 * row + 25};
-    }
-
     support::Containers containers;
-    support::ManualClock clock{now};
+    support::ManualClock clock{center::panelTestMoment};
     support::ManualMainQueue queue;
     std::unique_ptr<center::Panel> panel;
     int closed = 0;

@@ -4,12 +4,14 @@
 #include "ctl/Json.h"
 #include "ctl/Moments.h"
 #include "ctl/Terminal.h"
-#include "exchange/FeedRewriter.h"
+#include "exchange/ActionLog.h"
 #include "exchange/SharedFiles.h"
 #include "exchange/SharedSettings.h"
 #include "platform/plist/Writer.h"
 #include "platform/storage/ClaimedFile.h"
 #include "platform/storage/Files.h"
+#include "platform/storage/FolderLock.h"
+#include "platform/storage/StorageError.h"
 
 #include <cstdint>
 #include <optional>
@@ -62,11 +64,14 @@ std::string recordText(const plist::Value& value) {
            terminalText(*key->string());
 }
 
-// Prints the records of a claimed log, then removes that file and leaves an empty log. The file is removed
-// after the output has left this process, so that a process that is killed in between prints a record twice
-// rather than never.
-int printAndRemove(const Options& options, Streams& streams, const std::string& log,
-                   const std::string& claimed) {
+// The outcome of one claim.
+enum class HandedOut { Nothing, All, Failed };
+
+// Prints the records of a claimed log, then ends the claim with an empty log. The claim ends after the output
+// has left this process, so that a process that is killed in between prints a record twice rather than never.
+// Meanwhile the container is not locked: whoever reads the output may take any time.
+int printAndRemove(const Options& options, Streams& streams, platform::ClaimedFile& claim) {
+    const std::string claimed = claim.path();
     const std::optional<plist::Array> records = exchange::arrayFromFile(claimed);
     if (!records)
         return failed(streams, claimed, "no array of records can be read");
@@ -75,11 +80,51 @@ int printAndRemove(const Options& options, Streams& streams, const std::string& 
     streams.out.flush();
     if (!streams.out)
         return failed(streams, "standard output", "it cannot be written; the records are kept in " + claimed);
+    const platform::FolderLock lock(containerPath());
+    if (lock.error())
+        return failed(streams, claimed, "the records are kept: " + lock.error().message());
     if (exchange::arrayFromFile(claimed) != records)
         return failed(streams, claimed, "another process has changed the records; they are kept");
-    if (platform::replaceClaimedFile(log, *plist::writeXml(plist::Value(plist::Array()))))
-        return failed(streams, claimed, "the records cannot be removed");
-    return Done;
+    return reportWrite(streams, claimed, claim.replace(*plist::writeXml(plist::Value(plist::Array()))));
+}
+
+// Hands out what is claimed: by this run, or by one that was interrupted.
+HandedOut handOutClaim(const Options& options, Streams& streams, platform::ClaimedFile& claim) {
+    if (const std::error_code error = claim.resume()) {
+        if (error == std::errc::no_such_file_or_directory)
+            return HandedOut::Nothing;
+        (void)failed(streams, claim.path(),
+                     error == platform::StorageError::LockHeld ? "another program is consuming the log"
+                                                               : error.message());
+        return HandedOut::Failed;
+    }
+    return printAndRemove(options, streams, claim) == Done ? HandedOut::All : HandedOut::Failed;
+}
+
+// Claims the log if it holds a record. After that the widget appends to a new file, so that no action is
+// lost. A program that takes no lock, has read the log before and writes it afterwards has those records
+// printed twice. Returns whether there is a claim to hand out, or says why not and returns nothing.
+std::optional<bool> claimLog(Streams& streams, const std::string& log, platform::ClaimedFile& claim) {
+    const auto refuse = [&](const std::string& sentence) {
+        (void)failed(streams, log, sentence);
+        return std::nullopt;
+    };
+    const platform::FolderLock lock(containerPath());
+    if (lock.error())
+        return refuse(lock.error().message());
+    std::error_code error;
+    if (!platform::readFile(log, &error))
+        return error == std::errc::no_such_file_or_directory ? std::optional(false) : refuse(error.message());
+    const std::optional<plist::Array> records = exchange::arrayFromFile(log);
+    if (!records)
+        return refuse("no array of records can be read");
+    if (records->empty())
+        return false;
+    error = claim.claim();
+    // Another consumer may have claimed the log just before, and this run hands out what that one leaves.
+    if (!platform::isMade(error) && error != std::errc::file_exists)
+        return refuse("the log cannot be claimed: " + error.message());
+    return true;
 }
 
 } // namespace
@@ -89,27 +134,22 @@ int consume(const Options& options, Streams& streams) {
         return misused(streams, "consume takes no operand");
     if (!hasContainer())
         return failed(streams, containerPath(), "there is no container");
+    if (const std::error_code error = settingsError())
+        return failed(streams, settingsFile(), error.message());
     const std::string log =
         exchange::actionLogFile(exchange::accountFolder(containerPath(), exchange::accountKey()));
-    const std::optional<std::string> claimed = platform::claimedPath(log);
-    if (!claimed)
-        return platform::fileExists(log) ? failed(streams, log, "the log's folder cannot be opened") : Done;
-    // An interrupted run has left its records.
-    if (platform::fileExists(*claimed))
-        if (const int status = printAndRemove(options, streams, log, *claimed); status != Done)
-            return status;
-    if (!platform::fileExists(log))
-        return Done;
-    const std::optional<plist::Array> records = exchange::arrayFromFile(log);
-    if (!records)
-        return failed(streams, log, "no array of records can be read");
-    if (records->empty())
-        return Done;
-    // After the renaming the widget appends to a new file, so that no action is lost. If it has read the log
-    // before and writes it afterwards, those records are printed twice.
-    if (platform::claimFile(log))
-        return failed(streams, log, "the log cannot be claimed");
-    return printAndRemove(options, streams, log, *claimed);
+    platform::ClaimedFile claim;
+    if (const std::error_code error = claim.find(log))
+        return error == std::errc::no_such_file_or_directory
+                   ? Done
+                   : failed(streams, log, "the log's folder cannot be opened");
+    // An interrupted run has left its records, or another is at work on them.
+    if (handOutClaim(options, streams, claim) == HandedOut::Failed)
+        return Failed;
+    const std::optional<bool> isClaimed = claimLog(streams, log, claim);
+    if (!isClaimed)
+        return Failed;
+    return *isClaimed && handOutClaim(options, streams, claim) == HandedOut::Failed ? Failed : Done;
 }
 
 } // namespace ctl

@@ -2,7 +2,13 @@
 
 #include "exchange/GroupIdentifiers.h"
 #include "exchange/SharedSettings.h"
+#include "platform/plist/Reader.h"
+#include "platform/storage/Files.h"
 #include "platform/storage/GroupContainers.h"
+#include "platform/storage/SharedDefaults.h"
+#include "platform/storage/StorageError.h"
+
+#include <variant>
 
 namespace ctl {
 
@@ -18,6 +24,27 @@ exchange::FeedReading readWidgetsList() {
     if (!hasContainer())
         return std::vector<TodayTransactionPtr>();
     return exchange::readFeed(containerPath(), exchange::notificationDayCount());
+}
+
+std::error_code settingsError() {
+    std::error_code error;
+    const auto bytes = platform::readFile(settingsFile(), &error);
+    if (!bytes)
+        return error == std::errc::no_such_file_or_directory ? std::error_code{} : error;
+    const platform::plist::ReadResult result = platform::plist::read(*bytes);
+    const auto* root = std::get_if<platform::plist::Value>(&result);
+    return root && root->dictionary() ? std::error_code{} : platform::StorageError::NotADictionary;
+}
+
+std::string settingsFile() {
+    return platform::SharedDefaults::file(std::string(fullEditionGroupIdentifier));
+}
+
+int reportWrite(Streams& streams, const std::string& file, const std::error_code& result) {
+    if (!result)
+        return Done;
+    const int status = failed(streams, file, result.message());
+    return platform::isMade(result) ? Done : status;
 }
 
 } // namespace ctl

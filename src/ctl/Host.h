@@ -1,8 +1,10 @@
 #pragma once
 
+#include "ctl/Report.h"
 #include "exchange/FeedReader.h"
 
 #include <string>
+#include <system_error>
 
 // The container of the host application, as several commands need it.
 namespace ctl {
@@ -14,5 +16,14 @@ namespace ctl {
 // The transactions that the widget reads, or the fault at which it would end. Without a container the list is
 // empty.
 [[nodiscard]] exchange::FeedReading readWidgetsList();
+
+// Why the shared settings cannot be read as they stand, so that the account's key is not known: an error of
+// reading the file, or that its root is no dictionary. None where there is no file.
+[[nodiscard]] std::error_code settingsError();
+[[nodiscard]] std::string settingsFile();
+
+// Says what became of writing a file, and returns the exit status: Done also where the file is written but
+// may be lost in a crash, which the user is told.
+[[nodiscard]] int reportWrite(Streams& streams, const std::string& file, const std::error_code& result);
 
 } // namespace ctl

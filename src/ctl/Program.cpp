@@ -7,6 +7,7 @@
 #include "ctl/PublishCommand.h"
 #include "ctl/SettingsCommand.h"
 #include "exchange/GroupIdentifiers.h"
+#include "platform/storage/FolderLock.h"
 #include "platform/storage/GroupContainers.h"
 
 #include <algorithm>
@@ -81,6 +82,7 @@ int run(const std::vector<std::string>& arguments, Streams& streams) {
     if (const auto* error = std::get_if<std::string>(&options))
         return misused(streams, *error);
     platform::GroupContainers::setFolder(std::get<Options>(options).containers);
+    platform::FolderLock::setPolicy(platform::FolderLock::required);
     const int status = answer(std::get<Options>(options), streams);
     streams.out.flush();
     if (status == Done && !streams.out)

@@ -1,6 +1,7 @@
 #include "ctl/CtlTest.h"
 #include "ctl/Program.h"
 #include "exchange/SharedFiles.h"
+#include "platform/storage/ClaimedFile.h"
 #include "platform/storage/FileSystemCalls.h"
 
 #include <cerrno>
@@ -85,6 +86,86 @@ TEST_F(ConsumeTest, failsWhereTheFolderOfTheLogCannotBeOpened) {
     EXPECT_EQ(err, "korvel-todayctl: " + path("-/actions.xml") + ": the log's folder cannot be opened\n");
     EXPECT_EQ(out, "");
     EXPECT_EQ(log(), before);
+}
+
+// Lets paths that end like this not be opened.
+class ClosedCalls final : public platform::FileSystemCalls {
+public:
+    explicit ClosedCalls(std::string ending)
+        : ending_(std::move(ending)) {
+        setCurrent(this);
+    }
+    ~ClosedCalls() override { setCurrent(nullptr); }
+    int open(const char* path, int flags) override {
+        return std::string(path).ends_with(ending_) ? (errno = EACCES, -1)
+                                                    : FileSystemCalls::open(path, flags);
+    }
+    ssize_t readLink(const char* path, char* bytes, std::size_t count) override {
+        return std::string(path).ends_with(ending_) ? (errno = EACCES, -1)
+                                                    : FileSystemCalls::readLink(path, bytes, count);
+    }
+
+private:
+    std::string ending_;
+};
+
+TEST_F(ConsumeTest, failsWhereTheAccountsFolderMayNotBeSearched) {
+    write("-/actions.xml", arrayFile(logged(1, "a", "1", 0)));
+    const ClosedCalls calls("/-/actions.xml");
+    EXPECT_EQ(run({"consume"}), 1);
+    EXPECT_EQ(err, "korvel-todayctl: " + path("-/actions.xml") + ": the log's folder cannot be opened\n");
+    EXPECT_EQ(out, "");
+}
+
+TEST_F(ConsumeTest, failsWhereTheSettingsThatNameTheAccountCannotBeRead) {
+    setSettings({{"account_pk", plist::Value("mine")}});
+    write("mine/actions.xml", arrayFile(logged(1, "mine", "1", 0)));
+    const ClosedCalls calls(".plist");
+    EXPECT_EQ(run({"consume"}), 1);
+    EXPECT_NE(err.find(".plist: Permission denied\n"), std::string::npos) << err;
+    EXPECT_EQ(out, "");
+}
+
+TEST_F(ConsumeTest, failsWhereTheSettingsAreNoDictionary) {
+    breakSettings();
+    write("-/actions.xml", arrayFile(logged(1, "a", "1", 0)));
+    EXPECT_EQ(run({"consume"}), 1);
+    EXPECT_NE(err.find(".plist: its root is no dictionary\n"), std::string::npos) << err;
+    EXPECT_EQ(out, "");
+}
+
+TEST_F(ConsumeTest, failsWhileAnotherProgramConsumes) {
+    write("-/actions.xml.aside", arrayFile(logged(1, "a", "1", 0)));
+    platform::ClaimedFile other;
+    ASSERT_FALSE(other.find(path("-/actions.xml")));
+    ASSERT_FALSE(other.resume());
+    const Unhurried calls;
+    EXPECT_EQ(run({"consume"}), 1);
+    EXPECT_EQ(err,
+              "korvel-todayctl: " + path("-/actions.xml.aside") + ": another program is consuming the log\n");
+    EXPECT_EQ(out, "");
+}
+
+TEST_F(ConsumeTest, saysThatTheEmptiedLogMayNotBeSafe) {
+    class Unsynced final : public platform::FileSystemCalls {
+    public:
+        Unsynced() { setCurrent(this); }
+        ~Unsynced() override { setCurrent(nullptr); }
+        int unlink(int folder, const char* name) override {
+            isLast = std::string(name).ends_with(".aside");
+            return FileSystemCalls::unlink(folder, name);
+        }
+        int sync(int file) override { return isLast ? (errno = EIO, -1) : FileSystemCalls::sync(file); }
+        bool isLast = false;
+    };
+    write("-/actions.xml", arrayFile(logged(1, "a", "1", 0)));
+    {
+        const Unsynced calls;
+        EXPECT_EQ(run({"consume"}), 0);
+    }
+    EXPECT_EQ(err, "korvel-todayctl: " + path("-/actions.xml.aside") +
+                       ": written, but perhaps not safe yet: Input/output error\n");
+    EXPECT_TRUE(isEmptied());
 }
 
 TEST_F(ConsumeTest, leavesALogThatIsNoArray) {
@@ -212,6 +293,9 @@ public:
 
     int rename(int folder, const char* from, const char* to) override {
         return around([&] { return FileSystemCalls::rename(folder, from, to); });
+    }
+    int renameToFree(int folder, const char* from, const char* to) override {
+        return around([&] { return FileSystemCalls::renameToFree(folder, from, to); });
     }
     int unlink(int folder, const char* name) override {
         return around([&] { return FileSystemCalls::unlink(folder, name); });

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "exchange/ExchangeTest.h"
+#include "platform/storage/FileSystemCalls.h"
 
 #include <sstream>
 #include <string>
@@ -16,6 +17,17 @@ protected:
 
     std::string out; // what the last command wrote
     std::string err;
+};
+
+// The system's calls, where waiting for a lock takes no time.
+class Unhurried final : public platform::FileSystemCalls {
+public:
+    Unhurried() { setCurrent(this); }
+    ~Unhurried() override { setCurrent(nullptr); }
+    Unhurried(const Unhurried&) = delete;
+    Unhurried& operator=(const Unhurried&) = delete;
+
+    void pause(std::chrono::milliseconds /*duration*/) override {}
 };
 
 } // namespace ctl

@@ -1,54 +1,106 @@
 #include "platform/storage/ClaimedFile.h"
 
-#include "platform/storage/FilePlace.h"
 #include "platform/storage/FileSystemCalls.h"
 #include "platform/storage/Files.h"
-#include "platform/storage/OpenFile.h"
+#include "platform/storage/FolderLock.h"
+#include "platform/storage/StorageError.h"
 #include "platform/storage/TemporaryFile.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <optional>
 
 namespace platform {
 
 namespace {
 
-std::string claimedName(const std::string& name) {
-    return name + ".aside";
+// Renames a file unless the new name is taken. Where the file system has no such rename, the file gets the
+// new name beside its old one first.
+int renameToFreeName(int folder, const std::string& from, const std::string& to) {
+    FileSystemCalls& calls = FileSystemCalls::current();
+    if (calls.renameToFree(folder, from.c_str(), to.c_str()) == 0)
+        return 0;
+    if (errno != EINVAL && errno != ENOSYS)
+        return -1;
+    if (calls.link(folder, from.c_str(), to.c_str()) != 0)
+        return -1;
+    return calls.unlink(folder, from.c_str());
 }
 
 } // namespace
 
-std::error_code claimFile(const std::string& path) {
-    FilePlace place;
-    if (const auto error = place.find(path))
-        return error;
-    const std::string claimed = claimedName(place.name());
-    if (FileSystemCalls::current().rename(place.folder(), place.name().c_str(), claimed.c_str()) != 0)
-        return lastError();
-    return place.syncFolder();
+std::error_code ClaimedFile::find(const std::string& path) {
+    return place_.find(path);
 }
 
-std::optional<std::string> claimedPath(const std::string& path) {
-    FilePlace place;
-    if (place.find(path))
-        return std::nullopt;
-    return pathByAppending(place.folderPath(), claimedName(place.name()));
+std::string ClaimedFile::path() const {
+    return pathByAppending(place_.folderPath(), claimedName());
 }
 
-std::error_code replaceClaimedFile(const std::string& path, std::string_view bytes) {
-    FilePlace place;
-    if (const auto error = place.find(path))
-        return error;
-    const std::string claimed = claimedName(place.name());
-    struct stat old {};
-    if (FileSystemCalls::current().statusAt(place.folder(), claimed.c_str(), &old) != 0)
+std::error_code ClaimedFile::claim() {
+    if (renameToFreeName(place_.folder(), place_.name(), claimedName()) != 0)
         return lastError();
-    TemporaryFile file(place.folder());
+    return place_.syncFolder();
+}
+
+std::error_code ClaimedFile::resume() {
+    for (;;) {
+        file_ = std::make_unique<OpenFile>(retryInterrupted([&] {
+            return FileSystemCalls::current().openAt(place_.folder(), claimedName().c_str(),
+                                                     O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0);
+        }));
+        if (!file_->isOpen())
+            return lastError();
+        if (const auto error = lockFile(file_->number()))
+            return error;
+        // Whoever held the lock before may have ended that claim, and there may be another one by now.
+        if (isStillThere())
+            return {};
+    }
+}
+
+bool ClaimedFile::isStillThere() const {
+    FileSystemCalls& calls = FileSystemCalls::current();
+    struct stat named {};
+    struct stat own {};
+    return calls.statusAt(place_.folder(), claimedName().c_str(), &named) == 0 &&
+           calls.statusOf(file_->number(), &own) == 0 && named.st_dev == own.st_dev &&
+           named.st_ino == own.st_ino;
+}
+
+std::error_code ClaimedFile::makeReplacement(std::string_view bytes) const {
+    std::optional<ExistingFile> old;
+    if (const auto error = place_.inspect(claimedName(), old))
+        return error;
+    if (!old)
+        return make_error_code(std::errc::no_such_file_or_directory);
+    TemporaryFile file(place_.folder());
     if (const auto error = file.write(old, bytes))
         return error;
-    if (const auto error = file.takeFreeName(place.name()))
+    return file.takeFreeName(place_.name());
+}
+
+std::error_code ClaimedFile::replace(std::string_view bytes) {
+    if (const auto error = makeReplacement(bytes))
         return error;
-    if (FileSystemCalls::current().unlink(place.folder(), claimed.c_str()) != 0)
+    if (FileSystemCalls::current().unlink(place_.folder(), claimedName().c_str()) != 0)
         return lastError();
-    return place.syncFolder();
+    return place_.syncFolder();
+}
+
+std::error_code ClaimedFile::replaceAndKeep(std::string_view bytes, std::string_view ending,
+                                            std::string& kept) {
+    if (const auto error = makeReplacement(bytes))
+        return error;
+    const std::string name = std::string(place_.name()).append(ending);
+    std::string free = name;
+    for (int number = 2; renameToFreeName(place_.folder(), claimedName(), free) != 0; ++number) {
+        if (errno != EEXIST)
+            return lastError();
+        free = name + '-' + std::to_string(number);
+    }
+    kept = pathByAppending(place_.folderPath(), free);
+    return place_.syncFolder();
 }
 
 } // namespace platform

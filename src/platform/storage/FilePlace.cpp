@@ -1,6 +1,7 @@
 #include "platform/storage/FilePlace.h"
 
 #include "platform/storage/FileSystemCalls.h"
+#include "platform/storage/StorageError.h"
 
 #include <climits>
 #include <fcntl.h>
@@ -33,6 +34,19 @@ std::error_code followLinks(std::string& path) {
 
 } // namespace
 
+std::error_code FilePlace::inspect(const std::string& name, std::optional<ExistingFile>& file) const {
+    file.reset();
+    struct stat status {};
+    if (FileSystemCalls::current().statusAt(folder(), name.c_str(), &status) != 0)
+        return errno == ENOENT ? std::error_code{} : lastError();
+    if (S_ISDIR(status.st_mode))
+        return std::make_error_code(std::errc::is_a_directory);
+    if (!S_ISREG(status.st_mode))
+        return std::make_error_code(std::errc::invalid_argument);
+    file = ExistingFile{name, status};
+    return {};
+}
+
 std::error_code FilePlace::find(const std::string& path) {
     if (path.empty() || holdsNul(path))
         return make_error_code(std::errc::invalid_argument);
@@ -54,7 +68,7 @@ std::error_code FilePlace::find(const std::string& path) {
 std::error_code FilePlace::syncFolder() const {
     if (retryInterrupted([&] { return FileSystemCalls::current().sync(folder()); }) == 0 || errno == EINVAL)
         return {};
-    return lastError();
+    return unsynced(lastError());
 }
 
 } // namespace platform

@@ -1,8 +1,13 @@
 #include "platform/storage/FileSystemCalls.h"
 
+#include <cerrno>
 #include <cstdio>
+#include <dirent.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/inotify.h>
+#include <sys/xattr.h>
+#include <thread>
 #include <unistd.h>
 
 namespace platform {
@@ -74,6 +79,10 @@ int FileSystemCalls::rename(int folder, const char* from, const char* to) {
     return ::renameat(folder, from, folder, to);
 }
 
+int FileSystemCalls::renameToFree(int folder, const char* from, const char* to) {
+    return ::renameat2(folder, from, folder, to, RENAME_NOREPLACE);
+}
+
 int FileSystemCalls::link(int folder, const char* from, const char* to) {
     return ::linkat(folder, from, folder, to, 0);
 }
@@ -84,6 +93,48 @@ int FileSystemCalls::unlink(int folder, const char* name) {
 
 int FileSystemCalls::makeFolder(const char* path) {
     return ::mkdir(path, 0777);
+}
+
+int FileSystemCalls::names(int folder, std::vector<std::string>& result) {
+    const int own = ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (own < 0)
+        return -1;
+    DIR* const entries = ::fdopendir(own);
+    if (!entries) {
+        ::close(own);
+        return -1;
+    }
+    errno = 0;
+    while (const dirent* entry = ::readdir(entries))
+        result.emplace_back(entry->d_name);
+    const int error = errno;
+    ::closedir(entries);
+    errno = error;
+    return error == 0 ? 0 : -1;
+}
+
+int FileSystemCalls::lock(int file, int operation) {
+    return ::flock(file, operation);
+}
+
+void FileSystemCalls::pause(std::chrono::milliseconds duration) {
+    std::this_thread::sleep_for(duration);
+}
+
+ssize_t FileSystemCalls::attributeNames(const char* path, char* bytes, std::size_t count) {
+    return ::llistxattr(path, bytes, count);
+}
+
+ssize_t FileSystemCalls::attribute(const char* path, const char* name, void* bytes, std::size_t count) {
+    return ::lgetxattr(path, name, bytes, count);
+}
+
+int FileSystemCalls::setAttribute(int file, const char* name, const void* bytes, std::size_t count) {
+    return ::fsetxattr(file, name, bytes, count, 0);
+}
+
+int FileSystemCalls::removeAttribute(int file, const char* name) {
+    return ::fremovexattr(file, name);
 }
 
 int FileSystemCalls::makeWatchQueue() {

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <sys/stat.h>
 #include <sys/types.h>
+#include <vector>
 
 namespace platform {
 
@@ -27,9 +29,18 @@ public:
     virtual int changeOwner(int file, uid_t owner, gid_t group);
     virtual int sync(int file);
     virtual int rename(int folder, const char* from, const char* to);
+    virtual int renameToFree(int folder, const char* from, const char* to); // EEXIST where the name is taken
     virtual int link(int folder, const char* from, const char* to);
     virtual int unlink(int folder, const char* name);
     virtual int makeFolder(const char* path);
+    virtual int names(int folder, std::vector<std::string>& result); // of the entries, "." and ".." too
+    virtual int lock(int file, int operation);                       // flock
+    virtual void pause(std::chrono::milliseconds duration);
+    // Extended attributes: those of a path, whose last component is not followed, and of an open file.
+    virtual ssize_t attributeNames(const char* path, char* bytes, std::size_t count);
+    virtual ssize_t attribute(const char* path, const char* name, void* bytes, std::size_t count);
+    virtual int setAttribute(int file, const char* name, const void* bytes, std::size_t count);
+    virtual int removeAttribute(int file, const char* name);
     virtual int makeWatchQueue(); // of inotify, whose reads do not wait
     virtual int addWatch(int queue, const char* path, std::uint32_t mask);
     virtual int removeWatch(int queue, int watch);

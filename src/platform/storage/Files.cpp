@@ -4,6 +4,7 @@
 #include "platform/storage/FileSystemCalls.h"
 #include "platform/storage/OpenFile.h"
 #include "platform/storage/OwnReplacements.h"
+#include "platform/storage/StorageError.h"
 #include "platform/storage/TemporaryFile.h"
 
 #include <algorithm>
@@ -76,18 +77,19 @@ std::string parentOf(const std::string& path) {
     return end == std::string::npos ? "/" : path.substr(0, end + 1);
 }
 
-// The status of the regular file at a place, or nothing if the place is free. A folder, fifo or device is an
-// error.
-std::error_code inspectTarget(const FilePlace& place, std::optional<struct stat>& file) {
-    struct stat status {};
-    if (FileSystemCalls::current().statusAt(place.folder(), place.name().c_str(), &status) != 0)
-        return errno == ENOENT ? std::error_code{} : lastError();
-    if (S_ISDIR(status.st_mode))
-        return std::make_error_code(std::errc::is_a_directory);
-    if (!S_ISREG(status.st_mode))
-        return std::make_error_code(std::errc::invalid_argument);
-    file = status;
-    return {};
+// Makes one folder in an existing one and syncs that. EEXIST is an error.
+std::error_code makeFolder(const std::string& path, const std::string& parent) {
+    FileSystemCalls& calls = FileSystemCalls::current();
+    if (calls.makeFolder(path.c_str()) != 0)
+        return lastError();
+    const OpenFile above(retryInterrupted([&] {
+        return calls.open(parent.empty() ? "." : parent.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    }));
+    // EINVAL means that the file system does not support fsync for folders.
+    if (above.isOpen() &&
+        (retryInterrupted([&] { return calls.sync(above.number()); }) == 0 || errno == EINVAL))
+        return {};
+    return unsynced(lastError());
 }
 
 } // namespace
@@ -104,37 +106,35 @@ std::optional<std::string> readFile(const std::string& path, std::error_code* er
 
 std::error_code replaceFile(const std::string& path, std::string_view bytes) {
     FilePlace place;
-    std::optional<struct stat> old;
+    std::optional<ExistingFile> old;
     if (const auto error = place.find(path))
         return error;
-    if (const auto error = inspectTarget(place, old))
+    if (const auto error = place.inspect(place.name(), old))
         return error;
     TemporaryFile file(place.folder());
     if (const auto error = file.write(old, bytes))
         return error;
     if (const auto error = file.takePlaceOf(place.name()))
         return error;
-    OwnReplacements::note(old ? FileVersion::of(*old) : FileVersion(), file.version());
+    OwnReplacements::note(old ? FileVersion::of(old->status) : FileVersion(), file.version());
     return place.syncFolder();
 }
 
 std::error_code makeFolders(const std::string& path) {
     if (path.empty() || holdsNul(path))
         return make_error_code(std::errc::invalid_argument);
-    FileSystemCalls& calls = FileSystemCalls::current();
-    if (isFolder(path) || calls.makeFolder(path.c_str()) == 0)
+    if (isFolder(path))
         return {};
-    std::error_code error = lastError();
     const std::string parent = parentOf(path);
-    if (error == std::errc::no_such_file_or_directory && !parent.empty()) {
-        if (const std::error_code above = makeFolders(parent))
+    std::error_code error = makeFolder(path, parent);
+    if (error == std::errc::no_such_file_or_directory && !isMade(error) && !parent.empty()) {
+        const std::error_code above = makeFolders(parent);
+        if (!isMade(above))
             return above;
-        if (calls.makeFolder(path.c_str()) == 0)
-            return {};
-        error = lastError();
+        error = worseOf(makeFolder(path, parent), above);
     }
     // Another program may have made the folder in the meantime.
-    if (error == std::errc::file_exists)
+    if (error == std::errc::file_exists && !isMade(error))
         return isFolder(path) ? std::error_code{} : make_error_code(std::errc::not_a_directory);
     return error;
 }

@@ -17,13 +17,15 @@ namespace platform {
 
 // Writes a file, or replaces it as a whole: a reader, and the disk after a crash, has all of the old bytes or
 // all of the new ones. The steps are a temporary file in the same folder, fsync, rename and fsync of the
-// folder. The mode of a replaced file is kept, and its owner if the process may set it; a new file's mode
-// follows the umask. A symbolic link is followed, even to a file that does not exist. A folder, FIFO or
-// device is not replaced. On failure the old file is unchanged and the temporary file is removed; only if the
-// last fsync fails, the new file is in place but may be lost in a crash.
+// folder. Who may do what with a replaced file stays (see carryAccessOver); a new file's mode follows the
+// umask. A symbolic link is followed, even to a file that does not exist. A folder, FIFO or device is not
+// replaced. On failure the old file is unchanged and the temporary file is removed; only if the last fsync
+// fails, the new file is in place but may be lost in a crash (see unsynced).
 [[nodiscard]] std::error_code replaceFile(const std::string& path, std::string_view bytes);
 
-// Makes a folder and its parents with modes that follow the umask. An existing folder is not an error.
+// Makes a folder and its parents with modes that follow the umask, and syncs the folders that hold those it
+// has made; where that fails, they are there but may be lost in a crash (see unsynced). An existing folder is
+// not an error.
 [[nodiscard]] std::error_code makeFolders(const std::string& path);
 
 // Whether a file of any kind exists at a path, or a folder. Symbolic links are followed.

@@ -3,10 +3,11 @@
 #include "platform/plist/Reader.h"
 #include "platform/plist/Writer.h"
 #include "platform/storage/Files.h"
+#include "platform/storage/FolderLock.h"
 #include "platform/storage/GroupContainers.h"
 #include "platform/storage/SettingConversions.h"
+#include "platform/storage/StorageError.h"
 
-#include <system_error>
 #include <utility>
 #include <variant>
 
@@ -19,6 +20,7 @@ enum class Loaded { Dictionary, Absent, Unreadable, NoDictionary };
 struct Load {
     Loaded result;
     plist::Dictionary values;
+    std::error_code error; // of reading the file
 };
 
 std::string preferencesFolder(const std::string& container) {
@@ -33,11 +35,12 @@ Load load(const std::string& container, const std::string& identifier) {
     std::error_code error;
     const auto bytes = readFile(preferencesFile(container, identifier), &error);
     if (!bytes)
-        return {error == std::errc::no_such_file_or_directory ? Loaded::Absent : Loaded::Unreadable, {}};
+        return {
+            error == std::errc::no_such_file_or_directory ? Loaded::Absent : Loaded::Unreadable, {}, error};
     const plist::ReadResult result = plist::read(*bytes);
     const auto* value = std::get_if<plist::Value>(&result);
     const plist::Dictionary* dictionary = value ? value->dictionary() : nullptr;
-    return dictionary ? Load{Loaded::Dictionary, *dictionary} : Load{Loaded::NoDictionary, {}};
+    return dictionary ? Load{Loaded::Dictionary, *dictionary, {}} : Load{Loaded::NoDictionary, {}, {}};
 }
 
 } // namespace
@@ -94,29 +97,45 @@ void SharedDefaults::set(const std::string& key, plist::Value value) {
 }
 
 bool SharedDefaults::synchronize() {
+    return isMade(save());
+}
+
+std::error_code SharedDefaults::save() {
     const auto container = GroupContainers::containerForGroup(identifier_);
     if (!container)
-        return false;
+        return make_error_code(std::errc::no_such_file_or_directory);
+    std::optional<FolderLock> lock;
+    if (!pending_.empty())
+        lock.emplace(*container);
+    if (lock && lock->error())
+        return lock->error();
     Load file = load(*container, identifier_);
-    if (file.result == Loaded::Unreadable || file.result == Loaded::NoDictionary)
-        return false;
+    if (file.result == Loaded::Unreadable)
+        return file.error;
+    if (file.result == Loaded::NoDictionary)
+        return StorageError::NotADictionary;
     values_ = file.values;
     for (const auto& [key, value] : pending_)
         values_.set(key, value);
     if (values_ == file.values) {
         pending_.clear();
-        return true;
+        return {};
     }
     return writePending(*container);
 }
 
-bool SharedDefaults::writePending(const std::string& container) {
+std::error_code SharedDefaults::writePending(const std::string& container) {
     const auto bytes = plist::writeXml(plist::Value(values_));
-    if (!bytes || makeFolders(preferencesFolder(container)) ||
-        replaceFile(preferencesFile(container, identifier_), *bytes))
-        return false;
-    pending_.clear();
-    return true;
+    if (!bytes)
+        return StorageError::NoXmlForm;
+    const std::error_code folder = makeFolders(preferencesFolder(container));
+    if (!isMade(folder))
+        return folder;
+    const std::error_code result =
+        worseOf(replaceFile(preferencesFile(container, identifier_), *bytes), folder);
+    if (isMade(result))
+        pending_.clear();
+    return result;
 }
 
 } // namespace platform

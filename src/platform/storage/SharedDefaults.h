@@ -6,6 +6,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <system_error>
 
 namespace platform {
 
@@ -39,16 +40,21 @@ public:
 
     // Reads the file again and writes the values that were set since the last call. All other keys of the
     // file are kept; the file is not written if it has these values already. Library/Preferences is made in
-    // an existing container. Returns false, and keeps the values for the next call, if the container does not
-    // exist, if the file exists but cannot be read or is not a dictionary (its other keys would be lost), or
-    // if writing fails.
+    // an existing container. The container is locked meanwhile (see FolderLock) if there is anything to
+    // write. Returns an error, and keeps the values for the next call, if the container does not exist, if
+    // the lock is required and another program holds it, if the file exists but cannot be read or is not a
+    // dictionary (its other keys would be lost), or if writing fails; also one that says that the values are
+    // written but may be lost in a crash (see unsynced).
+    [[nodiscard]] std::error_code save();
+
+    // The same; whether the file now has these values.
     bool synchronize();
 
 private:
     explicit SharedDefaults(std::string identifier);
 
     void set(const std::string& key, plist::Value value);
-    bool writePending(const std::string& container);
+    [[nodiscard]] std::error_code writePending(const std::string& container);
 
     std::string identifier_;
     plist::Dictionary values_;                    // those of the file and the pending ones

@@ -6,11 +6,16 @@
 bool FailingCalls::fails(const char* name) {
     const std::size_t number = made_.size();
     made_.emplace_back(name);
-    if (const auto found = namedFailures_.find(name); found != namedFailures_.end())
-        return errno = found->second, true;
+    if (failsByName(name))
+        return true;
     if (const auto found = failures_.find(number); found != failures_.end())
         return errno = found->second, true;
     return false;
+}
+
+bool FailingCalls::failsByName(const char* name) {
+    const auto found = namedFailures_.find(name);
+    return found != namedFailures_.end() && (errno = found->second, true);
 }
 
 int FailingCalls::open(const char* path, int flags) {
@@ -82,4 +87,28 @@ int FailingCalls::unlink(int folder, const char* name) {
 
 int FailingCalls::makeFolder(const char* path) {
     return fails("makeFolder") ? -1 : FileSystemCalls::makeFolder(path);
+}
+
+int FailingCalls::renameToFree(int folder, const char* from, const char* to) {
+    return fails("renameToFree") ? -1 : FileSystemCalls::renameToFree(folder, from, to);
+}
+
+int FailingCalls::names(int folder, std::vector<std::string>& result) {
+    return failsByName("names") ? -1 : FileSystemCalls::names(folder, result);
+}
+
+int FailingCalls::lock(int file, int operation) {
+    return failsByName("lock") ? -1 : FileSystemCalls::lock(file, operation);
+}
+
+ssize_t FailingCalls::attributeNames(const char* path, char* bytes, std::size_t count) {
+    return failsByName("attributeNames") ? -1 : FileSystemCalls::attributeNames(path, bytes, count);
+}
+
+int FailingCalls::setAttribute(int file, const char* name, const void* bytes, std::size_t count) {
+    return failsByName("setAttribute") ? -1 : FileSystemCalls::setAttribute(file, name, bytes, count);
+}
+
+int FailingCalls::removeAttribute(int file, const char* name) {
+    return failsByName("removeAttribute") ? -1 : FileSystemCalls::removeAttribute(file, name);
 }

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-// The system calls, some of which fail as told, for as long as this object lives. All calls are numbered from
-// 0.
+// The system calls, some of which fail as told, for as long as this object lives. The calls that change files
+// or read them are numbered from 0. Nothing pauses: the pauses are counted.
 class FailingCalls : public platform::FileSystemCalls {
 public:
     FailingCalls() { setCurrent(this); }
@@ -40,12 +40,25 @@ public:
     int link(int folder, const char* from, const char* to) override;
     int unlink(int folder, const char* name) override;
     int makeFolder(const char* path) override;
+    int renameToFree(int folder, const char* from, const char* to) override;
+
+    // These are not numbered, and fail only by their names.
+    int names(int folder, std::vector<std::string>& result) override;
+    int lock(int file, int operation) override;
+    void pause(std::chrono::milliseconds duration) override { paused_ += duration; }
+    ssize_t attributeNames(const char* path, char* bytes, std::size_t count) override;
+    int setAttribute(int file, const char* name, const void* bytes, std::size_t count) override;
+    int removeAttribute(int file, const char* name) override;
+
+    [[nodiscard]] std::chrono::milliseconds paused() const { return paused_; }
 
 private:
     bool fails(const char* name);
+    bool failsByName(const char* name);
 
     std::map<std::size_t, int> failures_;
     std::map<std::string, int> namedFailures_;
     std::vector<std::string> made_;
+    std::chrono::milliseconds paused_{0};
     std::size_t most_ = static_cast<std::size_t>(-1);
 };

@@ -1,4 +1,5 @@
 #include "platform/storage/Files.h"
+#include "platform/storage/StorageError.h"
 
 #include "FailingCalls.h"
 #include "support/TemporaryFolder.h"
@@ -204,6 +205,35 @@ TEST(MakeFoldersTest, aRefusalIsAnError) {
     FailingCalls calls;
     calls.failAll("makeFolder", EACCES);
     EXPECT_EQ(makeFolders(folder.path("a/b")), std::errc::permission_denied);
+}
+
+TEST(MakeFoldersTest, syncsTheParentOfEachFolderThatItMakes) {
+    const TemporaryFolder folder;
+    FailingCalls calls;
+    EXPECT_FALSE(makeFolders(folder.path("a/b")));
+    const std::vector<std::string> expected = {"status", "makeFolder", "status", "makeFolder", "open", "sync",
+                                               "close",  "makeFolder", "open",   "sync",       "close"};
+    EXPECT_EQ(calls.made(), expected);
+}
+
+TEST(MakeFoldersTest, tellsThatAFolderMayBeLostWhereASyncFails) {
+    for (const std::size_t sync : {5, 9}) { // of the parent of a, and of that of a/b
+        const TemporaryFolder folder;
+        FailingCalls calls;
+        calls.failAt(sync, EIO);
+        const std::error_code error = makeFolders(folder.path("a/b"));
+        EXPECT_EQ(error, std::errc::io_error);
+        EXPECT_TRUE(platform::isMade(error));
+        EXPECT_EQ(error.message(), "written, but perhaps not safe yet: Input/output error");
+        EXPECT_TRUE(files::is_directory(folder.path("a/b")));
+    }
+}
+
+TEST(MakeFoldersTest, aFileSystemWithoutSyncOfFoldersIsNoError) {
+    const TemporaryFolder folder;
+    FailingCalls calls;
+    calls.failAll("sync", EINVAL);
+    EXPECT_FALSE(makeFolders(folder.path("a/b")));
 }
 
 TEST(MakeFoldersTest, noPathIsAnError) {

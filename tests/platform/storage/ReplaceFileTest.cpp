@@ -1,5 +1,6 @@
 #include "FailingCalls.h"
 #include "platform/storage/Files.h"
+#include "platform/storage/StorageError.h"
 #include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
@@ -118,6 +119,25 @@ TEST(ReplaceFileTest, aRefusedOwnerIsNoError) {
     calls.failAll("changeOwner", EPERM);
     EXPECT_FALSE(replaceFile(folder.path("file"), "new"));
     EXPECT_EQ(folder.read("file"), "new");
+}
+
+TEST(ReplaceFileTest, doesNotReplaceALinkThatAppearsWhenItsPlaceIsFound) {
+    const TemporaryFolder folder;
+    folder.write("elsewhere", "other");
+    class Calls final : public FailingCalls {
+    public:
+        explicit Calls(std::string path)
+            : path_(std::move(path)) {}
+        int statusAt(int opened, const char* name, struct stat* result) override {
+            files::create_symlink("elsewhere", path_);
+            return FailingCalls::statusAt(opened, name, result);
+        }
+
+    private:
+        std::string path_;
+    } calls(folder.path("file"));
+    EXPECT_EQ(replaceFile(folder.path("file"), "new"), std::errc::invalid_argument);
+    EXPECT_EQ(folder.read("elsewhere"), "other");
 }
 
 TEST(ReplaceFileTest, followsALinkToItsFile) {
@@ -240,6 +260,7 @@ TEST(ReplaceFileTest, aFailureOfAnyStepLeavesTheOldFileAndNoDebris) {
                 steps[step] == "changeOwner" || step + 1 == steps.size(); // the folder's close
             const bool isAfterRename = step >= 10;
             EXPECT_EQ(result.value(), isSoft ? 0 : error);
+            EXPECT_EQ(platform::isMade(result), isSoft || isAfterRename);
             EXPECT_EQ(folder.read("file"), isSoft || isAfterRename ? "new" : "old");
             EXPECT_EQ(folder.count(), 1U);
         }

@@ -2,6 +2,9 @@
 
 #include "FailingCalls.h"
 #include "platform/plist/Reader.h"
+#include "platform/storage/FolderLock.h"
+#include "platform/storage/GroupContainers.h"
+#include "platform/storage/StorageError.h"
 #include "support/Containers.h"
 
 #include <gtest/gtest.h>
@@ -257,9 +260,9 @@ TEST_F(SharedDefaultsTest, aFileThatCannotBeReadIsNotReplaced) {
     defaults.setString("key", "value");
     {
         FailingCalls calls;
-        calls.failAt(1, EACCES); // after the container's status
+        calls.failAt(2, EACCES); // after the container's status and its opening for the lock
         EXPECT_FALSE(defaults.synchronize());
-        EXPECT_EQ(calls.made().at(1), "open");
+        EXPECT_EQ(calls.made().at(2), "open");
     }
     EXPECT_EQ(stored("key"), Value());
     EXPECT_EQ(stored("other"), Value("o"));
@@ -286,4 +289,57 @@ TEST_F(SharedDefaultsTest, aValueWithoutAnXmlFormIsNotLost) {
     defaults.setString("key", "value");
     EXPECT_FALSE(defaults.synchronize());
     EXPECT_EQ(containers.read(Containers::settingsName()), null);
+}
+
+// --- saving, which tells why
+
+TEST_F(SharedDefaultsTest, saveTellsThatThereIsNoContainer) {
+    const Containers absent(Containers::Container::Absent);
+    SharedDefaults defaults = open();
+    defaults.setString("key", "value");
+    EXPECT_EQ(defaults.save(), std::errc::no_such_file_or_directory);
+}
+
+TEST_F(SharedDefaultsTest, saveTellsThatTheRootIsNoDictionary) {
+    SharedDefaults defaults = open();
+    containers.writeSettings("(a)");
+    defaults.setString("key", "value");
+    EXPECT_EQ(defaults.save(), platform::StorageError::NotADictionary);
+}
+
+TEST_F(SharedDefaultsTest, saveTellsThatWhatItHasWrittenMayBeLost) {
+    containers.writeSettings(xml(""));
+    SharedDefaults defaults = open();
+    defaults.setString("key", "value");
+    class Calls final : public FailingCalls {
+        int rename(int folder, const char* from, const char* to) override {
+            failAll("sync", EIO);
+            return FailingCalls::rename(folder, from, to);
+        }
+    };
+    {
+        Calls calls;
+        const std::error_code error = defaults.save();
+        EXPECT_EQ(error, std::errc::io_error);
+        EXPECT_TRUE(platform::isMade(error));
+    }
+    EXPECT_EQ(stored("key"), Value("value"));
+}
+
+TEST_F(SharedDefaultsTest, saveFailsWhereTheLockIsRequiredAndHeld) {
+    containers.writeSettings(xml(""));
+    SharedDefaults defaults = open();
+    EXPECT_FALSE(defaults.save()) << "there is nothing to write";
+    defaults.setString("key", "value");
+    const platform::FolderLock others(
+        *platform::GroupContainers::containerForGroup(Containers::identifier()));
+    {
+        FailingCalls calls; // which does not pause
+        platform::FolderLock::setPolicy(platform::FolderLock::required);
+        EXPECT_EQ(defaults.save(), platform::StorageError::LockHeld);
+        EXPECT_EQ(stored("key"), Value());
+        platform::FolderLock::setPolicy(platform::FolderLock::patientUntilNoticed);
+        EXPECT_FALSE(defaults.save()) << "goes on without it";
+    }
+    EXPECT_EQ(stored("key"), Value("value"));
 }

@@ -3,11 +3,15 @@
 #include "ctl/Host.h"
 #include "ctl/Moments.h"
 #include "exchange/FeedRewriter.h"
+#include "exchange/HostLaunch.h"
+#include "exchange/LoggedAction.h"
 #include "exchange/SharedFiles.h"
 #include "exchange/SharedSettings.h"
 #include "exchange/Text.h"
-#include "exchange/TodayWidgetLogic.h"
+#include "model/TodayTransactionAction.h"
 #include "platform/storage/Files.h"
+#include "platform/storage/FolderLock.h"
+#include "platform/storage/StorageError.h"
 #include "platform/system/NumberText.h"
 
 #include <algorithm>
@@ -15,8 +19,6 @@
 #include <optional>
 
 namespace ctl {
-
-namespace plist = platform::plist;
 
 using Action = TodayTransactionAction;
 
@@ -49,38 +51,78 @@ TodayTransactionPtr findTransaction(const std::vector<TodayTransactionPtr>& tran
     return found == transactions.end() ? nullptr : *found;
 }
 
-std::size_t recordsIn(const std::string& file) {
-    return exchange::arrayFromFile(file).value_or(plist::Array()).size();
+exchange::ActionType typeOf(const Action& action) {
+    if (action.isPaid())
+        return exchange::ActionType::Paid;
+    return action.isLater() ? exchange::ActionType::Later : exchange::ActionType::Delete;
 }
 
-// The bytes that the feed must have after a logged action, or the fault at which the widget would end.
-exchange::RewrittenFeed expectedFeed(const TodayTransaction& transaction, Action action) {
-    const std::optional<std::string> before = platform::readFile(exchange::feedFile(containerPath()));
-    if (!before)
-        return {exchange::FeedFault{exchange::FeedFault::What::Unreadable, 0, {}}, std::nullopt};
-    using exchange::ActionType;
-    const ActionType type = action.isPaid()    ? ActionType::Paid
-                            : action.isLater() ? ActionType::Later
-                                               : ActionType::Delete;
-    return exchange::rewriteFeed(*before, type, transaction, action.value());
+// The fault at which the widget would end once the action is logged.
+std::optional<exchange::FeedFault> faultOfRewriting(const TodayTransaction& transaction, Action action) {
+    const std::optional<std::string> bytes = platform::readFile(exchange::feedFile(containerPath()));
+    if (!bytes)
+        return exchange::FeedFault{exchange::FeedFault::What::Unreadable, 0, {}};
+    return exchange::rewriteFeed(*bytes, typeOf(action), transaction, action.value()).fault;
 }
 
-// The widget ignores a file that cannot be written. The command reports it.
-int performLogged(const TodayTransaction& transaction, Action action, Streams& streams) {
+// The widget says nothing about a file that cannot be written. The command does.
+int report(const exchange::LoggedAction& action, Streams& streams) {
     const std::string feed = exchange::feedFile(containerPath());
-    const std::string folder = exchange::accountFolder(containerPath(), exchange::accountKey());
-    const std::string log = exchange::actionLogFile(folder);
-    const exchange::RewrittenFeed expected = expectedFeed(transaction, action);
-    if (expected.fault)
-        return failed(streams, feed, exchange::describe(*expected.fault));
+    const std::string log =
+        exchange::actionLogFile(exchange::accountFolder(containerPath(), exchange::accountKey()));
+    const bool isLogged = platform::isMade(action.log);
+    const bool isRewritten = platform::isMade(action.feed) && !action.fault;
+    const std::string whyNotRewritten =
+        action.fault ? exchange::describe(*action.fault) : action.feed.message();
+    if (!isLogged && isRewritten)
+        return failed(streams, log,
+                      "the action could not be logged; the feed is rewritten: " + action.log.message());
+    if (!isLogged)
+        return failed(streams, log,
+                      "the action could not be logged: " + action.log.message() +
+                          "; nor could the feed be rewritten: " + whyNotRewritten);
+    if (!isRewritten)
+        return failed(streams, feed,
+                      "the feed could not be rewritten; the action is logged: " + whyNotRewritten);
+    (void)reportWrite(streams, log, action.log);
+    return reportWrite(streams, feed, action.feed);
+}
 
-    const std::size_t loggedBefore = recordsIn(log);
-    TodayWidgetLogic::performTransactionAction(transaction, action, nullptr);
-    if (recordsIn(log) != loggedBefore + 1)
-        return failed(streams, log, "the action could not be logged");
-    if (!expected.bytes || platform::readFile(feed) != expected.bytes)
-        return failed(streams, feed, "the feed could not be rewritten; the action is logged");
-    return Done;
+int performLogged(const TodayTransaction& transaction, Action action, Streams& streams) {
+    if (const auto fault = faultOfRewriting(transaction, action))
+        return failed(streams, exchange::feedFile(containerPath()), exchange::describe(*fault));
+    return report(exchange::logAction(typeOf(action), transaction, action.value()), streams);
+}
+
+int performInfo(const TodayTransaction& transaction, Streams& streams) {
+    const exchange::HostLaunch launch = exchange::openHost("tw_edit_transaction", &transaction);
+    const int status = reportWrite(streams, settingsFile(), launch.settings);
+    return launch.isOpened
+               ? status
+               : failed(streams, "", "neither gio nor xdg-open could be started to open the host");
+}
+
+int actOn(const std::string& plan, const std::string& dateText, double date, const Action& action,
+          Streams& streams) {
+    // From the look at the list to the last write, so that no other action comes between.
+    std::optional<platform::FolderLock> lock;
+    if (!action.isInfo())
+        lock.emplace(containerPath());
+    if (lock && lock->error())
+        return failed(streams, containerPath(), lock->error().message());
+    const exchange::FeedReading reading = readWidgetsList();
+    const std::string feed = exchange::feedFile(containerPath());
+    if (const auto* fault = std::get_if<exchange::FeedFault>(&reading))
+        return failed(streams, feed, exchange::describe(*fault));
+    const auto transaction = findTransaction(std::get<std::vector<TodayTransactionPtr>>(reading), plan, date);
+    if (!transaction)
+        return failed(streams, feed,
+                      "the widget's list has no transaction of plan " + plan + " at " + dateText);
+    if (action == Action::Delete(true) && transaction->isSinglePlan)
+        return failed(streams, feed,
+                      "plan " + plan + " is a single one and has no later occurrences to delete");
+    return action.isInfo() ? performInfo(*transaction, streams)
+                           : performLogged(*transaction, action, streams);
 }
 
 } // namespace
@@ -93,23 +135,7 @@ int act(const Options& options, Streams& streams) {
     const std::optional<double> date = momentOfText(words[2]);
     if (!date)
         return misused(streams, words[2] + " is no date");
-
-    const exchange::FeedReading reading = readWidgetsList();
-    const std::string feed = exchange::feedFile(containerPath());
-    if (const auto* fault = std::get_if<exchange::FeedFault>(&reading))
-        return failed(streams, feed, exchange::describe(*fault));
-    const auto transaction =
-        findTransaction(std::get<std::vector<TodayTransactionPtr>>(reading), words[1], *date);
-    if (!transaction)
-        return failed(streams, feed,
-                      "the widget's list has no transaction of plan " + words[1] + " at " + words[2]);
-    if (*action == Action::Delete(true) && transaction->isSinglePlan)
-        return failed(streams, feed,
-                      "plan " + words[1] + " is a single one and has no later occurrences to delete");
-    if (!action->isInfo())
-        return performLogged(*transaction, *action, streams);
-    TodayWidgetLogic::performTransactionAction(*transaction, *action, nullptr);
-    return Done;
+    return actOn(words[1], words[2], *date, *action, streams);
 }
 
 } // namespace ctl

@@ -7,6 +7,8 @@
 #include "exchange/SharedFiles.h"
 #include "platform/plist/Writer.h"
 #include "platform/storage/Files.h"
+#include "platform/storage/FolderLock.h"
+#include "platform/storage/StorageError.h"
 
 #include <algorithm>
 #include <istream>
@@ -77,12 +79,14 @@ std::string describeUnwritable(const plist::Array& records) {
 
 int writeFeed(const std::string& bytes, Streams& streams) {
     const std::string container = containerPath();
-    if (const std::error_code error = platform::makeFolders(container))
-        return failed(streams, container, error.message());
+    const std::error_code made = platform::makeFolders(container);
+    if (!platform::isMade(made))
+        return failed(streams, container, made.message());
+    const platform::FolderLock lock(container);
+    if (lock.error())
+        return failed(streams, container, lock.error().message());
     const std::string feed = exchange::feedFile(container);
-    if (const std::error_code error = platform::replaceFile(feed, bytes))
-        return failed(streams, feed, error.message());
-    return Done;
+    return reportWrite(streams, feed, platform::worseOf(platform::replaceFile(feed, bytes), made));
 }
 
 } // namespace

@@ -59,9 +59,7 @@ int set(SharedDefaults& defaults, const std::string& key, const std::string& val
         return misused(streams, fault);
     if (!hasContainer())
         return failed(streams, containerPath(), "there is no container");
-    if (!defaults.synchronize())
-        return failed(streams, containerPath(), "the shared settings cannot be written");
-    return Done;
+    return reportWrite(streams, settingsFile(), defaults.save());
 }
 
 int get(const SharedDefaults& defaults, const std::string& key, const Options& options, Streams& streams) {

@@ -4,6 +4,7 @@
 #include "platform/plist/RecordEditor.h"
 #include "platform/plist/Writer.h"
 #include "platform/storage/Files.h"
+#include "platform/storage/StorageError.h"
 
 #include <optional>
 #include <string_view>
@@ -40,11 +41,11 @@ std::optional<std::string> withRecord(const std::optional<std::string>& log, con
 
 } // namespace
 
-bool appendToActionLog(const std::string& log, ActionType type, const TodayTransaction& item,
-                       std::int64_t parameter) {
+std::error_code appendToActionLog(const std::string& log, ActionType type, const TodayTransaction& item,
+                                  std::int64_t parameter) {
     const std::optional<std::string> bytes =
         withRecord(platform::readFile(log), recordOf(type, item, parameter));
-    return bytes && !platform::replaceFile(log, *bytes);
+    return bytes ? platform::replaceFile(log, *bytes) : platform::StorageError::NoXmlForm;
 }
 
 } // namespace exchange

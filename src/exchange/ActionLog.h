@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <system_error>
 
 namespace exchange {
 
@@ -13,9 +14,10 @@ enum class ActionType : std::int64_t { Paid = 1, Later = 2, Delete = 3 };
 // Appends a record of an action to the log in a file: its type, the transaction's plan key and date, and the
 // parameter (days from today for Later; 1 for Delete of all later occurrences; otherwise 0). What is in the
 // log already is never looked at and stays. A file that is absent, unreadable or no array becomes a log of
-// the one record. The new log is there whole or not at all: false, and the old file stays, where it cannot be
-// written or holds what the XML form has no place for.
-bool appendToActionLog(const std::string& log, ActionType type, const TodayTransaction& item,
-                       std::int64_t parameter);
+// the one record. The new log is there whole or not at all: the old file stays where it cannot be written, or
+// holds what the XML form has no place for (StorageError::NoXmlForm); see platform::replaceFile for the
+// errors.
+[[nodiscard]] std::error_code appendToActionLog(const std::string& log, ActionType type,
+                                                const TodayTransaction& item, std::int64_t parameter);
 
 } // namespace exchange

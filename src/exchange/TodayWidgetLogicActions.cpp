@@ -1,13 +1,9 @@
 #include "exchange/TodayWidgetLogic.h"
 
-#include "exchange/ActionLog.h"
-#include "exchange/FeedRewriter.h"
-#include "exchange/SharedFiles.h"
-#include "exchange/SharedSettings.h"
-#include "exchange/Text.h"
-#include "platform/storage/Files.h"
+#include "exchange/HostLaunch.h"
+#include "exchange/LoggedAction.h"
+#include "platform/storage/FolderLock.h"
 #include "platform/system/Fatal.h"
-#include "platform/system/Workspace.h"
 
 #include <optional>
 #include <string>
@@ -35,47 +31,18 @@ void TodayWidgetLogic::performAllTransactions(platform::ExtensionContext* /*cont
     openHost("tw_all_transactions", nullptr);
 }
 
+// Writes that fail are soft and silent: an action that cannot be logged is carried out all the same. Whatever
+// breaks the feed's rewriting ends the widget with the action logged.
 void TodayWidgetLogic::saveActionType(std::int64_t type, const TodayTransaction& item,
                                       std::int64_t parameter) {
     const std::optional<std::string> container = containerFolder();
     if (!container)
         platform::fatal();
-    const std::string folder = exchange::accountFolder(*container, accountPk());
-    // These failures are soft and silent: an action that cannot be logged is carried out all the same.
-    if (!platform::fileExists(folder))
-        static_cast<void>(platform::makeFolders(folder));
-    exchange::appendToActionLog(exchange::actionLogFile(folder), static_cast<ActionType>(type), item,
-                                parameter);
-
-    // The container is looked up again, as at every use: the log may have taken its time. Whatever breaks
-    // from here on, the action is logged.
-    const std::optional<std::string> containerNow = containerFolder();
-    if (!containerNow)
+    const platform::FolderLock lock(*container);
+    if (exchange::logAction(static_cast<ActionType>(type), item, parameter).fault)
         platform::fatal();
-    const std::string feed = exchange::feedFile(*containerNow);
-    const std::optional<std::string> bytes = platform::readFile(feed);
-    if (!bytes)
-        platform::fatal();
-    const exchange::RewrittenFeed rewritten =
-        exchange::rewriteFeed(*bytes, static_cast<ActionType>(type), item, parameter);
-    if (rewritten.fault)
-        platform::fatal();
-    if (rewritten.bytes)
-        static_cast<void>(platform::replaceFile(feed, *rewritten.bytes));
 }
 
-// Leaves the request in the shared settings, which the URL cannot carry, and opens the host application even
-// where there are none.
 void TodayWidgetLogic::openHost(const char* request, const TodayTransaction* transaction) {
-    auto defaults = exchange::openSharedSettings();
-    if (defaults) {
-        if (transaction) {
-            defaults->setString("edit_transaction_plan_pk",
-                                exchange::utf8FromText(transaction->planPrimaryKey));
-            defaults->setDouble("edit_transaction_date", transaction->date);
-        }
-        defaults->setString("url_string", request);
-        defaults->synchronize();
-    }
-    platform::Workspace::openUrl(getUrlScheme() + QLatin1String("://") + QLatin1String(request));
+    static_cast<void>(exchange::openHost(request, transaction));
 }

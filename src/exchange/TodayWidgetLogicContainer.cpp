@@ -1,6 +1,7 @@
 #include "exchange/TodayWidgetLogic.h"
 
 #include "exchange/GroupIdentifiers.h"
+#include "exchange/HostLaunch.h"
 #include "exchange/SharedSettings.h"
 #include "platform/storage/GroupContainers.h"
 
@@ -25,7 +26,7 @@ std::string TodayWidgetLogic::accountPk() {
 }
 
 QString TodayWidgetLogic::getUrlScheme() {
-    return QStringLiteral("korvelWidget");
+    return QString::fromLatin1(exchange::hostUrlScheme);
 }
 
 TodayTransactionsCount TodayWidgetLogic::getTransactionsCountToShow() {

@@ -5,6 +5,8 @@
 
 #include <charconv>
 #include <cmath>
+#include <ostream>
+#include <sstream>
 
 namespace ctl {
 
@@ -38,24 +40,26 @@ QString quoted(const QString& text) {
     return json + u'"';
 }
 
-std::string jsonArray(const plist::Array& array) {
-    std::string json = "[";
+void writeArray(std::ostream& out, const plist::Array& array) {
+    out << '[';
+    const char* separator = "";
     for (const plist::Value& element : array) {
-        if (json.size() > 1)
-            json += ", ";
-        json += jsonValue(element);
+        out << separator;
+        writeJson(out, element);
+        separator = ", ";
     }
-    return json + "]";
+    out << ']';
 }
 
-std::string jsonObject(const plist::Dictionary& dictionary) {
-    std::string json = "{";
+void writeObject(std::ostream& out, const plist::Dictionary& dictionary) {
+    out << '{';
+    const char* separator = "";
     for (const auto& [key, value] : dictionary) {
-        if (json.size() > 1)
-            json += ", ";
-        json += jsonString(exchange::textFromUtf8(key)) + ": " + jsonValue(value);
+        out << separator << jsonString(exchange::textFromUtf8(key)) << ": ";
+        writeJson(out, value);
+        separator = ", ";
     }
-    return json + "}";
+    out << '}';
 }
 
 } // namespace
@@ -90,23 +94,33 @@ std::string jsonNumber(double number) {
     return {text, result.ptr};
 }
 
-std::string jsonValue(const plist::Value& value) {
+void writeJson(std::ostream& out, const plist::Value& value) {
     switch (value.kind()) {
     case plist::Kind::Boolean:
-        return *value.boolean() ? "true" : "false";
+        out << (*value.boolean() ? "true" : "false");
+        return;
     case plist::Kind::Integer:
-        return jsonInteger(*value.integer());
+        out << jsonInteger(*value.integer());
+        return;
     case plist::Kind::Real:
-        return jsonNumber(*value.real());
+        out << jsonNumber(*value.real());
+        return;
     case plist::Kind::String:
-        return jsonString(exchange::textFromUtf8(*value.string()));
+        out << jsonString(exchange::textFromUtf8(*value.string()));
+        return;
     case plist::Kind::Array:
-        return jsonArray(*value.array());
+        return writeArray(out, *value.array());
     case plist::Kind::Dictionary:
-        return jsonObject(*value.dictionary());
+        return writeObject(out, *value.dictionary());
     default:
-        return typedJson(value).value_or("null");
+        return writeTypedJson(out, value);
     }
+}
+
+std::string jsonValue(const plist::Value& value) {
+    std::ostringstream json;
+    writeJson(json, value);
+    return json.str();
 }
 
 } // namespace ctl

@@ -4,6 +4,7 @@
 
 #include <QString>
 
+#include <iosfwd>
 #include <string>
 
 // JSON (RFC 8259) as the companion writes it. It is not the JSON library's: a real without a fraction is
@@ -23,8 +24,12 @@ namespace ctl {
 // finite: they are the strings "nan", "inf" and "-inf".
 [[nodiscard]] std::string jsonNumber(double number);
 
-// A property-list value: strings, booleans, numbers, arrays and dictionaries as JSON has them, keys in their
-// order. The other kinds are written as typed JSON (`{"data":"hexadecimal"}`).
+// Writes a property-list value as it goes: strings, booleans, numbers, arrays and dictionaries as JSON has
+// them, keys in their order. The other kinds are written as typed JSON (`{"data":"hexadecimal"}`). A value
+// that shares its contents often may be of any length: ask PrintBudget first.
+void writeJson(std::ostream& out, const platform::plist::Value& value);
+
+// The same as a string.
 [[nodiscard]] std::string jsonValue(const platform::plist::Value& value);
 
 } // namespace ctl

@@ -1,5 +1,6 @@
 #include "ctl/PlistCommand.h"
 
+#include "ctl/PrintBudget.h"
 #include "ctl/TypedJson.h"
 #include "platform/plist/Reader.h"
 #include "platform/plist/Writer.h"
@@ -42,16 +43,16 @@ int showPlist(const std::string& path, PlistFormat format, Streams& streams) {
     if (const Error* error = std::get_if<Error>(&result))
         return failed(streams, placeOf(path, *error), error->message);
     const Value& value = std::get<Value>(result);
-    std::optional<std::string> text;
-    if (format == PlistFormat::Xml)
-        text = platform::plist::writeXml(value);
-    else if ((text = typedJson(value)))
-        *text += '\n';
-    if (!text)
-        return failed(streams, path,
-                      format == PlistFormat::Xml ? "The list has no XML form"
-                                                 : "The list is too large when written out");
-    streams.out << *text;
+    if (!isPrintable(value))
+        return failed(streams, path, "The list is too large when written out");
+    if (format == PlistFormat::Json) {
+        writeTypedJson(streams.out, value);
+        streams.out << '\n';
+    } else if (const std::optional<std::string> xml = platform::plist::writeXml(value)) {
+        streams.out << *xml;
+    } else {
+        return failed(streams, path, "The list has no XML form");
+    }
     return Done;
 }
 

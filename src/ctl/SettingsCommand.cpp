@@ -2,6 +2,7 @@
 
 #include "ctl/Host.h"
 #include "ctl/Json.h"
+#include "ctl/PrintBudget.h"
 #include "exchange/SharedSettings.h"
 #include "exchange/Text.h"
 #include "platform/system/NumberText.h"
@@ -67,7 +68,13 @@ int get(const SharedDefaults& defaults, const std::string& key, const Options& o
     if (!value)
         return failed(streams, containerPath(), "there is no setting " + key);
     const std::optional<std::string> text = defaults.stringForKey(key);
-    streams.out << (options.json || !text ? jsonValue(*value) : *text) << '\n';
+    if (!isPrintable(*value))
+        return failed(streams, containerPath(), "the setting " + key + " is too large when written out");
+    if (options.json || !text)
+        writeJson(streams.out, *value);
+    else
+        streams.out << *text;
+    streams.out << '\n';
     return Done;
 }
 

@@ -2,13 +2,12 @@
 
 #include "platform/plist/Value.h"
 
-#include <optional>
-#include <string>
+#include <iosfwd>
 
 namespace ctl {
 
-// A property-list value as one line of ASCII JSON, without a line feed, in which every kind of value can be
-// told from every other:
+// Writes a property-list value as one line of ASCII JSON, without a line feed, in which every kind of value
+// can be told from every other:
 //
 //   string      "s"; control characters and the UTF-16 units outside ASCII are escapes, lone surrogates too
 //   boolean     true
@@ -23,7 +22,8 @@ namespace ctl {
 //   set         {"set":2}, the number of its members
 //   dictionary with a key that is not a string: {"dict_nonstring_keys":2}, the number of its entries
 //
-// Nothing for a value that shares containers so often that it would grow too large.
-[[nodiscard]] std::optional<std::string> typedJson(const platform::plist::Value& value);
+// It is written as it goes. A value that shares its contents often may be of any length: ask PrintBudget
+// first.
+void writeTypedJson(std::ostream& out, const platform::plist::Value& value);
 
 } // namespace ctl

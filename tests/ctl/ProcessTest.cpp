@@ -1,4 +1,6 @@
+#include "ctl/Bomb.h"
 #include "ctl/CtlTest.h"
+#include "exchange/GroupIdentifiers.h"
 
 #include <sys/wait.h>
 
@@ -50,6 +52,18 @@ TEST_F(ProcessTest, exitsWithItsThreeStatuses) {
 TEST_F(ProcessTest, noticesThatItsOutputIsLost) {
     EXPECT_EQ(shell("\"$CTL\" list > /dev/full"), 1);
     EXPECT_EQ(err, "korvel-todayctl: standard output: it cannot be written\n");
+}
+
+TEST_F(ProcessTest, needsLittleMemoryToRefuseAListThatIsTooLarge) {
+    write("Library/Preferences/" + std::string(fullEditionGroupIdentifier) + ".plist", bombOfKey("bomb"));
+    write("bomb", bombArray());
+    for (const std::string& command :
+         {"plist '" + path("bomb") + "'", "plist --to xml '" + path("bomb") + "'",
+          std::string("settings get bomb"), std::string("settings get bomb --json")}) {
+        EXPECT_EQ(shell("ulimit -v 100000; \"$CTL\" " + command), 1) << command;
+        EXPECT_EQ(out, "");
+        EXPECT_NE(err.find("too large when written out\n"), std::string::npos) << err;
+    }
 }
 
 TEST_F(ProcessTest, isLinkedWithoutWidgets) {

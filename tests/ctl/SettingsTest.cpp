@@ -1,4 +1,6 @@
+#include "ctl/Bomb.h"
 #include "ctl/CtlTest.h"
+#include "exchange/GroupIdentifiers.h"
 
 #include <filesystem>
 
@@ -44,6 +46,16 @@ TEST_F(SettingsTest, getsWhatIsSet) {
     EXPECT_EQ(out, "true\n");
     EXPECT_EQ(run({"settings", "get", "list"}), 0);
     EXPECT_EQ(out, "[1.5]\n");
+}
+
+TEST_F(SettingsTest, doesNotPrintWhatWouldFillTheDisk) {
+    write("Library/Preferences/" + std::string(fullEditionGroupIdentifier) + ".plist", bombOfKey("bomb"));
+    for (const char* option : {"--", "--json"}) {
+        EXPECT_EQ(run({"settings", "get", "bomb", option}), 1);
+        EXPECT_EQ(out, "");
+        EXPECT_EQ(err,
+                  "korvel-todayctl: " + container + ": the setting bomb is too large when written out\n");
+    }
 }
 
 TEST_F(SettingsTest, saysThatAKeyIsAbsent) {

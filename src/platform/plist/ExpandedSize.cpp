@@ -26,8 +26,10 @@ void ExpandedSize::addInner(Extent& outer, Extent inner) {
     outer.lines = sum(outer.lines, inner.lines);
 }
 
-void ExpandedSize::add(const Value& value) {
-    addInner(expanded_, extentOf(value));
+std::size_t ExpandedSize::add(const Value& value) {
+    const Extent extent = extentOf(value);
+    addInner(expanded_, extent);
+    return extent.bytes;
 }
 
 ExpandedSize::Extent ExpandedSize::extentOf(const Value& value) {

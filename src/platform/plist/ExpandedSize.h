@@ -13,10 +13,10 @@ namespace platform::plist {
 // Takes time in proportion to the distinct contents, however often they are shared.
 class ExpandedSize final {
 public:
-    void add(const Value& value);
+    // Gives the expanded size of the value alone. A size stops growing at half of the largest std::size_t.
+    std::size_t add(const Value& value);
 
-    // Shared contents counted each time that they are named. The result stops growing at half of the largest
-    // std::size_t.
+    // Shared contents counted each time that they are named.
     [[nodiscard]] std::size_t expanded() const { return expanded_.bytes; }
     // Shared contents counted once, with the references to them.
     [[nodiscard]] std::size_t distinct() const { return distinct_; }

@@ -33,15 +33,17 @@ platform::PathWatcher::Paths pathsOfList() {
             {iconsFolder(accountFolder(container, accountKey()))}};
 }
 
-std::optional<plist::Array> arrayFromFile(const std::string& path) {
-    const std::optional<std::string> bytes = platform::readFile(path);
-    if (!bytes)
-        return std::nullopt;
-    const plist::ReadResult result = plist::read(*bytes);
+std::optional<plist::Array> arrayOf(std::string_view bytes) {
+    const plist::ReadResult result = plist::read(bytes);
     const auto* root = std::get_if<plist::Value>(&result);
     if (!root || !root->array())
         return std::nullopt;
     return *root->array();
+}
+
+std::optional<plist::Array> arrayFromFile(const std::string& path) {
+    const std::optional<std::string> bytes = platform::readFile(path);
+    return bytes ? arrayOf(*bytes) : std::nullopt;
 }
 
 } // namespace exchange

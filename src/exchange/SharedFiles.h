@@ -5,6 +5,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 // Where the files of a container lie, and how an array is read from one.
 namespace exchange {
@@ -25,6 +26,9 @@ namespace exchange {
 // What the list is made from: the feed, the shared settings and the icons of the current account, whether or
 // not there are any. The container and the account are looked up anew.
 [[nodiscard]] platform::PathWatcher::Paths pathsOfList();
+
+// The array that a property list holds. Nothing if the bytes are no property list or it has another root.
+[[nodiscard]] std::optional<platform::plist::Array> arrayOf(std::string_view bytes);
 
 // The array that a property-list file holds. Nothing if the file is absent or unreadable, is no property
 // list, or has another root.

@@ -1,3 +1,4 @@
+#include "ctl/Bomb.h"
 #include "ctl/CtlTest.h"
 #include "ctl/Program.h"
 #include "exchange/SharedFiles.h"
@@ -179,6 +180,33 @@ TEST_F(ConsumeTest, saysThatThereIsNoContainer) {
     removeContainer();
     EXPECT_EQ(run({"consume"}), 1);
     EXPECT_EQ(err, "korvel-todayctl: " + container + ": there is no container\n");
+}
+
+// --- records that are too large to be printed
+
+TEST_F(ConsumeTest, aRecordThatIsTooLargeIsNamedAndKeptAndDoesNotHoldBackTheRest) {
+    for (const char* const kept : {"-/actions.xml.too-large", "-/actions.xml.too-large-2"}) {
+        write("-/actions.xml", bombArray());
+        EXPECT_EQ(run({"consume", "--json"}), 1);
+        EXPECT_EQ(err,
+                  "korvel-todayctl: " + path(kept) +
+                      ": record 1 is too large to be printed; it is kept here, the others are printed\n");
+        EXPECT_EQ(out, "");
+        EXPECT_EQ(read(kept), bombArray());
+        EXPECT_TRUE(isEmptied());
+    }
+    write("-/actions.xml", arrayFile(logged(1, "next", "1", 0)));
+    EXPECT_EQ(run({"consume"}), 0) << err;
+    EXPECT_EQ(out, "1970-01-01 00:00  paid           next\n");
+}
+
+TEST_F(ConsumeTest, aClaimWithATooLargeRecordDoesNotHoldBackTheLog) {
+    write("-/actions.xml.aside", bombArray());
+    write("-/actions.xml", arrayFile(logged(1, "next", "1", 0)));
+    EXPECT_EQ(run({"consume"}), 1);
+    EXPECT_EQ(out, "1970-01-01 00:00  paid           next\n");
+    EXPECT_EQ(read("-/actions.xml.too-large"), bombArray());
+    EXPECT_TRUE(isEmptied());
 }
 
 // A sink that does something when it is flushed, and may fail then.

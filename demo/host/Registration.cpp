@@ -1,6 +1,7 @@
 #include "host/Registration.h"
 
 #include "platform/storage/Files.h"
+#include "platform/storage/StorageError.h"
 
 #include <algorithm>
 #include <array>
@@ -88,9 +89,10 @@ std::string associations() {
 bool writeRegistration(const std::string& folder, const std::vector<std::string>& command) {
     const std::string applications = folder + "/data/applications";
     const std::string config = folder + "/config";
-    return !platform::makeFolders(applications) && !platform::makeFolders(config) &&
-           !platform::replaceFile(applications + '/' + entryName, desktopEntry(command)) &&
-           !platform::replaceFile(config + "/mimeapps.list", associations());
+    using platform::isMade;
+    return isMade(platform::makeFolders(applications)) && isMade(platform::makeFolders(config)) &&
+           isMade(platform::replaceFile(applications + '/' + entryName, desktopEntry(command))) &&
+           isMade(platform::replaceFile(config + "/mimeapps.list", associations()));
 }
 
 Variables environmentFor(const std::string& folder) {

@@ -16,6 +16,7 @@
 #include <QSemaphore>
 #include <QThread>
 
+#include <csignal>
 #include <cstdio>
 #include <memory>
 
@@ -71,6 +72,8 @@ void installMessageHandler() {
 }
 
 int showPanel() {
+    // A file that grows beyond the process's limit is a write that fails, like one on a full disk.
+    std::signal(SIGXFSZ, SIG_IGN);
     QApplication::setQuitOnLastWindowClosed(false);
     platform::installViewAccessibility();
     Panel panel(backdropOfDesktop(), Height::OfScreen, defaultContentWidth,

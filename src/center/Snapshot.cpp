@@ -2,6 +2,7 @@
 
 #include "center/Panel.h"
 #include "platform/storage/Files.h"
+#include "platform/storage/StorageError.h"
 
 #include <QBuffer>
 #include <QImage>
@@ -47,7 +48,7 @@ bool writePicture(PanelWindow& window, const Options::Snapshot& snapshot) {
             path, std::string_view(png.constData(), static_cast<std::size_t>(png.size())));
     if (fault)
         std::fprintf(stderr, "korvel-today: %s: %s\n", path.c_str(), fault.message().c_str());
-    return !fault;
+    return platform::isMade(fault);
 }
 
 } // namespace center

@@ -15,10 +15,6 @@ namespace ctl {
 
 namespace {
 
-// The first and the last second of the years 1 to 9999, whose moments are written as dates.
-constexpr double firstMoment = -62135596800;
-constexpr double lastMoment = 253402300799;
-
 std::int64_t wallTimeOf(double moment) {
     return platform::currentTimeZone().wallTimeAt(static_cast<std::int64_t>(std::floor(moment)));
 }
@@ -64,8 +60,14 @@ std::optional<double> momentOfText(std::string_view text) {
     return static_cast<double>(platform::currentTimeZone().momentOf(wallTime));
 }
 
+bool isInCalendar(double moment) {
+    constexpr double first = -62135596800;
+    constexpr double end = 253402300800;
+    return moment >= first && moment < end;
+}
+
 std::string textOfMoment(double moment) {
-    if (!(moment >= firstMoment && moment <= lastMoment)) {
+    if (!isInCalendar(moment)) {
         char text[32];
         return {text, std::to_chars(text, text + sizeof text, moment).ptr};
     }

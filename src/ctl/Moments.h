@@ -13,8 +13,10 @@ namespace ctl {
 // the skip; of a time that comes twice, the first is taken. Any other text names no moment.
 [[nodiscard]] std::optional<double> momentOfText(std::string_view text);
 
-// "2026-03-10 18:00", rounded down to the minute. A number outside the years 1 to 9999 is written as the
-// number.
+// Whether a moment is in the years 1 to 9999 (UTC). A NaN is not.
+[[nodiscard]] bool isInCalendar(double moment);
+
+// "2026-03-10 18:00", rounded down to the minute. A moment outside the calendar is written as the number.
 [[nodiscard]] std::string textOfMoment(double moment);
 
 } // namespace ctl

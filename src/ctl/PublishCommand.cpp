@@ -3,6 +3,7 @@
 #include "ctl/Host.h"
 #include "ctl/JsonReader.h"
 #include "ctl/Moments.h"
+#include "ctl/Portability.h"
 #include "exchange/FeedReader.h"
 #include "exchange/SharedFiles.h"
 #include "platform/plist/Writer.h"
@@ -11,6 +12,7 @@
 #include "platform/storage/StorageError.h"
 
 #include <algorithm>
+#include <cmath>
 #include <istream>
 #include <iterator>
 #include <limits>
@@ -47,11 +49,23 @@ std::string readDates(plist::Array& records) {
         if (!date || !date->string())
             continue;
         const std::optional<double> moment = momentOfText(*date->string());
-        if (!moment)
+        if (!moment || std::isnan(*moment))
             return recordName(index) + ": \"date\" is no date: " + std::string(*date->string());
         plist::Dictionary record = *object;
         record.set(std::string(dateKey), plist::Value(*moment));
         records[index] = plist::Value(std::move(record));
+    }
+    return {};
+}
+
+// Names the first date that other programs could not show. The widget takes any number.
+std::string describeOutOfCalendar(const plist::Array& records) {
+    for (std::size_t index = 0; index < records.size(); ++index) {
+        const plist::Dictionary* record = records[index].dictionary();
+        const plist::Value* date = record ? record->find(dateKey) : nullptr;
+        const std::optional<double> moment = date ? plist::numberOf(*date) : std::nullopt;
+        if (moment && !isInCalendar(*moment))
+            return recordName(index) + ": \"date\" is outside the years 1 to 9999";
     }
     return {};
 }
@@ -112,11 +126,16 @@ int publish(const Options& options, Streams& streams) {
     plist::Array records = *array;
     if (const std::string fault = readDates(records); !fault.empty())
         return failed(streams, place, fault);
-    const std::optional<std::string> bytes = plist::writeXml(plist::Value(records));
+    const plist::Value list(records);
+    const std::optional<std::string> bytes = plist::writeXml(list);
     if (!bytes)
         return failed(streams, place, describeUnwritable(records));
     if (const auto fault = faultIn(*bytes))
         return failed(streams, place, exchange::describe(*fault));
+    if (const std::string fault = describeOutOfCalendar(records); !fault.empty())
+        return failed(streams, place, fault);
+    if (const auto fault = describeUnportable(list))
+        return failed(streams, place, *fault);
     return writeFeed(*bytes, streams);
 }
 

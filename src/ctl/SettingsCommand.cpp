@@ -2,6 +2,7 @@
 
 #include "ctl/Host.h"
 #include "ctl/Json.h"
+#include "ctl/Portability.h"
 #include "ctl/PrintBudget.h"
 #include "exchange/SharedSettings.h"
 #include "exchange/Text.h"
@@ -58,6 +59,9 @@ std::string assign(SharedDefaults& defaults, const std::string& key, const std::
 int set(SharedDefaults& defaults, const std::string& key, const std::string& value, Streams& streams) {
     if (const std::string fault = assign(defaults, key, value); !fault.empty())
         return misused(streams, fault);
+    // The other settings are written again with this one.
+    if (const auto fault = describeUnportable(platform::plist::Value(defaults.values())))
+        return failed(streams, containerPath(), *fault);
     if (!hasContainer())
         return failed(streams, containerPath(), "there is no container");
     return reportWrite(streams, settingsFile(), defaults.save());

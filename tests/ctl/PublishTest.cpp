@@ -60,14 +60,37 @@ TEST_F(PublishTest, keepsAWholeNumberAnInteger) {
     EXPECT_NE(feed().find("<integer>1773165600</integer>"), std::string::npos) << feed();
 }
 
-TEST_F(PublishTest, takesEveryCharacterOfAString) {
-    const std::string note = R"("note": "\u0000\u0001\r\u001f\u007f\ufeff\uffff")";
+TEST_F(PublishTest, takesEveryCharacterThatXmlHas) {
+    const std::string note = R"("note": "\t\n\u007f\u0085\u202e\ufeff\ufffd\ud83c\udfe0")";
     EXPECT_EQ(run({"publish", "-"}, "[{\"date\": 1, " + note + ", " + rest + "}]"), 0) << err;
     const std::string bytes = feed();
     const auto value = plist::read(bytes);
     const plist::Dictionary& record = *std::get<plist::Value>(value).array()->front().dictionary();
-    EXPECT_EQ(*record.find("note"),
-              plist::Value(std::string("\0\x01\r\x1f\x7f\xEF\xBB\xBF\xEF\xBF\xBF", 11)));
+    EXPECT_EQ(*record.find("note"), plist::Value("\t\n\x7F\u0085\u202E\uFEFF\uFFFD\U0001F3E0"));
+}
+
+TEST_F(PublishTest, refusesWhatOtherReadersOfXmlWouldNotReadAsItIs) {
+    const auto recordWith = [](const std::string& entry) {
+        return "[{\"date\": 1, " + entry + ", " + rest + "}]";
+    };
+    expectRefused(recordWith(R"("note": "a\u0000")"), ": record 1: \"note\" holds U+0000, which XML forbids");
+    expectRefused(
+        recordWith(R"("note": ["\r"])"),
+        ": record 1: \"note\", element 1 holds a carriage return, which XML turns into a line feed");
+    expectRefused(recordWith(R"("note": {"a": "\uffff"})"),
+                  ": record 1: \"note\", \"a\" holds U+FFFF, which XML forbids");
+    expectRefused(recordWith(R"("\ufffe": 1)"),
+                  ": record 1: \"\uFFFE\" is a key that holds U+FFFE, which XML forbids");
+}
+
+TEST_F(PublishTest, refusesDatesOutsideTheYears1To9999) {
+    for (const char* date :
+         {"-62135596801", "253402300800", "1e300", "\"inf\"", "\"-inf\"", "18446744073709551615"})
+        expectRefused("[" + objectDated("1") + ", " + objectDated(date) + "]",
+                      ": record 2: \"date\" is outside the years 1 to 9999");
+    expectRefused("[" + objectDated("\"nan\"") + "]", ": record 1: \"date\" is no date: nan");
+    for (const char* date : {"-62135596800", "253402300799.5"})
+        EXPECT_EQ(run({"publish", "-"}, "[" + objectDated(date) + "]"), 0) << err;
 }
 
 TEST_F(PublishTest, takesContainersNestedAsDeeplyAsJsonAllows) {

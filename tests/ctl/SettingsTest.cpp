@@ -31,6 +31,28 @@ TEST_F(SettingsTest, keepsTheOtherKeys) {
     EXPECT_EQ(*settings().find("account_pk"), plist::Value(""));
 }
 
+TEST_F(SettingsTest, refusesWhatOtherReadersOfXmlWouldNotReadAsItIs) {
+    setSettings({{"kept", plist::Value("a")}});
+    EXPECT_EQ(run({"settings", "set", "account_pk", "a\x01"}), 1);
+    EXPECT_EQ(err, "korvel-todayctl: " + container + ": \"account_pk\" holds U+0001, which XML forbids\n");
+    EXPECT_EQ(run({"settings", "set", "a\uFFFF", "1"}), 1);
+    EXPECT_EQ(err, "korvel-todayctl: " + container +
+                       ": \"a\uFFFF\" is a key that holds U+FFFF, which XML forbids\n");
+    EXPECT_EQ(settings().size(), 1u);
+}
+
+TEST_F(SettingsTest, refusesToWriteAnotherSettingAgainThatOtherReadersWouldNotReadAsItIs) {
+    for (const auto& [value, what] :
+         {std::pair(plist::Value("a\r"), "holds a carriage return, which XML turns into a line feed"),
+          std::pair(plist::Value(plist::Date{1e12}), "is a date outside the years 1 to 9999")}) {
+        setSettings({{"of the host", value}});
+        const plist::Dictionary before = settings();
+        EXPECT_EQ(run({"settings", "set", "account_pk", "a"}), 1);
+        EXPECT_EQ(err, "korvel-todayctl: " + container + ": \"of the host\" " + what + "\n");
+        EXPECT_EQ(settings(), before);
+    }
+}
+
 TEST_F(SettingsTest, getsWhatIsSet) {
     setSettings({{"text", plist::Value("a \"b\"")},
                  {"number", plist::Value(std::int64_t(12))},

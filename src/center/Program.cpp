@@ -18,6 +18,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 
 namespace center {
@@ -36,6 +37,7 @@ void quitWhenIdle() {
 }
 
 QtMessageHandler printMessage = nullptr; // null where messages are silenced
+bool isConnected = false;                // to the display
 
 // Carries out what the user has chosen, on the main thread. Another thread waits for that, but not for ever:
 // the main thread may be waiting for the display.
@@ -54,11 +56,19 @@ void finishWork() {
     done->tryAcquire(1, longestWait);
 }
 
+// Qt would abort the process with a report of its own.
+[[noreturn]] void endWithoutDisplay() {
+    std::fputs("korvel-today: there is no display to show the panel on\n", stderr);
+    std::_Exit(1);
+}
+
 // Right after Qt has said that the display is gone it ends the process and tells nobody else: on X11 with
 // exit(), on Wayland with _exit() and from a thread of its own.
 void handleMessage(QtMsgType type, const QMessageLogContext& context, const QString& text) {
     if (printMessage)
         printMessage(type, context, text);
+    if (type == QtFatalMsg && !isConnected)
+        endWithoutDisplay();
     if (text.startsWith(QLatin1String("The X11 connection broke")) ||
         text.startsWith(QLatin1String("The Wayland connection ")))
         finishWork();
@@ -106,6 +116,7 @@ int run(int argc, char** argv) {
     // Qt would take options of its own from the arguments, which this program does not have.
     int count = 1;
     QApplication application(count, argv);
+    isConnected = true;
     installLanguage();
     if (options.snapshot)
         return writeSnapshot(*options.snapshot) ? 0 : 1;

@@ -1,6 +1,8 @@
 """The panel is told to end, or loses its screen, right after the user has chosen: the choice is carried out first."""
 
+import os
 import signal
+import subprocess
 import unittest
 
 import flows
@@ -63,6 +65,23 @@ class RightAfterAChoice(flows.Flow):
         self.desktop.end_screen()
         self.assertEqual(self.panel.program.end_status(), 1)
         self.assert_untouched()
+
+
+class WithoutADisplay(unittest.TestCase):
+    def assert_one_line(self, **display):
+        keep = {name: value for name, value in os.environ.items()
+                if name not in ("DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "QT_LOGGING_RULES")}
+        ended = subprocess.run([os.environ["KORVEL_TODAY"]], env=keep | display, capture_output=True, text=True, timeout=60,
+                               check=False)
+        self.assertEqual((ended.returncode, ended.stdout, ended.stderr),
+                         (1, "", "korvel-today: there is no display to show the panel on\n"))
+
+    def test_the_panel_says_so_and_ends(self):
+        self.assert_one_line()
+
+    def test_a_display_that_does_not_answer_is_none(self):
+        self.assert_one_line(DISPLAY="127.0.0.1:9999")
+        self.assert_one_line(WAYLAND_DISPLAY="/nowhere/wayland-0", QT_QPA_PLATFORM="wayland")
 
 
 if __name__ == "__main__":

@@ -1,6 +1,8 @@
 """The panel is told to end, or loses its screen, right after the user has chosen: the choice is carried out first."""
 
 import os
+import pathlib
+import re
 import signal
 import subprocess
 import unittest
@@ -51,6 +53,13 @@ class RightAfterAChoice(flows.Flow):
         self.panel.program.process.send_signal(signal.SIGTERM)
         self.assertEqual(self.panel.program.end_status(), 0)
         self.assert_untouched()
+
+    def test_a_limit_of_the_size_of_files_does_not_end_the_panel(self):
+        self.open([overdue(1)])
+        self.panel.wait_for_rows(1)
+        status = pathlib.Path(f"/proc/{self.panel.program.process.pid}/status").read_text()
+        ignored = int(re.search(r"^SigIgn:\s*(\w+)", status, re.MULTILINE).group(1), 16)
+        self.assertTrue(ignored >> (signal.SIGXFSZ - 1) & 1, "a file beyond the limit is a write that fails")
 
     def test_the_end_of_the_screen_ends_the_panel_only_when_the_choice_is_written(self):
         self.choose()

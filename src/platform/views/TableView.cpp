@@ -23,6 +23,7 @@ void takeOut(const std::shared_ptr<View>& view) {
     if (!view)
         return;
     view->setAlphaValue(1);
+    view->setClip(std::nullopt);
     view->setEnabled(true);
     view->removeFromSuperview();
 }
@@ -213,9 +214,8 @@ void TableView::applyProgress(double progress) {
     showMovingRows();
     if (!animation_) // a row that was asked for its view may have had the table loaded again
         return;
-    const double eased = QEasingCurve(QEasingCurve::InOutSine).valueForProgress(progress);
-    for (const Row& row : leaving_)
-        row.view->setAlphaValue(1 - eased);
+    const QEasingCurve curve(QEasingCurve::InOutSine);
+    const double eased = curve.valueForProgress(progress);
     for (std::size_t i = 0; i < rows_.size(); ++i) {
         Row& row = rows_[i];
         const double start = animation_->startY[i];
@@ -224,9 +224,34 @@ void TableView::applyProgress(double progress) {
         if (row.view && row.arrival != RowAnimation::None)
             row.view->setAlphaValue(eased);
     }
+    for (const Row& row : leaving_)
+        row.view->setAlphaValue(1 - curve.valueForProgress(std::min(1.0, 2 * progress)));
+    clipToGaps();
     update();
     if (progress >= 1)
         endAnimation();
+}
+
+// Rows are translucent: what comes and what goes shows only in the gap that the others leave.
+void TableView::clipToGaps() {
+    const auto clip = [this](const Row& row, auto covers) {
+        double top = row.y;
+        double bottom = row.y + row.height;
+        for (const Row& other : rows_) {
+            if (&other == &row || !covers(other))
+                continue;
+            if (other.y <= row.y)
+                top = std::max(top, other.y + other.height);
+            else
+                bottom = std::min(bottom, other.y);
+        }
+        row.view->setClip(QRectF(0, top - row.y, width(), std::max(0.0, bottom - top)));
+    };
+    for (const Row& row : rows_)
+        if (row.view && row.arrival == RowAnimation::SlideDown)
+            clip(row, [](const Row& other) { return other.arrival == RowAnimation::None; });
+    for (const Row& row : leaving_)
+        clip(row, [](const Row&) { return true; });
 }
 
 void TableView::endAnimation() {
@@ -237,8 +262,10 @@ void TableView::endAnimation() {
         takeOut(row.view);
     for (Row& row : rows_) {
         row.y = row.restY;
-        if (row.view && row.arrival != RowAnimation::None)
+        if (row.view && row.arrival != RowAnimation::None) {
             row.view->setAlphaValue(1);
+            row.view->setClip(std::nullopt);
+        }
         row.arrival = RowAnimation::None;
         place(row);
     }
@@ -277,14 +304,20 @@ void TableView::paintEvent(QPaintEvent* event) {
         return;
     // One device pixel, whatever the scale.
     const double hairline = 1.0 / devicePixelRatioF();
-    const QRectF painted = event->rect();
-    for (std::size_t i = 1; i < rows_.size(); ++i) {
-        const QRectF line(separatorIndent_, rows_[i].y - hairline, width() - separatorIndent_, hairline);
-        if (line.bottom() < painted.top() || line.top() > painted.bottom())
-            continue;
-        const double x = layoutDirection() == Qt::RightToLeft ? 0 : line.x();
-        painter.fillRect(QRectF(x, line.y(), line.width(), line.height()), separatorColor_);
-    }
+    const auto drawAbove = [&](double y) {
+        const double width = this->width() - separatorIndent_;
+        const double x = layoutDirection() == Qt::RightToLeft ? 0 : separatorIndent_;
+        const QRectF line(x, y - hairline, width, hairline);
+        if (line.intersects(event->rect()))
+            painter.fillRect(line, separatorColor_);
+    };
+    // A row that slides in from behind the one above it has its line below that one.
+    for (std::size_t i = 1; i < rows_.size(); ++i)
+        drawAbove(std::max(rows_[i].y, rows_[i - 1].y + rows_[i - 1].height));
+    // The line above a row that leaves stays: it is that of the row which takes its place.
+    for (const Row& left : leaving_)
+        if (left.y > 0 && std::ranges::any_of(rows_, [&](const Row& row) { return row.restY == left.y; }))
+            drawAbove(left.y);
 }
 
 void TableView::layoutViews() {

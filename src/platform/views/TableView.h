@@ -33,7 +33,8 @@ enum class RowAnimation { None, Fade, SlideDown };
 
 // One column of rows from top to bottom. It asks its delegate for a row's view when the row comes into sight
 // and holds only the views in sight as subviews: thousands of siblings would stall the first paint. A row
-// that leaves with an animation takes no press any more. Row numbers outside the table are fatal.
+// that leaves with an animation fades in the first half of its time and takes no press any more. Row numbers
+// outside the table are fatal.
 class TableView final : public View {
     Q_OBJECT
 
@@ -98,6 +99,7 @@ private:
     void startAnimation();
     void showMovingRows();
     void applyProgress(double progress);
+    void clipToGaps();
     void endAnimation();
 
     TableViewDataSource* dataSource_ = nullptr;

@@ -10,8 +10,10 @@ TEST_F(Table, aRemovedRowFadesWhileTheOthersCloseUp) {
     EXPECT_THAT(standing(), ElementsAre("a", "c"));
     EXPECT_TRUE(isShown("b"));
     EXPECT_EQ(top("c"), 100);
-    queue.advance(100ms);
+    queue.advance(50ms);
     EXPECT_NEAR(rows.view("b")->alphaValue(), 0.5, 1e-9);
+    queue.advance(50ms);
+    EXPECT_EQ(rows.view("b")->alphaValue(), 0) << "it fades in the first half";
     EXPECT_EQ(top("b"), 50) << "it fades where it stood";
     EXPECT_NEAR(top("c"), 75, 1e-9);
     queue.advance(100ms);
@@ -56,13 +58,115 @@ TEST_F(Table, aRowThatTakesTheFirstOnesPlaceSlidesInOverTheUpperEdge) {
     queue.advance(100ms);
     EXPECT_NEAR(top("b"), -25, 1e-9);
     EXPECT_NEAR(rows.view("b")->alphaValue(), 0.5, 1e-9);
-    EXPECT_NEAR(rows.view("a")->alphaValue(), 0.5, 1e-9);
+    EXPECT_EQ(rows.view("a")->alphaValue(), 0);
     EXPECT_EQ(top("last"), 50);
     queue.advance(100ms);
     EXPECT_EQ(top("b"), 0);
     EXPECT_EQ(rows.view("b")->alphaValue(), 1);
     EXPECT_FALSE(isShown("a"));
     EXPECT_THAT(standing(), ElementsAre("b", "last"));
+}
+
+// --- what moves shows only where no other row is
+
+// The part of a row that shows, from its upper edge to its lower one in the table.
+class TableGaps : public Table {
+protected:
+    using Span = std::pair<int, int>;
+    [[nodiscard]] Span shown(const std::string& name) {
+        const auto view = rows.view(name);
+        if (!isShown(name))
+            return {};
+        const QRect part = view->mask().isEmpty() ? view->rect() : view->mask().boundingRect();
+        return {view->y() + part.top(), view->y() + part.bottom() + 1};
+    }
+};
+
+TEST_F(TableGaps, aLeavingRowIsCoveredByThoseThatCloseUp) {
+    load({"a", "b", "c"});
+    remove(1);
+    queue.advance(100ms);
+    EXPECT_EQ(shown("a"), Span(0, 50));
+    EXPECT_EQ(shown("b"), Span(50, 75));
+    EXPECT_EQ(shown("c"), Span(75, 125));
+    queue.advance(100ms);
+    EXPECT_TRUE(rows.view("b")->mask().isEmpty()) << "whole again, should it come back";
+}
+
+TEST_F(TableGaps, anArrivingRowShowsBelowTheOneAboveIt) {
+    load({"a", "b", "last"});
+    insert(2, "c");
+    queue.advance(100ms);
+    EXPECT_EQ(shown("b"), Span(50, 100));
+    EXPECT_EQ(shown("c"), Span(100, 125)) << "it stands at 75";
+    queue.advance(100ms);
+    EXPECT_EQ(shown("c"), Span(100, 150));
+    EXPECT_TRUE(rows.view("c")->mask().isEmpty());
+}
+
+TEST_F(TableGaps, anArrivingRowCoversTheOneWhosePlaceItTakes) {
+    load({"a", "last"});
+    table.beginUpdates();
+    remove(0);
+    insert(0, "b");
+    table.endUpdates();
+    queue.advance(100ms);
+    EXPECT_EQ(shown("a").first, shown("b").second);
+    EXPECT_NEAR(shown("a").first, 25, 1);
+    EXPECT_EQ(shown("a").second, 50);
+    EXPECT_EQ(shown("last"), Span(50, 100));
+}
+
+TEST_F(TableGaps, aReloadMakesLeavingAndArrivingRowsWhole) {
+    load({"a", "b", "c"});
+    remove(1);
+    insert(2, "d");
+    queue.advance(100ms);
+    rows.names = {"a", "b", "c", "d"};
+    table.reloadData();
+    for (const char* name : {"a", "b", "c", "d"})
+        EXPECT_TRUE(rows.view(name)->mask().isEmpty()) << name;
+}
+
+// The lines between rows, at whole points in a picture of the table's middle.
+class TableLines : public Table {
+protected:
+    [[nodiscard]] std::vector<int> lines() {
+        table.setSeparator(Qt::white, 0);
+        QImage image(200, 220, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        table.render(&image, {}, {}, QWidget::RenderFlags());
+        std::vector<int> found;
+        for (int y = 0; y < image.height(); ++y)
+            if (image.pixelColor(100, y).alpha() > 0)
+                found.push_back(y);
+        return found;
+    }
+};
+
+TEST_F(TableLines, theOneAboveALeavingRowStays) {
+    load({"a", "b", "c"});
+    EXPECT_THAT(lines(), ElementsAre(49, 99));
+    remove(1);
+    EXPECT_THAT(lines(), ElementsAre(49, 99));
+    queue.advance(200ms);
+    EXPECT_THAT(lines(), ElementsAre(49));
+}
+
+TEST_F(TableLines, theOneBelowTheLastRowGoesWithTheLastRow) {
+    load({"a", "b"});
+    remove(1);
+    EXPECT_THAT(lines(), ElementsAre());
+}
+
+TEST_F(TableLines, theOneAboveAnArrivingRowDoesNotCrossTheRowAboveIt) {
+    load({"a", "b"});
+    insert(2, "c");
+    EXPECT_THAT(lines(), ElementsAre(49, 99));
+    queue.advance(100ms);
+    EXPECT_THAT(lines(), ElementsAre(49, 99));
+    queue.advance(100ms);
+    EXPECT_THAT(lines(), ElementsAre(49, 99));
 }
 
 TEST_F(Table, anInsertedRowMayFadeInWhereItStands) {
@@ -137,8 +241,9 @@ TEST_F(Table, aLaterChangeBringsTheEarlierToItsEnd) {
     EXPECT_FALSE(isShown("a"));
     EXPECT_EQ(rows.view("a")->alphaValue(), 1);
     EXPECT_EQ(top("c"), 50);
-    queue.advance(100ms);
+    queue.advance(50ms);
     EXPECT_NEAR(rows.view("b")->alphaValue(), 0.5, 1e-9);
+    queue.advance(50ms);
     EXPECT_NEAR(top("c"), 25, 1e-9);
     queue.advance(100ms);
     EXPECT_THAT(standing(), ElementsAre("c"));

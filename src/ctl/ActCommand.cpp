@@ -74,6 +74,8 @@ int report(const exchange::LoggedAction& action, Streams& streams) {
     const bool isRewritten = platform::isMade(action.feed) && !action.fault;
     const std::string whyNotRewritten =
         action.fault ? exchange::describe(*action.fault) : action.feed.message();
+    if (isLogged)
+        (void)reportWrite(streams, log, action.log); // if it is not safe yet
     if (!isLogged && isRewritten)
         return failed(streams, log,
                       "the action could not be logged; the feed is rewritten: " + action.log.message());
@@ -84,22 +86,25 @@ int report(const exchange::LoggedAction& action, Streams& streams) {
     if (!isRewritten)
         return failed(streams, feed,
                       "the feed could not be rewritten; the action is logged: " + whyNotRewritten);
-    (void)reportWrite(streams, log, action.log);
     return reportWrite(streams, feed, action.feed);
 }
 
 int performLogged(const TodayTransaction& transaction, Action action, Streams& streams) {
     if (const auto fault = faultOfRewriting(transaction, action))
         return failed(streams, exchange::feedFile(containerPath()), exchange::describe(*fault));
-    return report(exchange::logAction(typeOf(action), transaction, action.value()), streams);
+    return report(
+        exchange::logAction(typeOf(action), transaction, action.value(), exchange::UnreadableLog::Stays),
+        streams);
 }
 
+// Unlike the widget, the command does not open the host for an earlier request.
 int performInfo(const TodayTransaction& transaction, Streams& streams) {
-    const exchange::HostLaunch launch = exchange::openHost("tw_edit_transaction", &transaction);
-    const int status = reportWrite(streams, settingsFile(), launch.settings);
-    return launch.isOpened
-               ? status
-               : failed(streams, "", "neither gio nor xdg-open could be started to open the host");
+    constexpr const char* request = "tw_edit_transaction";
+    const std::error_code left = exchange::leaveRequest(request, &transaction);
+    const int status = reportWrite(streams, settingsFile(), left);
+    if (status != Done || exchange::openHost(request))
+        return status;
+    return failed(streams, "", "neither gio nor xdg-open could be started to open the host");
 }
 
 int actOn(const std::string& plan, const std::string& dateText, double date, const Action& action,
@@ -115,6 +120,10 @@ int actOn(const std::string& plan, const std::string& dateText, double date, con
     if (const auto* fault = std::get_if<exchange::FeedFault>(&reading))
         return failed(streams, feed, exchange::describe(*fault));
     const auto transaction = findTransaction(std::get<std::vector<TodayTransactionPtr>>(reading), plan, date);
+    std::error_code unreadable;
+    if (!transaction && !platform::readFile(feed, &unreadable) &&
+        unreadable != std::errc::no_such_file_or_directory)
+        return failed(streams, feed, unreadable.message());
     if (!transaction)
         return failed(streams, feed,
                       "the widget's list has no transaction of plan " + plan + " at " + dateText);

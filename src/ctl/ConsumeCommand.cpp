@@ -87,53 +87,65 @@ std::vector<std::size_t> printRecords(const Options& options, const plist::Array
 // The outcome of one claim. After a failure the claim stands as it was.
 enum class HandedOut { Nothing, All, AllThatFit, Failed };
 
+// The records are printed, and a later run prints them again.
+HandedOut failToEnd(Streams& streams, const platform::ClaimedFile& claim, const std::string& why) {
+    (void)failed(streams, claim.path(),
+                 "the records are printed, but they are kept and will be printed again: " + why);
+    return HandedOut::Failed;
+}
+
 // Ends the claim with an empty log. Where there are records that were not printed, the claimed log is kept,
 // and no later run looks at it again.
-HandedOut endClaim(Streams& streams, platform::ClaimedFile& claim, const std::vector<std::size_t>& tooLarge) {
-    const std::string claimed = claim.path();
+HandedOut endClaim(Streams& streams, const std::string& log, platform::ClaimedFile& claim,
+                   const std::vector<std::size_t>& tooLarge) {
     const std::string empty = *plist::writeXml(plist::Value(plist::Array()));
-    if (tooLarge.empty())
-        return reportWrite(streams, claimed, claim.replace(empty)) == Done ? HandedOut::All
-                                                                           : HandedOut::Failed;
     std::string kept;
-    if (reportWrite(streams, claimed, claim.replaceAndKeep(empty, ".too-large", kept)) != Done)
-        return HandedOut::Failed;
+    const std::error_code error =
+        tooLarge.empty() ? claim.replace(empty) : claim.replaceAndKeep(empty, ".too-large", kept);
+    if (error == std::errc::no_such_file_or_directory)
+        return HandedOut::All; // another program, which took no lock, has handed out the same records
+    if (!platform::isMade(error))
+        return failToEnd(streams, claim, error.message());
+    (void)reportWrite(streams, log, error); // if it is not safe yet
     for (const std::size_t record : tooLarge)
         (void)failed(streams, kept,
                      "record " + std::to_string(record) +
                          " is too large to be printed; it is kept here, the others are printed");
-    return HandedOut::AllThatFit;
+    return tooLarge.empty() ? HandedOut::All : HandedOut::AllThatFit;
 }
 
 // Prints the records of a claimed log, then ends the claim with an empty log. The claim ends after the output
 // has left this process, so that a process that is killed in between prints a record twice rather than never.
 // Meanwhile the container is not locked: whoever reads the output may take any time.
-HandedOut printAndRemove(const Options& options, Streams& streams, platform::ClaimedFile& claim) {
-    const auto fail = [&](const std::string& place, const std::string& sentence) {
-        (void)failed(streams, place, sentence);
-        return HandedOut::Failed;
-    };
+HandedOut printAndRemove(const Options& options, Streams& streams, const std::string& log,
+                         platform::ClaimedFile& claim) {
     const std::string claimed = claim.path();
-    const std::optional<std::string> bytes = platform::readFile(claimed);
+    std::error_code error;
+    const std::optional<std::string> bytes = claim.read(&error);
     const std::optional<plist::Array> records = bytes ? exchange::arrayOf(*bytes) : std::nullopt;
-    if (!records)
-        return fail(claimed, "no array of records can be read");
+    if (!records) {
+        (void)failed(streams, claimed, error ? error.message() : "no array of records can be read");
+        return HandedOut::Failed;
+    }
     const std::vector<std::size_t> tooLarge = printRecords(options, *records, streams.out);
-    if (!streams.out)
-        return fail("standard output", "it cannot be written; the records are kept in " + claimed);
+    if (!streams.out) {
+        (void)failed(streams, "standard output", "it cannot be written; the records are kept in " + claimed);
+        return HandedOut::Failed;
+    }
     const platform::FolderLock lock(containerPath());
     if (lock.error())
-        return fail(claimed, "the records are kept: " + lock.error().message());
-    if (platform::readFile(claimed) != bytes)
-        return fail(claimed, "another process has changed the records; they are kept");
-    return endClaim(streams, claim, tooLarge);
+        return failToEnd(streams, claim, lock.error().message());
+    if (claim.read() != bytes)
+        return failToEnd(streams, claim, "another process has changed them");
+    return endClaim(streams, log, claim, tooLarge);
 }
 
 // Hands out what is claimed: by this run, or by one that was interrupted.
-HandedOut handOutClaim(const Options& options, Streams& streams, platform::ClaimedFile& claim) {
+HandedOut handOutClaim(const Options& options, Streams& streams, const std::string& log,
+                       platform::ClaimedFile& claim) {
     const std::error_code error = claim.resume();
     if (!error)
-        return printAndRemove(options, streams, claim);
+        return printAndRemove(options, streams, log, claim);
     if (error == std::errc::no_such_file_or_directory)
         return HandedOut::Nothing;
     (void)failed(streams, claim.path(),
@@ -166,6 +178,8 @@ std::optional<bool> claimLog(Streams& streams, const std::string& log, platform:
     // Another consumer may have claimed the log just before, and this run hands out what that one leaves.
     if (!platform::isMade(error) && error != std::errc::file_exists)
         return refuse("the log cannot be claimed: " + error.message());
+    if (platform::isMade(error))
+        (void)reportWrite(streams, claim.path(), error); // if it is not safe yet
     return true;
 }
 
@@ -175,7 +189,7 @@ int consume(const Options& options, Streams& streams) {
     if (options.words.size() != 1)
         return misused(streams, "consume takes no operand");
     if (!hasContainer())
-        return failed(streams, containerPath(), "there is no container");
+        return failedWithoutContainer(streams);
     if (const std::error_code error = settingsError())
         return failed(streams, settingsFile(), error.message());
     const std::string log =
@@ -184,15 +198,15 @@ int consume(const Options& options, Streams& streams) {
     if (const std::error_code error = claim.find(log))
         return error == std::errc::no_such_file_or_directory
                    ? Done
-                   : failed(streams, log, "the log's folder cannot be opened");
+                   : failed(streams, log, "the log's folder cannot be opened: " + error.message());
     // An interrupted run has left its records, or another is at work on them.
-    const HandedOut earlier = handOutClaim(options, streams, claim);
+    const HandedOut earlier = handOutClaim(options, streams, log, claim);
     if (earlier == HandedOut::Failed)
         return Failed;
     const std::optional<bool> isClaimed = claimLog(streams, log, claim);
     if (!isClaimed)
         return Failed;
-    const HandedOut latest = *isClaimed ? handOutClaim(options, streams, claim) : HandedOut::Nothing;
+    const HandedOut latest = *isClaimed ? handOutClaim(options, streams, log, claim) : HandedOut::Nothing;
     const bool isAll = earlier != HandedOut::AllThatFit && latest != HandedOut::AllThatFit;
     return isAll && latest != HandedOut::Failed ? Done : Failed;
 }

@@ -20,6 +20,15 @@ bool hasContainer() {
     return platform::GroupContainers::containerForGroup(std::string(fullEditionGroupIdentifier)).has_value();
 }
 
+int failedWithoutContainer(Streams& streams) {
+    std::error_code error;
+    (void)platform::readFile(containerPath(), &error);
+    const bool isThere = error && error != std::errc::no_such_file_or_directory &&
+                         error != std::errc::is_a_directory && error != std::errc::not_a_directory &&
+                         error != std::errc::invalid_argument;
+    return failed(streams, containerPath(), isThere ? error.message() : "there is no container");
+}
+
 exchange::FeedReading readWidgetsList() {
     if (!hasContainer())
         return std::vector<TodayTransactionPtr>();

@@ -13,6 +13,9 @@ namespace ctl {
 [[nodiscard]] std::string containerPath();
 [[nodiscard]] bool hasContainer();
 
+// Says that there is no container, or why it cannot be looked at, and returns Failed.
+[[nodiscard]] int failedWithoutContainer(Streams& streams);
+
 // The transactions that the widget reads, or the fault at which it would end. Without a container the list is
 // empty.
 [[nodiscard]] exchange::FeedReading readWidgetsList();

@@ -42,9 +42,13 @@ std::optional<std::string> withRecord(const std::optional<std::string>& log, con
 } // namespace
 
 std::error_code appendToActionLog(const std::string& log, ActionType type, const TodayTransaction& item,
-                                  std::int64_t parameter) {
-    const std::optional<std::string> bytes =
-        withRecord(platform::readFile(log), recordOf(type, item, parameter));
+                                  std::int64_t parameter, UnreadableLog unreadable) {
+    std::error_code error;
+    const std::optional<std::string> before = platform::readFile(log, &error);
+    const bool isThere = error && error != std::errc::no_such_file_or_directory;
+    if (isThere && unreadable == UnreadableLog::Stays)
+        return error;
+    const std::optional<std::string> bytes = withRecord(before, recordOf(type, item, parameter));
     return bytes ? platform::replaceFile(log, *bytes) : platform::StorageError::NoXmlForm;
 }
 

@@ -7,22 +7,21 @@
 
 namespace exchange {
 
-HostLaunch openHost(const char* request, const TodayTransaction* transaction) {
-    HostLaunch launch;
+std::error_code leaveRequest(const char* request, const TodayTransaction* transaction) {
     auto defaults = openSharedSettings();
-    if (defaults) {
-        if (transaction) {
-            defaults->setString("edit_transaction_plan_pk", utf8FromText(transaction->planPrimaryKey));
-            defaults->setDouble("edit_transaction_date", transaction->date);
-        }
-        defaults->setString("url_string", request);
-        launch.settings = defaults->save();
-    } else {
-        launch.settings = platform::StorageError::NotADictionary;
+    if (!defaults)
+        return platform::StorageError::NotADictionary;
+    if (transaction) {
+        defaults->setString("edit_transaction_plan_pk", utf8FromText(transaction->planPrimaryKey));
+        defaults->setDouble("edit_transaction_date", transaction->date);
     }
-    launch.isOpened = platform::Workspace::openUrl(QLatin1String(hostUrlScheme) + QLatin1String("://") +
-                                                   QLatin1String(request));
-    return launch;
+    defaults->setString("url_string", request);
+    return defaults->save();
+}
+
+bool openHost(const char* request) {
+    return platform::Workspace::openUrl(QLatin1String(hostUrlScheme) + QLatin1String("://") +
+                                        QLatin1String(request));
 }
 
 } // namespace exchange

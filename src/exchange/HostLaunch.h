@@ -10,14 +10,11 @@ namespace exchange {
 // The scheme of the host application's URLs. Its case is kept.
 inline constexpr const char* hostUrlScheme = "korvelWidget";
 
-struct HostLaunch {
-    std::error_code settings; // of writing the request; none where it stands there already
-    bool isOpened = false;    // whether an opener could be started
-};
+// Leaves a request, and for one about a transaction that transaction's plan and date, in the shared settings.
+// Errors are those of SharedDefaults::save; settings that cannot be opened are StorageError::NotADictionary.
+[[nodiscard]] std::error_code leaveRequest(const char* request, const TodayTransaction* transaction);
 
-// Leaves the request, and for one about a transaction that transaction's plan and date, in the shared
-// settings, and opens the URL even where there are none. The settings of a group that cannot be opened are an
-// error.
-[[nodiscard]] HostLaunch openHost(const char* request, const TodayTransaction* transaction);
+// Opens the URL of a request. Whether an opener could be started.
+[[nodiscard]] bool openHost(const char* request);
 
 } // namespace exchange

@@ -21,12 +21,13 @@ std::optional<std::string> containerFolder() {
 }
 
 std::error_code writeLog(const std::string& container, ActionType type, const TodayTransaction& item,
-                         std::int64_t parameter) {
+                         std::int64_t parameter, UnreadableLog unreadableLog) {
     const std::string folder = accountFolder(container, accountKey());
     std::error_code madeFolder;
     if (!platform::fileExists(folder))
         madeFolder = platform::makeFolders(folder);
-    const std::error_code written = appendToActionLog(actionLogFile(folder), type, item, parameter);
+    const std::error_code written =
+        appendToActionLog(actionLogFile(folder), type, item, parameter, unreadableLog);
     // A folder that could not be made is why the log could not be written, if it could not.
     if (!platform::isMade(madeFolder))
         return platform::isMade(written) ? written : madeFolder;
@@ -47,12 +48,13 @@ void rewriteFeedFile(const std::string& feed, ActionType type, const TodayTransa
 
 } // namespace
 
-LoggedAction logAction(ActionType type, const TodayTransaction& item, std::int64_t parameter) {
+LoggedAction logAction(ActionType type, const TodayTransaction& item, std::int64_t parameter,
+                       UnreadableLog unreadableLog) {
     LoggedAction action;
     const std::optional<std::string> container = containerFolder();
     if (!container)
         return {make_error_code(std::errc::no_such_file_or_directory), {}, unreadable};
-    action.log = writeLog(*container, type, item, parameter);
+    action.log = writeLog(*container, type, item, parameter, unreadableLog);
     // The container is looked up again, as at every use: the log may have taken its time.
     if (const std::optional<std::string> containerNow = containerFolder())
         rewriteFeedFile(feedFile(*containerNow), type, item, parameter, action);

@@ -25,6 +25,7 @@ struct LoggedAction {
 // the feed, whatever became of the log. The container is looked up for each of the two; without one the fault
 // is that of an unreadable feed. The caller has locked the container, if anyone does (see
 // platform::FolderLock).
-[[nodiscard]] LoggedAction logAction(ActionType type, const TodayTransaction& item, std::int64_t parameter);
+[[nodiscard]] LoggedAction logAction(ActionType type, const TodayTransaction& item, std::int64_t parameter,
+                                     UnreadableLog unreadable);
 
 } // namespace exchange

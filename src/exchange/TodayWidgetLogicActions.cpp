@@ -39,10 +39,13 @@ void TodayWidgetLogic::saveActionType(std::int64_t type, const TodayTransaction&
     if (!container)
         platform::fatal();
     const platform::FolderLock lock(*container);
-    if (exchange::logAction(static_cast<ActionType>(type), item, parameter).fault)
+    if (exchange::logAction(static_cast<ActionType>(type), item, parameter,
+                            exchange::UnreadableLog::StartsAnew)
+            .fault)
         platform::fatal();
 }
 
 void TodayWidgetLogic::openHost(const char* request, const TodayTransaction* transaction) {
-    static_cast<void>(exchange::openHost(request, transaction));
+    static_cast<void>(exchange::leaveRequest(request, transaction));
+    static_cast<void>(exchange::openHost(request)); // also where the request could not be left
 }

@@ -166,7 +166,7 @@ TEST_F(ActTest, infoFailsWhereTheRequestCannotBeLeft) {
     const Opener opener(true);
     EXPECT_EQ(run({"act", "plan", "20.5", "info"}), 1);
     EXPECT_EQ(err, "korvel-todayctl: " + settingsPath() + ": its root is no dictionary\n");
-    EXPECT_EQ(opener.count(), 1) << "the host is opened all the same, as the widget does";
+    EXPECT_EQ(opener.count(), 0) << "the host would show an earlier request's transaction";
 }
 
 TEST_F(ActTest, infoFailsWhereNoOpenerCanBeStarted) {
@@ -214,6 +214,26 @@ TEST_F(ActTest, saysThatTheLogCannotBeWritten) {
     EXPECT_EQ(err, "korvel-todayctl: " + path("-/actions.xml") +
                        ": the action could not be logged; the feed is rewritten: Not a directory\n");
     EXPECT_EQ(datesOf("plan"), (Dates{10, 30})) << "the feed is rewritten all the same, as the widget does";
+}
+
+TEST_F(ActTest, keepsALogThatCannotBeRead) {
+    class Unreadable final : public platform::FileSystemCalls {
+    public:
+        Unreadable() { setCurrent(this); }
+        ~Unreadable() override { setCurrent(nullptr); }
+        int open(const char* path, int flags) override {
+            return std::string(path).ends_with("actions.xml") ? (errno = ENOMEM, -1)
+                                                              : FileSystemCalls::open(path, flags);
+        }
+    };
+    write("-/actions.xml", arrayFile("\t<string>older</string>\n"));
+    {
+        const Unreadable calls;
+        EXPECT_EQ(run({"act", "plan", "20.5", "paid"}), 1);
+    }
+    EXPECT_EQ(err, "korvel-todayctl: " + path("-/actions.xml") +
+                       ": the action could not be logged; the feed is rewritten: Cannot allocate memory\n");
+    EXPECT_EQ(log(), arrayFile("\t<string>older</string>\n"));
 }
 
 TEST_F(ActTest, saysThatTheFeedCannotBeWritten) {

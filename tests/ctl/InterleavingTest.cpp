@@ -109,7 +109,7 @@ protected:
     }
     ~InterleavingTest() override {
         platform::Workspace::setOpener({});
-        platform::FolderLock::setPolicy(platform::FolderLock::patientUntilNoticed);
+        platform::FolderLock::setPolicy(platform::FolderLock::optional);
     }
 
     Outcome outcomeOf(const std::vector<std::string>& arguments) {
@@ -338,7 +338,7 @@ TEST_F(InterleavingTest, actBesideAPanelThatDoesNotWaitAnyLonger) {
         bool wasStopped = false;
         {
             const StoppedCalls calls(call, [&] {
-                platform::FolderLock::setPolicy(platform::FolderLock::patientUntilNoticed);
+                platform::FolderLock::setPolicy(platform::FolderLock::optional);
                 TodayWidgetLogic::performTransactionAction(transactionOf("b", 20),
                                                            TodayTransactionAction::Paid(), nullptr);
                 platform::FolderLock::setPolicy(platform::FolderLock::required);

@@ -99,7 +99,9 @@ TEST_F(UnprivilegedTest, consumeFailsAtAClosedAccountFolder) {
     handOver();
     close("one");
     EXPECT_EQ(runAsUser({"consume"}), 1);
-    EXPECT_NE(err.find("one/actions.xml: the log's folder cannot be opened\n"), std::string::npos) << err;
+    EXPECT_NE(err.find("one/actions.xml: the log's folder cannot be opened: Permission denied\n"),
+              std::string::npos)
+        << err;
     EXPECT_EQ(out, "");
 }
 

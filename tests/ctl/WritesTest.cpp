@@ -30,7 +30,7 @@ protected:
     }
     ~WritesTable() override {
         platform::Workspace::setOpener({});
-        platform::FolderLock::setPolicy(platform::FolderLock::patientUntilNoticed);
+        platform::FolderLock::setPolicy(platform::FolderLock::optional);
     }
 
     // The bytes of all files in the container.

@@ -12,23 +12,6 @@
 
 namespace platform {
 
-namespace {
-
-// Renames a file unless the new name is taken. Where the file system has no such rename, the file gets the
-// new name beside its old one first.
-int renameToFreeName(int folder, const std::string& from, const std::string& to) {
-    FileSystemCalls& calls = FileSystemCalls::current();
-    if (calls.renameToFree(folder, from.c_str(), to.c_str()) == 0)
-        return 0;
-    if (errno != EINVAL && errno != ENOSYS)
-        return -1;
-    if (calls.link(folder, from.c_str(), to.c_str()) != 0)
-        return -1;
-    return calls.unlink(folder, from.c_str());
-}
-
-} // namespace
-
 std::error_code ClaimedFile::find(const std::string& path) {
     return place_.find(path);
 }
@@ -45,6 +28,7 @@ std::error_code ClaimedFile::claim() {
 
 std::error_code ClaimedFile::resume() {
     for (;;) {
+        file_.reset();
         file_ = std::make_unique<OpenFile>(retryInterrupted([&] {
             return FileSystemCalls::current().openAt(place_.folder(), claimedName().c_str(),
                                                      O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0);
@@ -54,21 +38,30 @@ std::error_code ClaimedFile::resume() {
         if (const auto error = lockFile(file_->number()))
             return error;
         // Whoever held the lock before may have ended that claim, and there may be another one by now.
-        if (isStillThere())
-            return {};
+        const std::error_code error = findOwnFile();
+        if (error != std::errc::no_such_file_or_directory)
+            return error;
     }
 }
 
-bool ClaimedFile::isStillThere() const {
+std::error_code ClaimedFile::findOwnFile() const {
     FileSystemCalls& calls = FileSystemCalls::current();
     struct stat named {};
     struct stat own {};
-    return calls.statusAt(place_.folder(), claimedName().c_str(), &named) == 0 &&
-           calls.statusOf(file_->number(), &own) == 0 && named.st_dev == own.st_dev &&
-           named.st_ino == own.st_ino;
+    if (calls.statusAt(place_.folder(), claimedName().c_str(), &named) != 0 ||
+        calls.statusOf(file_->number(), &own) != 0)
+        return lastError();
+    const bool isOwn = named.st_dev == own.st_dev && named.st_ino == own.st_ino;
+    return isOwn ? std::error_code{} : make_error_code(std::errc::no_such_file_or_directory);
+}
+
+std::optional<std::string> ClaimedFile::read(std::error_code* error) const {
+    return readFile("/proc/self/fd/" + std::to_string(file_->number()), error);
 }
 
 std::error_code ClaimedFile::makeReplacement(std::string_view bytes) const {
+    if (const auto error = findOwnFile())
+        return error;
     std::optional<ExistingFile> old;
     if (const auto error = place_.inspect(claimedName(), old))
         return error;

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace platform {
 
@@ -17,7 +18,8 @@ constexpr const char* accessList = "system.posix_acl_access"; // acl(5)
 // What a call gives whose answer has any length. It is asked for the length first, which may grow meanwhile.
 template <typename Call>
 std::optional<std::string> answerOf(Call call) {
-    for (;;) {
+    constexpr int attempts = 8;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
         const ssize_t length = call(nullptr, 0);
         if (length <= 0)
             return length == 0 ? std::optional(std::string()) : std::nullopt;
@@ -30,39 +32,31 @@ std::optional<std::string> answerOf(Call call) {
         if (errno != ERANGE)
             return std::nullopt;
     }
+    return std::nullopt;
 }
 
-bool carryAttributeOver(const std::string& path, const char* name, int file) {
-    FileSystemCalls& calls = FileSystemCalls::current();
-    const auto value = answerOf(
-        [&](char* bytes, std::size_t count) { return calls.attribute(path.c_str(), name, bytes, count); });
-    return value && calls.setAttribute(file, name, value->data(), value->size()) == 0;
+std::optional<std::string> attributeOf(const std::string& path, const char* name) {
+    return answerOf([&](char* bytes, std::size_t count) {
+        return FileSystemCalls::current().attribute(path.c_str(), name, bytes, count);
+    });
+}
+
+// The names of a file's attributes. Nothing if they cannot be known.
+std::optional<std::vector<std::string>> attributesOf(const std::string& path) {
+    const auto answer = answerOf([&](char* bytes, std::size_t count) {
+        return FileSystemCalls::current().attributeNames(path.c_str(), bytes, count);
+    });
+    if (!answer && errno != EOPNOTSUPP)
+        return std::nullopt;
+    std::vector<std::string> names;
+    for (std::string_view rest = answer ? *answer : std::string_view(); !rest.empty();) {
+        names.emplace_back(rest.substr(0, rest.find('\0')));
+        rest.remove_prefix(std::min(rest.size(), names.back().size() + 1));
+    }
+    return names;
 }
 
 enum class AccessList { None, Same, Lost };
-
-// Carries all attributes over. A list that the new file has from its folder is removed where the old file had
-// none.
-AccessList carryAttributesOver(const std::string& path, int file) {
-    FileSystemCalls& calls = FileSystemCalls::current();
-    const auto names = answerOf(
-        [&](char* bytes, std::size_t count) { return calls.attributeNames(path.c_str(), bytes, count); });
-    if (!names && errno != EOPNOTSUPP)
-        return AccessList::Lost;
-    AccessList list = AccessList::None;
-    for (std::string_view rest = names ? *names : std::string_view(); !rest.empty();) {
-        const std::string name(rest.substr(0, rest.find('\0')));
-        rest.remove_prefix(std::min(rest.size(), name.size() + 1));
-        const bool isCarried = carryAttributeOver(path, name.c_str(), file);
-        // Those of other name spaces say nothing about access and may not be the process's to set.
-        if (name.starts_with("system.") && list != AccessList::Lost)
-            list = isCarried ? AccessList::Same : AccessList::Lost;
-    }
-    if (list == AccessList::None && calls.removeAttribute(file, accessList) != 0 && errno != ENODATA &&
-        errno != EOPNOTSUPP)
-        return AccessList::Lost;
-    return list;
-}
 
 struct Carried {
     bool owner = true;
@@ -77,6 +71,8 @@ mode_t modeWithin(mode_t old, const Carried& carried) {
     mode_t group = old >> 3 & 7;
     mode_t others = old & 7;
     mode_t special = old & 07000;
+    if (carried.list == AccessList::Lost)
+        group = others = 0;
     if (!carried.owner) {
         group &= owner;
         others &= owner;
@@ -87,15 +83,57 @@ mode_t modeWithin(mode_t old, const Carried& carried) {
         group = 0;
         special &= ~static_cast<mode_t>(S_ISGID);
     }
-    // A list may give a member of the group less than the mode says.
-    if (carried.list == AccessList::Lost || (carried.list == AccessList::Same && !carried.group))
-        group = others = 0;
     return special | owner << 6 | group << 3 | others;
+}
+
+// The list takes effect as soon as it is set, so it is set only where it gives nobody more than before: not
+// to another group, and not with rights that the old owner did not have.
+bool mayCarryList(mode_t old, const Carried& carried) {
+    return carried.group && (modeWithin(old, carried) & 0777) == (old & 0777);
+}
+
+// A list that the new file has from its folder is removed where the old file had none.
+AccessList carryListOver(const std::string& path, bool hasList, const struct stat& old,
+                         const Carried& carried, int file) {
+    FileSystemCalls& calls = FileSystemCalls::current();
+    if (!hasList) {
+        const bool isWithout =
+            calls.removeAttribute(file, accessList) == 0 || errno == ENODATA || errno == EOPNOTSUPP;
+        return isWithout ? AccessList::None : AccessList::Lost;
+    }
+    const auto list = mayCarryList(old.st_mode, carried) ? attributeOf(path, accessList) : std::nullopt;
+    const bool isSet = list && calls.setAttribute(file, accessList, list->data(), list->size()) == 0;
+    return isSet ? AccessList::Same : AccessList::Lost;
+}
+
+// Signatures of the bytes, which are others now.
+bool isOfTheBytes(const std::string& name) {
+    return name == "security.ima" || name == "security.evm";
+}
+
+// Of the attributes beside the list only those of the system say who has access.
+AccessList carryAttributesOver(const std::string& path, const struct stat& old, const Carried& carried,
+                               int file) {
+    const auto names = attributesOf(path);
+    if (!names)
+        return AccessList::Lost;
+    const bool hasList = std::ranges::find(*names, accessList) != names->end();
+    AccessList list = carryListOver(path, hasList, old, carried, file);
+    for (const std::string& name : *names) {
+        if (name == accessList || isOfTheBytes(name))
+            continue;
+        const auto value = attributeOf(path, name.c_str());
+        const bool isCarried = value && FileSystemCalls::current().setAttribute(
+                                            file, name.c_str(), value->data(), value->size()) == 0;
+        if (!isCarried && name.starts_with("system."))
+            list = AccessList::Lost;
+    }
+    return list;
 }
 
 } // namespace
 
-int carryAccessOver(int folder, const ExistingFile& old, int file) {
+int carryAccessOver(const ExistingFile& old, int file) {
     FileSystemCalls& calls = FileSystemCalls::current();
     constexpr auto unchanged = static_cast<uid_t>(-1);
     Carried carried;
@@ -105,9 +143,9 @@ int carryAccessOver(int folder, const ExistingFile& old, int file) {
         carried.owner = calls.statusOf(file, &own) == 0 && own.st_uid == old.status.st_uid;
         carried.group = calls.changeOwner(file, unchanged, old.status.st_gid) == 0;
     }
-    // The folder may have been moved since it was opened.
-    const std::string path = "/proc/self/fd/" + std::to_string(folder) + '/' + old.name;
-    carried.list = carryAttributesOver(path, file);
+    // A handle has no calls for attributes of its own.
+    const std::string path = "/proc/self/fd/" + std::to_string(old.handle->number());
+    carried.list = carryAttributesOver(path, old.status, carried, file);
     return calls.changeMode(file, modeWithin(old.status.st_mode, carried));
 }
 

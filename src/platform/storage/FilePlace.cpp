@@ -34,16 +34,40 @@ std::error_code followLinks(std::string& path) {
 
 } // namespace
 
+int renameToFreeName(int folder, const std::string& from, const std::string& to) {
+    FileSystemCalls& calls = FileSystemCalls::current();
+    if (calls.renameToFree(folder, from.c_str(), to.c_str()) == 0)
+        return 0;
+    if (errno != EINVAL && errno != ENOSYS && errno != EOPNOTSUPP)
+        return -1;
+    if (calls.link(folder, from.c_str(), to.c_str()) != 0)
+        return -1;
+    struct stat old {};
+    struct stat renamed {};
+    if (calls.statusAt(folder, from.c_str(), &old) != 0)
+        return errno == ENOENT ? 0 : -1;
+    if (calls.statusAt(folder, to.c_str(), &renamed) != 0)
+        return -1;
+    const bool isStillThisFile = old.st_dev == renamed.st_dev && old.st_ino == renamed.st_ino;
+    return isStillThisFile ? calls.unlink(folder, from.c_str()) : 0;
+}
+
 std::error_code FilePlace::inspect(const std::string& name, std::optional<ExistingFile>& file) const {
     file.reset();
+    FileSystemCalls& calls = FileSystemCalls::current();
+    // The handle first: whatever happens to the name, it and the status are of one file.
+    auto handle = std::make_shared<OpenFile>(
+        retryInterrupted([&] { return calls.openHandle(folder(), name.c_str()); }));
     struct stat status {};
-    if (FileSystemCalls::current().statusAt(folder(), name.c_str(), &status) != 0)
+    const int result = handle->isOpen() ? calls.statusOf(handle->number(), &status)
+                                        : calls.statusAt(folder(), name.c_str(), &status);
+    if (result != 0)
         return errno == ENOENT ? std::error_code{} : lastError();
     if (S_ISDIR(status.st_mode))
         return std::make_error_code(std::errc::is_a_directory);
     if (!S_ISREG(status.st_mode))
         return std::make_error_code(std::errc::invalid_argument);
-    file = ExistingFile{name, status};
+    file = ExistingFile{name, status, std::move(handle)};
     return {};
 }
 

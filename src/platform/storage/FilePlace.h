@@ -2,6 +2,7 @@
 
 #include "platform/storage/OpenFile.h"
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <sys/stat.h>
@@ -13,7 +14,14 @@ namespace platform {
 struct ExistingFile {
     std::string name;
     struct stat status;
+    std::shared_ptr<OpenFile> handle; // of the same file, for its attributes alone (O_PATH)
 };
+
+// Renames a file in a folder unless the new name is taken (EEXIST). Returns -1 with errno set on failure. A
+// file system that has no such rename gives the file its new name first and then takes the old one away, if
+// it is still this file's: what another program puts there between the last look and the removal is lost
+// then.
+[[nodiscard]] int renameToFreeName(int folder, const std::string& from, const std::string& to);
 
 // The folder and the name that a path leads to after symbolic links are followed. The file need not exist.
 // The folder is kept open, so that all steps of a change happen in the same folder even if it is moved

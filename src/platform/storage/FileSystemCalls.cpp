@@ -35,6 +35,10 @@ int FileSystemCalls::openAt(int folder, const char* name, int flags, mode_t mode
     return ::openat(folder, name, flags, mode);
 }
 
+int FileSystemCalls::openHandle(int folder, const char* name) {
+    return ::openat(folder, name, O_PATH | O_NOFOLLOW | O_CLOEXEC);
+}
+
 int FileSystemCalls::close(int file) {
     return ::close(file);
 }
@@ -122,11 +126,11 @@ void FileSystemCalls::pause(std::chrono::milliseconds duration) {
 }
 
 ssize_t FileSystemCalls::attributeNames(const char* path, char* bytes, std::size_t count) {
-    return ::llistxattr(path, bytes, count);
+    return ::listxattr(path, bytes, count);
 }
 
 ssize_t FileSystemCalls::attribute(const char* path, const char* name, void* bytes, std::size_t count) {
-    return ::lgetxattr(path, name, bytes, count);
+    return ::getxattr(path, name, bytes, count);
 }
 
 int FileSystemCalls::setAttribute(int file, const char* name, const void* bytes, std::size_t count) {

@@ -18,6 +18,7 @@ public:
 
     virtual int open(const char* path, int flags);
     virtual int openAt(int folder, const char* name, int flags, mode_t mode);
+    virtual int openHandle(int folder, const char* name); // O_PATH; a link's is its own
     virtual int close(int file);
     virtual ssize_t read(int file, void* bytes, std::size_t count);
     virtual ssize_t write(int file, const void* bytes, std::size_t count);
@@ -36,7 +37,7 @@ public:
     virtual int names(int folder, std::vector<std::string>& result); // of the entries, "." and ".." too
     virtual int lock(int file, int operation);                       // flock
     virtual void pause(std::chrono::milliseconds duration);
-    // Extended attributes: those of a path, whose last component is not followed, and of an open file.
+    // Extended attributes: those of what a path leads to, and of an open file.
     virtual ssize_t attributeNames(const char* path, char* bytes, std::size_t count);
     virtual ssize_t attribute(const char* path, const char* name, void* bytes, std::size_t count);
     virtual int setAttribute(int file, const char* name, const void* bytes, std::size_t count);

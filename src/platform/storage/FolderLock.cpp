@@ -11,7 +11,7 @@ namespace platform {
 
 namespace {
 
-FolderLock::Policy policy = FolderLock::patientUntilNoticed;
+FolderLock::Policy policy = FolderLock::optional;
 
 // Whether an error of flock refuses the lock, rather than saying that the file system has none. NFS says
 // EBADF of a folder, which cannot be opened for writing.

@@ -20,11 +20,12 @@ public:
         std::chrono::milliseconds longestWait;
         bool isRequired; // false: error() is never set
     };
-    // That of a program whose user waits for it; the default.
-    static constexpr Policy patientUntilNoticed{std::chrono::milliseconds(200), false};
+    // That of a program which goes on without the lock before its user notices that it waits; the default.
+    static constexpr Policy optional{std::chrono::milliseconds(200), false};
     // That of a program which rather fails than has another's change undone.
     static constexpr Policy required{std::chrono::milliseconds(5000), true};
 
+    // Sets the policy of the process, which lockFile follows too.
     static void setPolicy(const Policy& policy);
 
     // Takes the lock, or goes on without it: where the folder does not exist, where the file system offers no

@@ -4,7 +4,7 @@
 
 namespace platform {
 
-// Failures of this folder's code that are no system call's.
+// Failures that no system call reports.
 enum class StorageError {
     LockHeld = 1,  // another program has kept a folder locked for too long
     NoXmlForm,     // a value that has no XML form was to be written

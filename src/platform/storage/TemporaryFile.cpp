@@ -77,7 +77,7 @@ std::error_code TemporaryFile::write(const std::optional<ExistingFile>& old, std
         return error;
     if (const auto error = writeAll(bytes))
         return error;
-    if (old && carryAccessOver(folder_, *old, file_) != 0)
+    if (old && carryAccessOver(*old, file_) != 0)
         return lastError();
     // This is none of the replaceable calls: it does not fail for an open file.
     struct stat written {};
@@ -147,10 +147,10 @@ std::error_code TemporaryFile::takePlaceOf(const std::string& name) {
 }
 
 std::error_code TemporaryFile::takeFreeName(const std::string& name) {
-    FileSystemCalls& calls = FileSystemCalls::current();
-    if (calls.link(folder_, name_.c_str(), name.c_str()) != 0 && errno != EEXIST)
+    if (renameToFreeName(folder_, name_, name) == 0)
+        name_.clear();
+    else if (errno != EEXIST) // the destructor removes the file
         return lastError();
-    calls.unlink(folder_, std::exchange(name_, {}).c_str());
     return {};
 }
 

@@ -13,9 +13,9 @@
 namespace platform {
 
 // A new file in an open folder with a random name. This object removes the file unless it was renamed.
-// SIGTERM, SIGINT and SIGHUP wait until then, so that none of them leaves the file. What a process leaves
-// that is ended in another way is removed by the next writer: the writer of a file holds its lock (flock),
-// and a file of this kind that nobody holds and that is an hour old is abandoned.
+// SIGTERM, SIGINT and SIGHUP wait until then on this thread, so that none of them leaves the file. What a
+// process leaves that is ended in another way is removed by the next writer: the writer of a file holds its
+// lock (flock), and a file of this kind that nobody holds and that is an hour old is abandoned.
 class TemporaryFile final {
 public:
     explicit TemporaryFile(int folder);

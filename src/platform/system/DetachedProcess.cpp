@@ -34,25 +34,53 @@ void takeDefaultSignals() {
     sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
-void takeEmptyFiles() {
+// Beside the three standard files only the one for the report stays open, until the program is executed. It
+// is moved twice, since the process may have had no standard files.
+constexpr int reportFile = 3;
+
+void takeEmptyFiles(int report) {
+    const int moved = fcntl(report, F_DUPFD_CLOEXEC, reportFile + 1);
     const int null = open("/dev/null", O_RDWR);
-    if (null < 0)
+    if (moved < 0 || null < 0)
         _exit(127);
     for (int standard = 0; standard <= 2; ++standard)
         dup2(null, standard);
-    close_range(3, ~0U, 0);
+    dup3(moved, reportFile, O_CLOEXEC);
+    close_range(reportFile + 1, ~0U, 0);
 }
 
-// In the first child, between fork and exec: nothing here may allocate or lock.
-[[noreturn]] void startAndLeave(const char* path, char* const* arguments) {
+// In the first child, between fork and exec: nothing here may allocate or lock. A byte in the report says
+// that the program cannot be executed; otherwise the report is closed empty.
+[[noreturn]] void startAndLeave(const char* path, char* const* arguments, int report) {
     setsid();
     const pid_t program = fork();
     if (program != 0)
         _exit(program < 0 ? 1 : 0);
     takeDefaultSignals();
-    takeEmptyFiles();
+    takeEmptyFiles(report);
     execv(path, arguments);
+    [[maybe_unused]] const ssize_t written = write(reportFile, "", 1);
     _exit(127);
+}
+
+// Waits for the first child, which ends at once; the program is then nobody's child here. False if the child
+// could not start another.
+bool hasLeft(pid_t child) {
+    int status = 0;
+    while (waitpid(child, &status, 0) < 0)
+        if (errno != EINTR)
+            return true; // reaped by someone else: it ran
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+// Waits until the other end of a pipe is closed. False if there was a byte in it.
+bool isEmpty(int pipe) {
+    char byte = 0;
+    ssize_t count = 0;
+    do
+        count = read(pipe, &byte, 1);
+    while (count < 0 && errno == EINTR);
+    return count == 0;
 }
 
 } // namespace
@@ -82,6 +110,9 @@ bool startDetached(const std::string& path, const std::vector<std::string>& argu
     }
     pointers.push_back(nullptr);
 
+    int report[2];
+    if (pipe2(report, O_CLOEXEC) != 0)
+        return false;
     // No handler of this process may run in the child.
     sigset_t all;
     sigset_t before;
@@ -89,15 +120,12 @@ bool startDetached(const std::string& path, const std::vector<std::string>& argu
     pthread_sigmask(SIG_SETMASK, &all, &before);
     const pid_t child = fork();
     if (child == 0)
-        startAndLeave(path.c_str(), pointers.data());
+        startAndLeave(path.c_str(), pointers.data(), report[1]);
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    if (child < 0)
-        return false;
-    int status = 0; // the child ends at once; the program is then nobody's child here
-    while (waitpid(child, &status, 0) < 0)
-        if (errno != EINTR)
-            return true; // reaped by someone else: it ran
-    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    close(report[1]);
+    const bool isStarted = child > 0 && hasLeft(child) && isEmpty(report[0]);
+    close(report[0]);
+    return isStarted;
 }
 
 } // namespace platform

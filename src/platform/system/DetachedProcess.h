@@ -12,8 +12,8 @@ namespace platform {
 
 // Starts a program (a path) with arguments, the name it is called by first, as a process that belongs to
 // nobody here: no child to wait for, a session of its own, standard streams on /dev/null, no other open file,
-// signals as a fresh process has them. Does not wait for the program to start. False where an argument holds
-// a NUL byte or no process could be made.
+// signals as a fresh process has them. Waits until the program is executed, not for what it does. False where
+// an argument holds a NUL byte, no process could be made or the program cannot be executed.
 [[nodiscard]] bool startDetached(const std::string& path, const std::vector<std::string>& arguments);
 
 } // namespace platform

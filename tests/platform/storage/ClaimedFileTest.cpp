@@ -87,6 +87,7 @@ TEST_F(ClaimedFile, isKeptUnderAnotherNameIfAsked) {
 TEST_F(ClaimedFile, keepsAFileThatWasMadeInTheMeantime) {
     folder.write("file", "new");
     folder.write("file.aside", "old");
+    EXPECT_FALSE(claim.resume());
     EXPECT_FALSE(claim.replace("other"));
     EXPECT_EQ(folder.read("file"), "new");
     EXPECT_EQ(folder.count(), 1U);
@@ -94,7 +95,8 @@ TEST_F(ClaimedFile, keepsAFileThatWasMadeInTheMeantime) {
 
 TEST_F(ClaimedFile, keepsTheClaimedFileWhenTheNewOneCannotBeWritten) {
     folder.write("file.aside", "old");
-    for (const char* const call : {"openAt", "write", "sync", "link"}) {
+    EXPECT_FALSE(claim.resume());
+    for (const char* const call : {"openAt", "write", "sync", "renameToFree"}) {
         FailingCalls calls;
         calls.failAll(call, EIO);
         const std::error_code error = claim.replace("other");
@@ -107,8 +109,11 @@ TEST_F(ClaimedFile, keepsTheClaimedFileWhenTheNewOneCannotBeWritten) {
 
 TEST_F(ClaimedFile, doesNotTakeTheModeOfALinkInItsPlace) {
     folder.write("elsewhere", "");
+    folder.write("file.aside", "old");
+    EXPECT_FALSE(claim.resume());
+    std::filesystem::remove(folder.path("file.aside"));
     std::filesystem::create_symlink("elsewhere", folder.path("file.aside"));
-    EXPECT_EQ(claim.replace("other"), std::errc::invalid_argument);
+    EXPECT_EQ(claim.replace("other"), std::errc::no_such_file_or_directory);
     EXPECT_FALSE(folder.has("file"));
 }
 
@@ -120,6 +125,7 @@ TEST_F(ClaimedFile, followsALinkAndLeavesIt) {
     EXPECT_TRUE(std::filesystem::is_symlink(file));
     EXPECT_EQ(claim.path(), folder.path("elsewhere/real.aside"));
     EXPECT_EQ(folder.read("elsewhere/real.aside"), "text");
+    EXPECT_FALSE(claim.resume());
     EXPECT_FALSE(claim.replace("other"));
     EXPECT_EQ(folder.read("elsewhere/real"), "other");
     EXPECT_EQ(folder.count("elsewhere"), 1U);
@@ -128,7 +134,6 @@ TEST_F(ClaimedFile, followsALinkAndLeavesIt) {
 TEST_F(ClaimedFile, returnsTheErrorOfTheStepThatFails) {
     EXPECT_EQ(claim.claim(), std::errc::no_such_file_or_directory);
     EXPECT_EQ(claim.resume(), std::errc::no_such_file_or_directory);
-    EXPECT_EQ(claim.replace(""), std::errc::no_such_file_or_directory);
     EXPECT_EQ(claim.find(folder.path("nowhere/file")), std::errc::no_such_file_or_directory);
     EXPECT_EQ(claim.find(""), std::errc::invalid_argument);
     EXPECT_EQ(claim.find(std::string("a\0b", 3)), std::errc::invalid_argument);
@@ -138,11 +143,14 @@ TEST_F(ClaimedFile, syncsEachChange) {
     folder.write("file", "text");
     FailingCalls calls;
     EXPECT_FALSE(claim.claim());
+    EXPECT_FALSE(claim.resume());
     EXPECT_FALSE(claim.replace(""));
-    EXPECT_THAT(calls.made(), testing::ElementsAre("renameToFree", "sync", // claimed
-                                                   "statusAt", "openAt", "changeOwner", "changeMode", "sync",
-                                                   "close", "link", "unlink", // the new file
-                                                   "unlink", "sync"));
+    EXPECT_THAT(calls.made(),
+                testing::ElementsAre("renameToFree", "sync",           // claimed
+                                     "openAt", "statusAt", "statusOf", // resumed
+                                     "statusAt", "statusOf", "statusOf", "openAt", "changeOwner",
+                                     "changeMode", "sync", "close", "renameToFree", // the new file
+                                     "close", "unlink", "sync"));
 }
 
 TEST_F(ClaimedFile, keepsTheFileInPlaceWhenTheRenameFails) {
@@ -164,6 +172,60 @@ TEST_F(ClaimedFile, tellsThatAClaimMayBeLostWhereTheSyncOfItsFolderFails) {
     EXPECT_TRUE(folder.has("file.aside"));
 }
 
+TEST_F(ClaimedFile, isReadWhereItWasEvenIfItsFolderIsReplaced) {
+    folder.write("folder/file.aside", "old");
+    ASSERT_FALSE(claim.find(folder.path("folder/file")));
+    ASSERT_FALSE(claim.resume());
+    std::filesystem::rename(folder.path("folder"), folder.path("moved"));
+    folder.write("folder/file.aside", "new");
+    EXPECT_EQ(claim.read(), "old");
+    EXPECT_FALSE(claim.replace("other"));
+    EXPECT_EQ(folder.read("moved/file"), "other");
+    EXPECT_EQ(folder.read("folder/file.aside"), "new");
+}
+
+TEST_F(ClaimedFile, isNotLookedForWithoutEndWhereItsStatusFails) {
+    folder.write("file.aside", "old");
+    FailingCalls calls;
+    calls.failAll("statusAt", EIO);
+    EXPECT_EQ(claim.resume(), std::errc::io_error);
+}
+
+TEST_F(ClaimedFile, leavesANewFileInTheOldPlaceWhereTheFileSystemHasNoSuchRename) {
+    // Another program replaces the file between the two steps of the renaming.
+    class Meanwhile final : public FailingCalls {
+    public:
+        explicit Meanwhile(const support::TemporaryFolder& folder)
+            : folder_(folder) {
+            failAll("renameToFree", EINVAL);
+        }
+        int link(int opened, const char* from, const char* to) override {
+            const int result = FailingCalls::link(opened, from, to);
+            folder_.write("next", "newer");
+            std::filesystem::rename(folder_.path("next"), folder_.path("file"));
+            return result;
+        }
+
+    private:
+        const support::TemporaryFolder& folder_;
+    };
+    folder.write("file", "old");
+    Meanwhile calls(folder);
+    EXPECT_FALSE(claim.claim());
+    EXPECT_EQ(folder.read("file.aside"), "old");
+    EXPECT_EQ(folder.read("file"), "newer");
+}
+
+TEST_F(ClaimedFile, isEndedWhereTheFileSystemHasNoLinks) {
+    folder.write("file", "old");
+    FailingCalls calls;
+    calls.failAll("link", EPERM);
+    EXPECT_FALSE(claim.claim());
+    EXPECT_FALSE(claim.resume());
+    EXPECT_FALSE(claim.replace("other"));
+    EXPECT_EQ(folder.read("file"), "other");
+}
+
 TEST_F(ClaimedFile, isWorkedOnByOneProgramOnly) {
     folder.write("file.aside", "old");
     auto other = std::make_unique<platform::ClaimedFile>();
@@ -171,7 +233,7 @@ TEST_F(ClaimedFile, isWorkedOnByOneProgramOnly) {
     ASSERT_FALSE(other->resume());
     FailingCalls calls; // which does not pause
     EXPECT_EQ(claim.resume(), StorageError::LockHeld);
-    EXPECT_EQ(calls.paused(), platform::FolderLock::patientUntilNoticed.longestWait);
+    EXPECT_EQ(calls.paused(), platform::FolderLock::optional.longestWait);
     other.reset(); // its program ends and leaves the claim
     EXPECT_FALSE(claim.resume());
 }

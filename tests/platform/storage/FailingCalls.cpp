@@ -93,6 +93,10 @@ int FailingCalls::renameToFree(int folder, const char* from, const char* to) {
     return fails("renameToFree") ? -1 : FileSystemCalls::renameToFree(folder, from, to);
 }
 
+int FailingCalls::openHandle(int folder, const char* name) {
+    return failsByName("openHandle") ? -1 : FileSystemCalls::openHandle(folder, name);
+}
+
 int FailingCalls::names(int folder, std::vector<std::string>& result) {
     return failsByName("names") ? -1 : FileSystemCalls::names(folder, result);
 }

@@ -43,6 +43,7 @@ public:
     int renameToFree(int folder, const char* from, const char* to) override;
 
     // These are not numbered, and fail only by their names.
+    int openHandle(int folder, const char* name) override;
     int names(int folder, std::vector<std::string>& result) override;
     int lock(int file, int operation) override;
     void pause(std::chrono::milliseconds duration) override { paused_ += duration; }

@@ -122,6 +122,28 @@ TEST_F(FileAccessTest, attributesThatSayNothingAboutAccessMayBeLost) {
     EXPECT_EQ(modeOf(file), 0644U);
 }
 
+TEST_F(FileAccessTest, stayAsTheyAreWhereAnotherProgramTakesTheFileAwayMeanwhile) {
+    class Meanwhile final : public FailingCalls {
+    public:
+        explicit Meanwhile(std::string file)
+            : file_(std::move(file)) {}
+        int changeOwner(int opened, uid_t owner, gid_t group) override {
+            std::filesystem::rename(file_, file_ + ".taken");
+            return FailingCalls::changeOwner(opened, owner, group);
+        }
+
+    private:
+        std::string file_;
+    };
+    const std::string list = listWith(6, 6);
+    setAttribute(file, accessList, list);
+    chmod(file.c_str(), 0664);
+    Meanwhile calls(file);
+    EXPECT_FALSE(replaceFile(file, "new"));
+    EXPECT_EQ(attributeOf(file, accessList), list);
+    EXPECT_EQ(modeOf(file), 0664U);
+}
+
 // --- owner and group
 
 struct RefusedRow {
@@ -142,6 +164,7 @@ public:
     }
     ~RefusingCalls() override { setCurrent(nullptr); }
     int changeOwner(int file, uid_t owner, gid_t group) override {
+        isNewFile_ = true;
         const bool isOwner = owner != static_cast<uid_t>(-1);
         if (isOwnerRefused_ ? isOwner : group != static_cast<gid_t>(-1))
             return errno = EPERM, -1;
@@ -149,13 +172,14 @@ public:
     }
     int statusOf(int file, struct stat* result) override {
         const int answer = FileSystemCalls::statusOf(file, result);
-        if (isOwnerRefused_)
+        if (isOwnerRefused_ && isNewFile_)
             ++result->st_uid; // the new file's owner is another user
         return answer;
     }
 
 private:
     bool isOwnerRefused_;
+    bool isNewFile_ = false;
 };
 
 TEST_P(RefusedTable, neverWidensAccess) {
@@ -174,9 +198,18 @@ INSTANTIATE_TEST_SUITE_P(Modes, RefusedTable,
                                          RefusedRow{"setUserGoes", true, 04755, 0755}),
                          [](const auto& row) { return row.param.name; });
 
-TEST_F(FileAccessTest, aRefusedGroupWithAListLeavesTheOwnerAlone) {
+TEST_F(FileAccessTest, aRefusedGroupWithAListLeavesTheOwnerAloneFromTheStart) {
     setAttribute(file, accessList, listWith(6, 6));
-    const RefusingCalls calls(false);
+    class Calls final : public platform::FileSystemCalls {
+    public:
+        Calls() { setCurrent(this); }
+        ~Calls() override { setCurrent(nullptr); }
+        int changeOwner(int, uid_t, gid_t) override { return errno = EPERM, -1; }
+        int setAttribute(int, const char* name, const void*, std::size_t) override {
+            ADD_FAILURE() << name << " takes effect at once";
+            return -1;
+        }
+    } calls;
     EXPECT_FALSE(replaceFile(file, "new"));
     EXPECT_EQ(modeOf(file), 0600U)
         << "a member of the group had nothing and may not read as one of the others";

@@ -18,7 +18,7 @@ using platform::FolderLock;
 
 class FolderLockTest : public testing::Test {
 protected:
-    ~FolderLockTest() override { FolderLock::setPolicy(FolderLock::patientUntilNoticed); }
+    ~FolderLockTest() override { FolderLock::setPolicy(FolderLock::optional); }
 
     [[nodiscard]] bool isFree() const {
         const int other = open(folder.path().c_str(), O_RDONLY | O_DIRECTORY);
@@ -56,7 +56,7 @@ TEST_F(FolderLockTest, isNotInheritedByProgramsThatAreStarted) {
 
 TEST_F(FolderLockTest, waitsAsLongAsThePolicySaysAndThenGoesOnOrFails) {
     const FolderLock others(folder.path());
-    for (const FolderLock::Policy& policy : {FolderLock::patientUntilNoticed, FolderLock::required}) {
+    for (const FolderLock::Policy& policy : {FolderLock::optional, FolderLock::required}) {
         FolderLock::setPolicy(policy);
         FailingCalls calls;
         const FolderLock lock(folder.path());
@@ -64,7 +64,7 @@ TEST_F(FolderLockTest, waitsAsLongAsThePolicySaysAndThenGoesOnOrFails) {
         EXPECT_EQ(lock.error(),
                   policy.isRequired ? make_error_code(platform::StorageError::LockHeld) : std::error_code());
     }
-    EXPECT_EQ(FolderLock::patientUntilNoticed.longestWait.count(), 200);
+    EXPECT_EQ(FolderLock::optional.longestWait.count(), 200);
     EXPECT_EQ(FolderLock::required.longestWait.count(), 5000);
 }
 
@@ -107,7 +107,7 @@ TEST_F(FolderLockTest, failsWhereItIsRequiredAndRefused) {
         calls.failAll(call, EACCES);
         FolderLock::setPolicy(FolderLock::required);
         EXPECT_EQ(FolderLock(folder.path()).error(), std::errc::permission_denied) << call;
-        FolderLock::setPolicy(FolderLock::patientUntilNoticed);
+        FolderLock::setPolicy(FolderLock::optional);
         EXPECT_FALSE(FolderLock(folder.path()).error()) << call;
     }
 }

@@ -338,7 +338,7 @@ TEST_F(SharedDefaultsTest, saveFailsWhereTheLockIsRequiredAndHeld) {
         platform::FolderLock::setPolicy(platform::FolderLock::required);
         EXPECT_EQ(defaults.save(), platform::StorageError::LockHeld);
         EXPECT_EQ(stored("key"), Value());
-        platform::FolderLock::setPolicy(platform::FolderLock::patientUntilNoticed);
+        platform::FolderLock::setPolicy(platform::FolderLock::optional);
         EXPECT_FALSE(defaults.save()) << "goes on without it";
     }
     EXPECT_EQ(stored("key"), Value("value"));

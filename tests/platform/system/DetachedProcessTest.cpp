@@ -132,6 +132,13 @@ TEST_F(DetachedProcessTest, isFalseWhereNoProcessCanBeMade) {
         testing::ExitedWithCode(0), "");
 }
 
+TEST_F(DetachedProcessTest, isFalseWhereTheProgramCannotBeExecuted) {
+    folder.folder().write("bin/script", "#!/nowhere/interpreter\n");
+    std::filesystem::permissions(folder.program("script"), std::filesystem::perms(0755));
+    EXPECT_FALSE(startDetached(folder.program("script"), {"script"}));
+    EXPECT_FALSE(startDetached("/nowhere/program", {"program"}));
+}
+
 TEST_F(DetachedProcessTest, findsAProgramInTheOrderOfThePath) {
     std::filesystem::create_directory(folder.folder().path("first"));
     const std::string first = folder.folder().path("first");

@@ -1,12 +1,15 @@
 #include "ctl/ListCommand.h"
 
 #include "ctl/Host.h"
+#include "ctl/Input.h"
 #include "ctl/Json.h"
 #include "ctl/Moments.h"
 #include "ctl/Terminal.h"
+#include "exchange/GroupIdentifiers.h"
 #include "exchange/SharedFiles.h"
 #include "exchange/Text.h"
 #include "exchange/TodayWidgetLogic.h"
+#include "platform/storage/SharedDefaults.h"
 
 #include <algorithm>
 #include <ostream>
@@ -64,11 +67,18 @@ void printJson(const Transactions& transactions, std::int64_t shownCount, std::o
 int list(const Options& options, Streams& streams) {
     if (options.words.size() != 1)
         return misused(streams, "list takes no operand");
+    const std::string settings = platform::SharedDefaults::file(std::string(fullEditionGroupIdentifier));
+    if (const std::error_code error = readingError(settings))
+        return failed(streams, settings, error.message());
     const TodayTransactionsCount count = TodayWidgetLogic::getTransactionsCountToShow();
     const exchange::FeedReading reading = readWidgetsList();
+    const std::string feed = exchange::feedFile(containerPath());
     if (const auto* fault = std::get_if<exchange::FeedFault>(&reading))
-        return failed(streams, exchange::feedFile(containerPath()), exchange::describe(*fault));
+        return failed(streams, feed, exchange::describe(*fault));
     const auto& transactions = std::get<Transactions>(reading);
+    if (transactions.empty())
+        if (const std::error_code error = readingError(feed))
+            return failed(streams, feed, error.message());
     // The widget's controller numbers its transactions in the same way.
     for (std::size_t index = 0; index < transactions.size(); ++index)
         transactions[index]->index = static_cast<std::int64_t>(index);

@@ -1,13 +1,11 @@
 #include "ctl/PlistCommand.h"
 
+#include "ctl/Input.h"
 #include "ctl/PrintBudget.h"
 #include "ctl/TypedJson.h"
 #include "platform/plist/Reader.h"
 #include "platform/plist/Writer.h"
-#include "platform/storage/Files.h"
 
-#include <istream>
-#include <iterator>
 #include <optional>
 #include <ostream>
 #include <system_error>
@@ -19,13 +17,6 @@ namespace {
 using platform::plist::Error;
 using platform::plist::Value;
 
-std::optional<std::string> contents(const std::string& path, std::istream& standardInput,
-                                    std::error_code& error) {
-    if (path == "-")
-        return std::string(std::istreambuf_iterator<char>(standardInput), {});
-    return platform::readFile(path, &error);
-}
-
 std::string placeOf(const std::string& path, const Error& error) {
     if (error.line > 0)
         return path + ':' + std::to_string(error.line);
@@ -36,7 +27,7 @@ std::string placeOf(const std::string& path, const Error& error) {
 
 int showPlist(const std::string& path, PlistFormat format, Streams& streams) {
     std::error_code unreadable;
-    const std::optional<std::string> bytes = contents(path, streams.in, unreadable);
+    const std::optional<std::string> bytes = readInput(path, streams.in, unreadable);
     if (!bytes)
         return failed(streams, path, unreadable.message());
     const platform::plist::ReadResult result = platform::plist::read(*bytes);

@@ -1,6 +1,7 @@
 #include "ctl/PublishCommand.h"
 
 #include "ctl/Host.h"
+#include "ctl/Input.h"
 #include "ctl/JsonReader.h"
 #include "ctl/Moments.h"
 #include "ctl/Portability.h"
@@ -13,26 +14,15 @@
 
 #include <algorithm>
 #include <cmath>
-#include <istream>
-#include <iterator>
 #include <limits>
 #include <optional>
+#include <system_error>
 
 namespace ctl {
 
 namespace plist = platform::plist;
 
 namespace {
-
-std::optional<std::string> readInput(const std::string& file, Streams& streams, std::string& error) {
-    if (file == "-")
-        return std::string(std::istreambuf_iterator<char>(streams.in), {});
-    std::error_code code;
-    std::optional<std::string> bytes = platform::readFile(file, &code);
-    if (!bytes)
-        error = code.message();
-    return bytes;
-}
 
 std::string recordName(std::size_t index) {
     return "record " + std::to_string(index + 1);
@@ -110,10 +100,10 @@ int publish(const Options& options, Streams& streams) {
         return misused(streams, "publish takes one file");
     const std::string& file = options.words[1];
     const std::string place = file == "-" ? "standard input" : file;
-    std::string error;
-    const std::optional<std::string> text = readInput(file, streams, error);
+    std::error_code unreadable;
+    const std::optional<std::string> text = readInput(file, streams.in, unreadable);
     if (!text)
-        return failed(streams, place, error);
+        return failed(streams, place, unreadable.message());
 
     const auto json = readJson(*text);
     if (const auto* fault = std::get_if<JsonError>(&json)) {

@@ -1,9 +1,11 @@
 #include "ctl/SettingsCommand.h"
 
 #include "ctl/Host.h"
+#include "ctl/Input.h"
 #include "ctl/Json.h"
 #include "ctl/Portability.h"
 #include "ctl/PrintBudget.h"
+#include "exchange/GroupIdentifiers.h"
 #include "exchange/SharedSettings.h"
 #include "exchange/Text.h"
 #include "platform/system/NumberText.h"
@@ -68,6 +70,9 @@ int set(SharedDefaults& defaults, const std::string& key, const std::string& val
 }
 
 int get(const SharedDefaults& defaults, const std::string& key, const Options& options, Streams& streams) {
+    const std::string file = SharedDefaults::file(std::string(fullEditionGroupIdentifier));
+    if (const std::error_code error = readingError(file))
+        return failed(streams, file, error.message());
     const platform::plist::Value* value = defaults.valueForKey(key);
     if (!value)
         return failed(streams, containerPath(), "there is no setting " + key);

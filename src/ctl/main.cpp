@@ -1,9 +1,19 @@
+#include "ctl/Limits.h"
 #include "ctl/Program.h"
 
 #include <iostream>
+#include <new>
+#include <stdexcept>
 
 int main(int argc, char** argv) {
-    std::ios::sync_with_stdio(false);
-    ctl::Streams streams{std::cin, std::cout, std::cerr};
-    return ctl::run({argv + 1, argv + argc}, streams);
+    ctl::prepareForLimits();
+    try {
+        std::ios::sync_with_stdio(false);
+        ctl::Streams streams{std::cin, std::cout, std::cerr};
+        return ctl::run({argv + 1, argv + argc}, streams);
+    } catch (const std::bad_alloc&) {
+        return ctl::reportNoMemory();
+    } catch (const std::length_error&) {
+        return ctl::reportNoMemory();
+    }
 }

@@ -1,4 +1,5 @@
 #include "ctl/CtlTest.h"
+#include "exchange/GroupIdentifiers.h"
 
 #include <algorithm>
 #include <limits>
@@ -63,6 +64,18 @@ TEST_F(ListTest, isEmptyWhereTheWidgetsListIs) {
     removeContainer();
     EXPECT_EQ(run({"list", "--json"}), 0) << "no container";
     EXPECT_EQ(out, "{\"shownCount\": 0, \"transactions\": []}\n");
+}
+
+TEST_F(ListTest, saysThatAFileCannotBeReadWhichTheWidgetTakesForAnAbsentOne) {
+    for (const std::string& file :
+         {std::string("notifications.xml"),
+          "Library/Preferences/" + std::string(fullEditionGroupIdentifier) + ".plist"}) {
+        makeFolder(file);
+        EXPECT_EQ(run({"list"}), 1);
+        EXPECT_EQ(out, "");
+        EXPECT_EQ(err, "korvel-todayctl: " + path(file) + ": Is a directory\n");
+        remove(file);
+    }
 }
 
 TEST_F(ListTest, namesTheRecordAndKeyOverWhichTheWidgetWouldEnd) {

@@ -85,6 +85,13 @@ TEST_F(SettingsTest, saysThatAKeyIsAbsent) {
     EXPECT_EQ(err, "korvel-todayctl: " + container + ": there is no setting none\n");
 }
 
+TEST_F(SettingsTest, saysThatTheFileCannotBeRead) {
+    const std::string file = "Library/Preferences/" + std::string(fullEditionGroupIdentifier) + ".plist";
+    makeFolder(file);
+    EXPECT_EQ(run({"settings", "get", "account_pk"}), 1);
+    EXPECT_EQ(err, "korvel-todayctl: " + path(file) + ": Is a directory\n");
+}
+
 TEST_F(SettingsTest, doesNotOverwriteWhatIsNoDictionary) {
     breakSettings();
     EXPECT_EQ(run({"settings", "set", "account_pk", "a"}), 1);

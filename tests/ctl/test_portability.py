@@ -3,14 +3,12 @@
 import datetime
 import json
 import math
-import os
-import pathlib
 import plistlib
 import random
 import re
-import subprocess
-import tempfile
 import unittest
+
+from companion import CompanionTest
 
 PLAIN = "aZ0 <>&'\"\\;]é家🏠\t\n\x7f\x85\x9b\u061c\u200e\u2028\u202e\u2066\ufeff\ufffd\ufdd0\U0001ffff\U0010ffff"
 FORBIDDEN = "\x00\x01\x08\x0b\x0c\r\x0e\x1b\x1f\ufffe\uffff"
@@ -85,34 +83,19 @@ def exact(item):
     return (type(item).__name__, item)
 
 
-class Portability(unittest.TestCase):
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.containers = pathlib.Path(folder.name)
-        self.container = self.containers / os.environ["KORVEL_GROUP"]
-        self.settings = self.container / "Library" / "Preferences" / f"{self.container.name}.plist"
-
-    def run_companion(self, *arguments, standard_input=b""):
-        return subprocess.run([os.environ["KORVEL_TODAYCTL"], "--containers", self.containers, *arguments],
-                              input=standard_input, capture_output=True, timeout=60)
-
-    def write_settings(self, settings):
-        self.settings.parent.mkdir(parents=True, exist_ok=True)
-        self.settings.write_bytes(plistlib.dumps(settings, fmt=plistlib.FMT_BINARY))
-
+class Portability(CompanionTest):
     def test_published_records_are_read_back_equal_or_refused(self):
         outcomes = {True: 0, False: 0}
         for seed in range(200):
             with self.subTest(seed=seed):
                 chance = random.Random(seed)
                 records = [record(chance, chance.choice([0, 0.02])) for _ in range(chance.randrange(1, 6))]
-                published = self.run_companion("publish", "-", standard_input=json.dumps(records).encode())
+                published = self.run_companion("publish", "-", input=json.dumps(records).encode())
                 refused = fault_in(records)
                 outcomes[refused is None] += 1
                 if refused is None:
                     self.assertEqual((published.returncode, published.stderr), (0, b""))
-                    read = plistlib.loads((self.container / "notifications.xml").read_bytes())
+                    read = plistlib.loads(self.feed.read_bytes())
                     self.assertEqual(exact(read), exact(records))
                 else:
                     self.assertEqual(published.returncode, 1)

@@ -1,5 +1,6 @@
 #include "ctl/Json.h"
 
+#include "ctl/Characters.h"
 #include "ctl/TypedJson.h"
 #include "exchange/Text.h"
 
@@ -29,7 +30,7 @@ QString quoted(const QString& text) {
         if (isSurrogatePairAt(text, at)) {
             json += unit;
             json += text[++at];
-        } else if (unit.isSurrogate() || unit < u' ' || unit == u'\x7F') {
+        } else if (isUnsafe(unit.unicode())) {
             json += escaped(unit);
         } else {
             if (unit == u'"' || unit == u'\\')

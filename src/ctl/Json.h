@@ -9,10 +9,11 @@
 
 // JSON (RFC 8259) as the companion writes it. It is not the JSON library's: a real without a fraction is
 // written without one ("5"), a control character as \u000a, and a lone surrogate as an escape, which the
-// library refuses.
+// library refuses. What is unsafe on a terminal (Characters.h) is always an escape, which a parser reads as
+// the same character.
 namespace ctl {
 
-// A string in quotes, in UTF-8. Control characters, DEL and lone surrogates are \u escapes.
+// A string in quotes, in UTF-8.
 [[nodiscard]] std::string jsonString(const QString& text);
 
 // The same in ASCII: every other UTF-16 unit is an escape too.

@@ -2,6 +2,7 @@
 
 #include "ctl/Input.h"
 #include "ctl/PrintBudget.h"
+#include "ctl/Terminal.h"
 #include "ctl/TypedJson.h"
 #include "platform/plist/Reader.h"
 #include "platform/plist/Writer.h"
@@ -40,7 +41,7 @@ int showPlist(const std::string& path, PlistFormat format, Streams& streams) {
         writeTypedJson(streams.out, value);
         streams.out << '\n';
     } else if (const std::optional<std::string> xml = platform::plist::writeXml(value)) {
-        streams.out << *xml;
+        streams.out << (streams.isTerminal ? terminalXml(*xml) : *xml);
     } else {
         return failed(streams, path, "The list has no XML form");
     }

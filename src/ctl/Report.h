@@ -10,13 +10,14 @@ struct Streams {
     std::istream& in;
     std::ostream& out;
     std::ostream& err;
+    bool isTerminal = false; // standard output
 };
 
 // The exit statuses of the program.
 enum ExitStatus : int { Done = 0, Failed = 1, Misused = 2 };
 
 // Writes an error message of one line to standard error and returns Failed. The place is a file, with the
-// line or the record if known; it may be empty.
+// line or the record if known; it may be empty. Neither needs to be safe for a terminal.
 [[nodiscard]] int failed(Streams& streams, std::string_view place, std::string_view sentence);
 
 // Writes an error message about wrong usage to standard error and returns Misused.

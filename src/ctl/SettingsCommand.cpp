@@ -5,6 +5,7 @@
 #include "ctl/Json.h"
 #include "ctl/Portability.h"
 #include "ctl/PrintBudget.h"
+#include "ctl/Terminal.h"
 #include "exchange/GroupIdentifiers.h"
 #include "exchange/SharedSettings.h"
 #include "exchange/Text.h"
@@ -82,7 +83,7 @@ int get(const SharedDefaults& defaults, const std::string& key, const Options& o
     if (options.json || !text)
         writeJson(streams.out, *value);
     else
-        streams.out << *text;
+        streams.out << terminalLines(*text);
     streams.out << '\n';
     return Done;
 }

@@ -1,5 +1,7 @@
 #include "ctl/Terminal.h"
 
+#include "ctl/Characters.h"
+
 #include <QString>
 
 #include <clocale>
@@ -34,15 +36,36 @@ private:
     locale_t previous_;
 };
 
-bool isBreak(char32_t character) {
-    return (character >= '\t' && character <= '\r') || character == 0x85 || character == 0x2028 ||
-           character == 0x2029;
+std::string hexadecimal(char32_t code, std::size_t digits) {
+    std::string text(digits, '0');
+    for (; digits > 0; code >>= 4)
+        text[--digits] = "0123456789abcdef"[code & 0xFU];
+    return text;
 }
 
-bool isUnsafe(char32_t character) {
-    return character < 0x20 || (character >= 0x7F && character < 0xA0) || character == 0x061C ||
-           (character >= 0x200E && character <= 0x200F) || (character >= 0x202A && character <= 0x202E) ||
-           (character >= 0x2066 && character <= 0x2069) || character == 0xFEFF;
+bool isBreak(const Character& character) {
+    return character.isEncoded && (character.code == '\n' || character.code == '\t');
+}
+
+// The text with what `replace` gives in place of each unsafe character and each byte that is no UTF-8.
+template <class Replace>
+std::string replaceUnsafe(std::string_view text, Replace replace) {
+    std::string safe;
+    for (std::size_t at = 0; at < text.size();) {
+        const Character character = characterAt(text, at);
+        const std::string_view bytes = text.substr(at, character.length);
+        if (!character.isEncoded || isUnsafe(character.code))
+            safe += replace(character);
+        else
+            safe += bytes;
+        at += character.length;
+    }
+    return safe;
+}
+
+std::string escape(const Character& character) {
+    return character.isEncoded ? "\\u" + hexadecimal(character.code, 4)
+                               : "\\x" + hexadecimal(character.code, 2);
 }
 
 std::size_t cellsMissing(const std::string& text, std::size_t width) {
@@ -53,15 +76,21 @@ std::size_t cellsMissing(const std::string& text, std::size_t width) {
 } // namespace
 
 std::string terminalText(std::string_view text) {
-    std::u32string safe =
-        QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())).toStdU32String();
-    for (char32_t& character : safe) {
-        if (isBreak(character))
-            character = ' ';
-        else if (isUnsafe(character))
-            character = 0xFFFD;
-    }
-    return QString::fromStdU32String(safe).toStdString();
+    return replaceUnsafe(
+        text, [](const Character& character) { return isBreak(character) ? " " : escape(character); });
+}
+
+std::string terminalLines(std::string_view text) {
+    return replaceUnsafe(text, [](const Character& character) {
+        return isBreak(character) ? std::string(1, static_cast<char>(character.code)) : escape(character);
+    });
+}
+
+std::string terminalXml(std::string_view xml) {
+    return replaceUnsafe(xml, [](const Character& character) {
+        return isBreak(character) ? std::string(1, static_cast<char>(character.code))
+                                  : "&#x" + hexadecimal(character.code, 4) + ";";
+    });
 }
 
 std::size_t displayWidth(std::string_view text) {

@@ -4,12 +4,13 @@
 #include <iostream>
 #include <new>
 #include <stdexcept>
+#include <unistd.h>
 
 int main(int argc, char** argv) {
     ctl::prepareForLimits();
     try {
         std::ios::sync_with_stdio(false);
-        ctl::Streams streams{std::cin, std::cout, std::cerr};
+        ctl::Streams streams{std::cin, std::cout, std::cerr, isatty(STDOUT_FILENO) == 1};
         return ctl::run({argv + 1, argv + argc}, streams);
     } catch (const std::bad_alloc&) {
         return ctl::reportNoMemory();

@@ -143,6 +143,12 @@ TEST(JsonTest, escapesWhatCannotStandInAText) {
     EXPECT_EQ(jsonString(QString(QChar(0xD83C)) + u'x'), "\"\\ud83cx\"");
 }
 
+TEST(JsonTest, escapesWhatIsUnsafeOnATerminal) {
+    EXPECT_EQ(jsonString(QStringLiteral("\u0085\u009B\u061C\u200E\u202E\u2028\u2029\u2066\uFEFF")),
+              "\"\\u0085\\u009b\\u061c\\u200e\\u202e\\u2028\\u2029\\u2066\\ufeff\"");
+    EXPECT_EQ(jsonString(QStringLiteral("\u00A0\u200D\u202F\uFFFD")), "\"\u00A0\u200D\u202F\uFFFD\"");
+}
+
 TEST(JsonTest, writesValuesThatReadBack) {
     const char* json = R"({"b": [1, 2.5, true, 18446744073709551615, -7], "a": {"c": "x\"y", "d": []}})";
     EXPECT_EQ(jsonValue(valueOf(json)), json);

@@ -23,11 +23,12 @@ struct Answer {
     std::string err;
 };
 
-Answer show(const std::string& path, PlistFormat format = PlistFormat::Json, const std::string& input = "") {
+Answer show(const std::string& path, PlistFormat format = PlistFormat::Json, const std::string& input = "",
+            bool isTerminal = false) {
     std::istringstream in(input);
     std::ostringstream out;
     std::ostringstream err;
-    ctl::Streams streams{in, out, err};
+    ctl::Streams streams{in, out, err, isTerminal};
     const int status = ctl::showPlist(path, format, streams);
     return {status, out.str(), err.str()};
 }
@@ -59,6 +60,17 @@ TEST(PlistCommand, printsTheXmlThatTheWriterGives) {
     const Answer answer = show(lists + "input/1283_old_array_mixed.plist", PlistFormat::Xml);
     EXPECT_EQ(answer.status, ctl::Done);
     EXPECT_EQ(answer.out, contents(lists + "written/1283_old_array_mixed.plist.xml"));
+}
+
+TEST(PlistCommand, printsXmlOnATerminalThatIsReadAsTheSameValue) {
+    const std::string list = "{\"k\\U001b\" = \"a\\n\\t\\r\\U0001\\U007f\\U009b\\U202e\\U2028\\Ufffe<&\"; }";
+    const Answer terminal = show("-", PlistFormat::Xml, list, true);
+    EXPECT_THAT(terminal.out, testing::HasSubstr("<key>k&#x001b;</key>"));
+    EXPECT_THAT(terminal.out,
+                testing::HasSubstr("a\n\t&#x000d;&#x0001;&#x007f;&#x009b;&#x202e;&#x2028;\uFFFE&lt;&amp;<"));
+    const Answer exact = show("-", PlistFormat::Xml, list);
+    EXPECT_NE(exact.out, terminal.out);
+    EXPECT_EQ(show("-", PlistFormat::Json, terminal.out).out, show("-", PlistFormat::Json, exact.out).out);
 }
 
 TEST(PlistCommand, namesTheLineOfAFaultInAText) {

@@ -70,6 +70,12 @@ TEST_F(SettingsTest, getsWhatIsSet) {
     EXPECT_EQ(out, "[1.5]\n");
 }
 
+TEST_F(SettingsTest, printsATextAsItIsButForWhatATerminalObeys) {
+    setSettings({{"text", plist::Value("one\ntwo\t\x1b[31m\u202E\\")}});
+    EXPECT_EQ(run({"settings", "get", "text"}), 0);
+    EXPECT_EQ(out, "one\ntwo\t\\u001b[31m\\u202e\\\n");
+}
+
 TEST_F(SettingsTest, doesNotPrintWhatWouldFillTheDisk) {
     write("Library/Preferences/" + std::string(fullEditionGroupIdentifier) + ".plist", bombOfKey("bomb"));
     for (const char* option : {"--", "--json"}) {

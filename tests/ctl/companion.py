@@ -32,13 +32,13 @@ class CompanionTest(unittest.TestCase):
         self.log.parent.mkdir(parents=True)
         self.settings.parent.mkdir(parents=True)
 
-    def run_companion(self, *arguments, before=None, **streams):
+    def run_companion(self, *arguments, containers=None, before=None, **streams):
         """The finished program. It finds no opener of URLs. `before` is called in its process before it starts."""
-        environment = {name: value for name, value in os.environ.items() if name != "LD_PRELOAD"}
-        return subprocess.run([os.environ["KORVEL_TODAYCTL"], "--containers", self.containers, *arguments],
-                              capture_output=True, timeout=100, preexec_fn=before,
-                              env=environment | {"PATH": str(self.containers), "TZ": "UTC", "LC_ALL": "C.UTF-8"},
-                              **(streams or {"stdin": subprocess.DEVNULL}))
+        return subprocess.run([os.environ["KORVEL_TODAYCTL"], *arguments], timeout=100, preexec_fn=before,
+                              env=os.environ | {"PATH": str(self.containers), "TZ": "UTC", "LC_ALL": "C.UTF-8",
+                                                "KORVEL_GROUP_CONTAINERS": containers or self.containers},
+                              **{"stdout": subprocess.PIPE, "stderr": subprocess.PIPE}
+                              | (streams or {"stdin": subprocess.DEVNULL}))
 
     def write_settings(self, settings):
         self.settings.write_bytes(plistlib.dumps(settings, fmt=plistlib.FMT_BINARY))

@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <sstream>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -76,9 +78,10 @@ public:
     bool end_object() override { return close(); }
     bool end_array() override { return close(); }
     bool key(std::string& key) override {
-        if (open_.back().entries.find(key))
-            return fail(position(), "the key \"" + key + "\" is repeated");
-        open_.back().key = std::move(key);
+        Container& object = open_.back();
+        object.key = std::make_shared<const std::string>(std::move(key));
+        if (!object.keys.insert(*object.key).second)
+            return fail(position(), "the key \"" + *object.key + "\" is repeated");
         return true;
     }
 
@@ -94,15 +97,16 @@ private:
     struct Container {
         bool isObject;
         plist::Array elements;
-        plist::Dictionary entries;
-        std::string key; // of the next entry
+        std::vector<plist::Dictionary::Entry> entries;
+        plist::SharedString key;                   // of the next entry
+        std::unordered_set<std::string_view> keys; // of the entries and of the next one
     };
 
     bool add(plist::Value value) {
         if (open_.empty())
             root_ = std::move(value);
         else if (open_.back().isObject)
-            open_.back().entries.set(open_.back().key, std::move(value));
+            open_.back().entries.push_back({std::move(open_.back().key), std::move(value)});
         else
             open_.back().elements.push_back(std::move(value));
         return true;
@@ -111,15 +115,18 @@ private:
     bool open(bool isObject) {
         if (open_.size() == mostNested)
             return fail(position() - 1, "the nesting is too deep");
-        open_.push_back({isObject, {}, {}, {}});
+        open_.push_back({isObject, {}, {}, {}, {}});
         return true;
     }
 
     bool close() {
         Container container = std::move(open_.back());
         open_.pop_back();
-        return add(container.isObject ? plist::Value(std::move(container.entries))
-                                      : plist::Value(std::move(container.elements)));
+        if (!container.isObject)
+            return add(plist::Value(std::move(container.elements)));
+        // No key is there twice.
+        return add(plist::Value(
+            plist::Dictionary(std::move(container.entries), plist::Dictionary::Duplicates::KeepFirst)));
     }
 
     // The offset of the next byte that the parser reads.

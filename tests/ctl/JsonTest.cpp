@@ -51,6 +51,18 @@ TEST(JsonReaderTest, readsContainersInTheirOrder) {
     EXPECT_EQ(value.dictionary()->valueAt(1), plist::Value(plist::Dictionary()));
 }
 
+TEST(JsonReaderTest, readsManyKeysAsFastAsManyElements) {
+    // In time that grows with the square of the number, this takes eight minutes.
+    constexpr std::size_t count = 200000;
+    std::string json = "{";
+    for (std::size_t key = 0; key < count; ++key)
+        json += (key == 0 ? "\"" : ",\"") + std::to_string(key) + "\":0";
+    const plist::Value value = valueOf(json + "}");
+    ASSERT_TRUE(value.dictionary());
+    EXPECT_EQ(value.dictionary()->size(), count);
+    EXPECT_EQ(value.dictionary()->keyAt(count - 1), std::to_string(count - 1));
+}
+
 TEST(JsonReaderTest, passesOverAByteOrderMark) {
     EXPECT_EQ(valueOf("\xEF\xBB\xBF[]"), plist::Value(plist::Array()));
 }

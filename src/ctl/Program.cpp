@@ -1,6 +1,7 @@
 #include "ctl/Program.h"
 
 #include "ctl/ActCommand.h"
+#include "ctl/CheckCommand.h"
 #include "ctl/ConsumeCommand.h"
 #include "ctl/ListCommand.h"
 #include "ctl/PlistCommand.h"
@@ -37,6 +38,10 @@ constexpr Command commands[] = {
     {"publish", "FILE.json", "make an array of objects the feed (- is standard input)", publish},
     {"settings", "get KEY [--json]", "print a shared setting", settings},
     {"settings", "set KEY VALUE", "change one", settings},
+    {"check", "[--json]",
+     "name every fault of the container's files, what the widget does about it\n"
+     "and what mends it; fails if one would end the widget or lose an action",
+     check},
 };
 
 std::string helpText() {

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <system_error>
+
+// What the user who runs this program may do with files and folders. Nothing is opened for writing.
+namespace ctl {
+
+// Why a file cannot be read, in words: the error, and which folder on the way may not be searched.
+[[nodiscard]] std::string refusalOf(const std::string& path, const std::error_code& error);
+
+// Why a folder, which need not exist, cannot be made with its parents. Nothing where it can.
+[[nodiscard]] std::optional<std::string> refusalToMake(const std::string& folder);
+
+// Why a file, which need not exist, cannot be replaced, nor its folder made. Nothing where it can.
+[[nodiscard]] std::optional<std::string> refusalToReplace(const std::string& path);
+
+} // namespace ctl

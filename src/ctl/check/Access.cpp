@@ -36,12 +36,6 @@ std::string closedFolder(const std::string& path) {
     return {};
 }
 
-// Whether a file's name is kept for its owner, and that of its folder, by the folder's sticky bit.
-bool isKeptByOthers(const struct stat& folder, const struct stat& file) {
-    const uid_t user = geteuid();
-    return (folder.st_mode & S_ISVTX) != 0 && user != 0 && file.st_uid != user && folder.st_uid != user;
-}
-
 std::optional<std::string> refusalInFolder(int folder, const std::string& folderPath, const char* name) {
     if (faccessat(folder, ".", W_OK | X_OK, AT_EACCESS) != 0)
         return "no file can be made in " + folderPath + ": " + message(errno);
@@ -53,7 +47,7 @@ std::optional<std::string> refusalInFolder(int folder, const std::string& folder
     if (!S_ISREG(file.st_mode))
         return "what is in its place is no regular file";
     struct stat status {};
-    if (fstat(folder, &status) == 0 && isKeptByOthers(status, file))
+    if (fstat(folder, &status) == 0 && isKeptFrom(geteuid(), status, file))
         return "it belongs to another user, and " + folderPath + " lets only the owner replace a file";
     return std::nullopt;
 }
@@ -92,6 +86,10 @@ std::optional<std::string> refusalToReplace(const std::string& path) {
     if (const std::error_code error = place.find(path))
         return refusalOf(path, error);
     return refusalInFolder(place.folder(), place.folderPath(), place.name().c_str());
+}
+
+bool isKeptFrom(uid_t user, const struct stat& folder, const struct stat& file) {
+    return (folder.st_mode & S_ISVTX) != 0 && user != 0 && file.st_uid != user && folder.st_uid != user;
 }
 
 } // namespace ctl

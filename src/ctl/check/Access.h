@@ -2,6 +2,8 @@
 
 #include <optional>
 #include <string>
+#include <sys/stat.h>
+#include <sys/types.h>
 #include <system_error>
 
 // What the user who runs this program may do with files and folders. Nothing is opened for writing.
@@ -15,5 +17,8 @@ namespace ctl {
 
 // Why a file, which need not exist, cannot be replaced, nor its folder made. Nothing where it can.
 [[nodiscard]] std::optional<std::string> refusalToReplace(const std::string& path);
+
+// Whether a folder's sticky bit keeps a file in it from being replaced by a user.
+[[nodiscard]] bool isKeptFrom(uid_t user, const struct stat& folder, const struct stat& file);
 
 } // namespace ctl

@@ -161,6 +161,15 @@ TEST_F(FeedCheckTest, namesADateThatIsNoNumber) {
     EXPECT_THAT(checked(), ElementsAre("1", "loses dateNotANumber notifications.xml 2 date"));
 }
 
+// No limit is before such a date, so that the record is shown.
+TEST_F(FeedCheckTest, looksAtAllKeysWhereTheDateIsNoNumber) {
+    writeRecords(without(recordOf("n", std::numeric_limits<double>::quiet_NaN()), "name"));
+    EXPECT_THAT(checked(), ElementsAre("1", "ends keyMissing notifications.xml 2 name",
+                                       "loses dateNotANumber notifications.xml 2 date"));
+    EXPECT_EXIT(static_cast<void>(TodayWidgetLogic::getTodayTransactionsArray()),
+                testing::KilledBySignal(SIGABRT), "^$");
+}
+
 TEST_F(FeedCheckTest, notesARecordThatStandsTwice) {
     writeRecords(Value(recordOf("p", tenthOfMarch)));
     EXPECT_THAT(checked(), ElementsAre("0", "note duplicateRecord notifications.xml 2 planpk"));

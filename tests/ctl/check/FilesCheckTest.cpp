@@ -1,3 +1,4 @@
+#include "ctl/check/Access.h"
 #include "ctl/check/CheckTest.h"
 
 #include <gmock/gmock.h>
@@ -18,6 +19,30 @@ TEST_F(FilesCheckTest, namesWhatEverybodyMayWrite) {
     setMode("notifications.xml", 0666);
     EXPECT_THAT(checked(), ElementsAre("0", "degrades writableByOthers . - -",
                                        "degrades writableByOthers notifications.xml - -"));
+}
+
+TEST_F(FilesCheckTest, acceptsWhatAGroupMayWrite) {
+    setMode(".", 0775);
+    setMode("notifications.xml", 0664);
+    EXPECT_THAT(checked(), ElementsAre("0"));
+}
+
+// In a folder such as that of temporary files, only the owner of a file or of the folder may replace it.
+TEST(AccessTest, aStickyFolderKeepsFilesForTheirOwners) {
+    const auto keeps = [](mode_t mode, uid_t user, uid_t folderOwner, uid_t fileOwner) {
+        struct stat folder {};
+        struct stat file {};
+        folder.st_mode = S_IFDIR | mode;
+        folder.st_uid = folderOwner;
+        file.st_uid = fileOwner;
+        return isKeptFrom(user, folder, file);
+    };
+    EXPECT_TRUE(keeps(01777, 1000, 0, 0));
+    EXPECT_TRUE(keeps(01777, 1000, 0, 1001));
+    EXPECT_FALSE(keeps(0777, 1000, 0, 1001));
+    EXPECT_FALSE(keeps(01777, 1000, 0, 1000));
+    EXPECT_FALSE(keeps(01777, 1000, 1000, 1001));
+    EXPECT_FALSE(keeps(01777, 0, 1000, 1001));
 }
 
 // A file of root's, whoever runs this: for root the container's owner is looked at.

@@ -1,5 +1,6 @@
 #include "ctl/check/ListFile.h"
 
+#include "ctl/Portability.h"
 #include "ctl/check/Access.h"
 #include "ctl/check/ValueFaults.h"
 #include "platform/plist/ExpandedSize.h"
@@ -32,6 +33,29 @@ bool expandsTooFar(const ListFile& file) {
 bool keepsCarriageReturns(std::string_view bytes) {
     const std::size_t start = bytes.find_first_not_of(" \t\n");
     return start != bytes.npos && bytes[start] == '<' && bytes.find('\r') == bytes.npos;
+}
+
+// The elements of a root array are records.
+Place placeOf(const ListFile& file, const ValuePath& path) {
+    const std::size_t* record = path.empty() ? nullptr : std::get_if<std::size_t>(&path.front());
+    if (!record)
+        return {file.path, std::nullopt, keyOfPath(path)};
+    return {file.path, *record + 1, keyOfPath(ValuePath(path.begin() + 1, path.end()))};
+}
+
+// Why a list cannot be written back.
+void checkXmlForm(const ListFile& file, const ListFaults& faults, Findings& findings) {
+    bool isCauseKnown = expandsTooFar(file);
+    if (isCauseKnown)
+        findings.add(faults.expands, {file.path},
+                     "texts and containers are shared so often that the list is too large when written out");
+    ValueInspection inspection([&](const ValuePath& path, std::string_view wrong) {
+        findings.add(faults.noXmlForm, placeOf(file, path), std::string(wrong));
+        isCauseKnown = true;
+    });
+    inspection.inspect(file.root);
+    if (!isCauseKnown)
+        findings.add(faults.noXmlForm, {file.path}, "the list has no XML form");
 }
 
 } // namespace
@@ -84,34 +108,14 @@ std::string_view nameOfKind(const plist::Value& value) {
 }
 
 void checkValues(const ListFile& file, Writable writable, const ListFaults& faults, Findings& findings) {
-    const bool isWritable = writable == Writable::Yes;
-    const bool expands = !isWritable && expandsTooFar(file);
-    if (expands)
-        findings.add(faults.expands, {file.path},
-                     "texts and containers are shared so often that the list is too large when written out");
-    bool isCauseKnown = isWritable || expands;
+    if (writable == Writable::No)
+        checkXmlForm(file, faults, findings);
     const bool keepsReturns = keepsCarriageReturns(file.bytes);
-    std::optional<std::size_t> record;
-    const auto found = [&](ValueFault fault, std::string key, std::string_view wrong) {
-        Place place{file.path, record, std::move(key)};
-        if (fault == ValueFault::NotPortable || (fault == ValueFault::CarriageReturn && !keepsReturns)) {
-            findings.add(Fault::NotPortable, std::move(place), std::string(wrong));
-        } else if (fault != ValueFault::CarriageReturn && !isWritable) {
-            findings.add(faults.noXmlForm, std::move(place), std::string(wrong));
-            isCauseKnown = true;
-        }
-    };
-    ValueInspection inspection(found);
-    if (const plist::Array* records = file.root.array()) {
-        for (std::size_t place = 0; place < records->size(); ++place) {
-            record = place + 1;
-            inspection.inspect((*records)[place]);
-        }
-    } else {
-        inspection.inspect(file.root);
-    }
-    if (!isCauseKnown)
-        findings.add(faults.noXmlForm, {file.path}, "the list has no XML form");
+    findUnportable(file.root, [&](const Unportable& found) {
+        if (!keepsReturns || found.what.find("carriage return") == std::string::npos)
+            findings.add(Fault::NotPortable, placeOf(file, found.path), "the value " + found.what);
+        return true;
+    });
 }
 
 } // namespace ctl

@@ -86,4 +86,12 @@ class LimitsTest(CompanionTest):
                         failures += 1
                         self.assertEqual(done.returncode, 1)
                         self.assertRegex(done.stderr, rb"\Akorvel-todayctl: [^\n]+\n\Z")
+                    self.check_files()
         return failures
+
+    def check_files(self):
+        """Whatever happened, files are whole and no temporary one is left."""
+        self.assertEqual([path.name for path in self.containers.rglob("*") if path.name.startswith(".")], [])
+        for path in (self.feed, self.log, self.settings):
+            if path.exists():
+                plistlib.loads(path.read_bytes())

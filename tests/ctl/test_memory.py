@@ -29,7 +29,7 @@ def least_limit():
 class Memory(LimitsTest):
     def test_memory_is_short(self):
         least = least_limit()
-        steps = [*range(0, 1024, 128), 1536, 2048, 3072, 4096, 6144, 8192, 16384]
+        steps = [0, 128, 256, 512, 1024, 1536, 2048, 3072, 6144]
         self.assertGreater(self.sweep(resource.RLIMIT_AS, [least + step * KIBIBYTE for step in steps]), 60)
 
     def test_input_without_an_end_finds_no_memory(self):

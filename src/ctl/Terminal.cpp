@@ -4,6 +4,7 @@
 
 #include <QString>
 
+#include <algorithm>
 #include <clocale>
 #include <cwchar>
 
@@ -43,21 +44,22 @@ std::string hexadecimal(char32_t code, std::size_t digits) {
     return text;
 }
 
-bool isBreak(const Character& character) {
-    return character.isEncoded && (character.code == '\n' || character.code == '\t');
+bool isShown(const Character& character) {
+    const bool isBreak = character.code == '\n' || character.code == '\t';
+    return character.isEncoded && (isBreak || !isUnsafe(character.code));
 }
 
-// The text with what `replace` gives in place of each unsafe character and each byte that is no UTF-8.
+// The text with what `replace` gives for each unsafe character but line feed and tab, and for each byte that
+// is no UTF-8.
 template <class Replace>
 std::string replaceUnsafe(std::string_view text, Replace replace) {
     std::string safe;
     for (std::size_t at = 0; at < text.size();) {
         const Character character = characterAt(text, at);
-        const std::string_view bytes = text.substr(at, character.length);
-        if (!character.isEncoded || isUnsafe(character.code))
-            safe += replace(character);
+        if (isShown(character))
+            safe += text.substr(at, character.length);
         else
-            safe += bytes;
+            safe += replace(character);
         at += character.length;
     }
     return safe;
@@ -76,21 +78,19 @@ std::size_t cellsMissing(const std::string& text, std::size_t width) {
 } // namespace
 
 std::string terminalText(std::string_view text) {
-    return replaceUnsafe(
-        text, [](const Character& character) { return isBreak(character) ? " " : escape(character); });
+    std::string line = terminalLines(text);
+    std::replace(line.begin(), line.end(), '\n', ' ');
+    std::replace(line.begin(), line.end(), '\t', ' ');
+    return line;
 }
 
 std::string terminalLines(std::string_view text) {
-    return replaceUnsafe(text, [](const Character& character) {
-        return isBreak(character) ? std::string(1, static_cast<char>(character.code)) : escape(character);
-    });
+    return replaceUnsafe(text, escape);
 }
 
 std::string terminalXml(std::string_view xml) {
-    return replaceUnsafe(xml, [](const Character& character) {
-        return isBreak(character) ? std::string(1, static_cast<char>(character.code))
-                                  : "&#x" + hexadecimal(character.code, 4) + ";";
-    });
+    return replaceUnsafe(
+        xml, [](const Character& character) { return "&#x" + hexadecimal(character.code, 4) + ";"; });
 }
 
 std::size_t displayWidth(std::string_view text) {

@@ -23,11 +23,13 @@ bool fits(const QSize& pixels, const QSizeF& devicePixels) {
 
 class PixelSource final : public Image::Source {
 public:
-    PixelSource(QImage pixels, const QSizeF& size)
+    PixelSource(QImage pixels, const QSizeF& size, const QRectF& part)
         : pixels_(std::move(pixels))
-        , size_(size) {}
+        , size_(size)
+        , part_(part) {}
 
     QSizeF size() const override { return size_; }
+    QRectF part() const override { return part_; }
     QImage pixels(qreal) const override { return pixels_; }
 
     // Shrunk pixels are kept, since the same view draws them again and again at one size.
@@ -45,12 +47,13 @@ public:
     std::shared_ptr<const Image::Source> tinted(const QColor& color) const override {
         QImage copy = pixels_;
         tintPixels(copy, color);
-        return std::make_shared<PixelSource>(std::move(copy), size_);
+        return std::make_shared<PixelSource>(std::move(copy), size_, part_);
     }
 
 private:
     QImage pixels_;
     QSizeF size_;
+    QRectF part_;
     mutable QImage shrunk_;
 };
 
@@ -77,9 +80,12 @@ Image::Image(QImage pixels) {
     *this = Image(std::move(pixels), size);
 }
 
-Image::Image(QImage pixels, QSizeF size) {
+Image::Image(QImage pixels, QSizeF size)
+    : Image(std::move(pixels), size, QRectF({}, size)) {}
+
+Image::Image(QImage pixels, QSizeF size, QRectF part) {
     if (!pixels.isNull())
-        source_ = std::make_shared<PixelSource>(std::move(pixels).convertToFormat(pixelFormat), size);
+        source_ = std::make_shared<PixelSource>(std::move(pixels).convertToFormat(pixelFormat), size, part);
 }
 
 Image::Image(std::shared_ptr<const Source> source)
@@ -87,6 +93,10 @@ Image::Image(std::shared_ptr<const Source> source)
 
 QSizeF Image::size() const {
     return source_ ? source_->size() : QSizeF(0, 0);
+}
+
+QRectF Image::part() const {
+    return source_ ? source_->part() : QRectF();
 }
 
 Image Image::tinted(const QColor& color) const {
@@ -100,15 +110,23 @@ QImage Image::pixels(qreal ratio) const {
 void Image::draw(QPainter& painter, const QRectF& rect) const {
     if (!source_ || !(rect.width() > 0) || !(rect.height() > 0))
         return;
+    const QRectF place = placeOfPart(part(), size(), rect);
     const QTransform transform = painter.deviceTransform();
-    const QRectF device = transform.mapRect(rect);
+    const QRectF device = transform.mapRect(place);
     const QImage pixels = source_->pixelsFilling(device.size());
     const bool upright =
         transform.type() <= QTransform::TxScale && transform.m11() > 0 && transform.m22() > 0;
     if (upright && fits(pixels.size(), device.size()))
         drawUnscaled(painter, device.topLeft(), pixels);
     else
-        drawScaled(painter, rect, pixels);
+        drawScaled(painter, place, pixels);
+}
+
+QRectF placeOfPart(const QRectF& part, const QSizeF& size, const QRectF& rect) {
+    if (part == QRectF({}, size))
+        return rect; // exactly
+    const double x = rect.width() / size.width(), y = rect.height() / size.height();
+    return {rect.x() + part.x() * x, rect.y() + part.y() * y, part.width() * x, part.height() * y};
 }
 
 qreal screenRatio() {

@@ -9,6 +9,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace platform {
 
@@ -56,24 +57,47 @@ bool isVectorFormat(const QByteArray& format) {
     return format == "svg" || format == "svgz" || format == "pdf";
 }
 
-QImage read(QFile& file) {
-    if (beginsLikePng(file))
-        return readPng(file);
+QImage readWhole(QFile& file) {
     const QuietReaders quiet;
     QImageReader reader(&file);
     reader.setDecideFormatFromContent(true);
     return isVectorFormat(reader.format()) ? QImage() : reader.read();
 }
 
+// Other formats than PNG are read whole, within Qt's limit, and then shrunk.
+FilePixels readOther(QFile& file, const PixelChoice& choose) {
+    QImage whole = readWhole(file);
+    if (whole.isNull())
+        return {};
+    whole.setDevicePixelRatio(1);
+    const KeptPixels kept = keptPixels(whole.size(), choose);
+    if (kept == allPixels(whole.size()))
+        return {whole.size(), kept, whole};
+    const QImage scaled = whole.convertToFormat(QImage::Format_ARGB32_Premultiplied)
+                              .scaled(kept.scaled, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    return {whole.size(), kept, scaled.copy(kept.part)};
+}
+
+// Where the kept part lies in the picture, in points.
+QRectF placeOf(const FilePixels& file) {
+    const QRectF part(file.kept.part);
+    const double x = static_cast<double>(file.picture.width()) / file.kept.scaled.width();
+    const double y = static_cast<double>(file.picture.height()) / file.kept.scaled.height();
+    return {part.x() * x, part.y() * y, part.width() * x, part.height() * y};
+}
+
 } // namespace
 
-Image imageWithContentsOfFile(const std::string& path) {
+Image imageWithContentsOfFile(const std::string& path, const PixelChoice& choose) {
     QFile file;
     if (!openRegularFile(file, path))
         return {};
-    QImage image = read(file);
-    image.setDevicePixelRatio(1);
-    return Image(std::move(image));
+    FilePixels read = beginsLikePng(file) ? readPng(file, choose) : readOther(file, choose);
+    if (read.pixels.isNull())
+        return {};
+    if (read.kept == allPixels(read.picture))
+        return Image(std::move(read.pixels));
+    return Image(std::move(read.pixels), QSizeF(read.picture), placeOf(read));
 }
 
 } // namespace platform

@@ -13,6 +13,7 @@ public:
     Source& operator=(const Source&) = delete;
 
     [[nodiscard]] virtual QSizeF size() const = 0; // points
+    [[nodiscard]] virtual QRectF part() const { return {{}, size()}; }
     [[nodiscard]] virtual QImage pixels(qreal ratio) const = 0;
     // The pixels to draw into a rectangle of the device; of another size where the painter is to scale them.
     [[nodiscard]] virtual QImage pixelsFilling(const QSizeF& devicePixels) const = 0;

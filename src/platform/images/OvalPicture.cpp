@@ -1,5 +1,7 @@
 #include "platform/images/OvalPicture.h"
 
+#include "platform/images/ImageSource.h"
+
 #include <QPainter>
 
 #include <algorithm>
@@ -23,22 +25,41 @@ bool isFinite(const QRectF& rect) {
            std::isfinite(rect.height());
 }
 
-QImage clearPixels(const QSizeF& size) {
+QSize canvasSize(const QSizeF& size) {
     // A trifle less than a pixel over is a rounding error, not a pixel.
     constexpr qreal trifle = 1e-6;
     const auto whole = [](qreal length) { return std::max(1, static_cast<int>(std::ceil(length - trifle))); };
-    QImage pixels(whole(size.width()), whole(size.height()), pixelFormat);
+    return {whole(size.width()), whole(size.height())};
+}
+
+QImage clearPixels(const QSizeF& size) {
+    QImage pixels(canvasSize(size), pixelFormat);
     pixels.fill(Qt::transparent);
     return pixels;
+}
+
+// Whether a picture is drawn at half its size or less.
+bool isHalved(const QSize& picture, const QSizeF& drawn) {
+    return drawn.width() * 2 <= picture.width() && drawn.height() * 2 <= picture.height();
 }
 
 // A picture for drawing at half its size or less: a painter interpolates between four pixels and would skip
 // the others.
 QImage scaledDown(const QImage& picture, const QSizeF& size) {
-    QImage scaled = picture.scaled(std::max(1, qRound(size.width())), std::max(1, qRound(size.height())),
-                                   Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    QImage scaled = picture.scaled(wholePixels(size), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     scaled.setDevicePixelRatio(1);
     return scaled;
+}
+
+// The pixels of a picture that show on a canvas when the whole picture is drawn into a rectangle.
+QRect shownPart(const QSize& picture, const QRectF& drawing, const QSize& canvas) {
+    const qreal scaleX = drawing.width() / picture.width();
+    const qreal scaleY = drawing.height() / picture.height();
+    const QRectF shown = drawing.intersected(QRectF(QRect({}, canvas))).translated(-drawing.topLeft());
+    return QRectF(shown.x() / scaleX, shown.y() / scaleY, shown.width() / scaleX, shown.height() / scaleY)
+        .toAlignedRect()
+        .adjusted(-2, -2, 2, 2) // what the smooth scaling looks at
+        .intersected(QRect({}, picture));
 }
 
 // A painter moves a picture that it does not scale by whole pixels only. So it is told to scale the picture,
@@ -53,12 +74,7 @@ qreal scaleAt(const QPointF& place) {
 QImage drawnOnCanvas(const QImage& picture, const QRectF& drawing, QImage canvas) {
     const qreal scaleX = drawing.width() / picture.width();
     const qreal scaleY = drawing.height() / picture.height();
-    const QRectF shown = drawing.intersected(QRectF(canvas.rect())).translated(-drawing.topLeft());
-    const QRect part =
-        QRectF(shown.x() / scaleX, shown.y() / scaleY, shown.width() / scaleX, shown.height() / scaleY)
-            .toAlignedRect()
-            .adjusted(-2, -2, 2, 2) // what the smooth scaling looks at
-            .intersected(picture.rect());
+    const QRect part = shownPart(picture.size(), drawing, canvas.size());
     const QPointF place = drawing.topLeft() + QPointF(part.x() * scaleX, part.y() * scaleY);
     const QSizeF size(part.width() * scaleX, part.height() * scaleY);
     QPainter painter(&canvas);
@@ -88,16 +104,27 @@ QImage cutOut(const QImage& picture, const QSizeF& size) {
 
 Image ovalPicture(const Image& picture, const QRectF& drawing, const QSizeF& size, qreal ratio) {
     const QSizeF pixelSize = size * ratio;
-    const QRectF target(drawing.topLeft() * ratio, drawing.size() * ratio);
+    const QRectF place = placeOfPart(picture.part(), picture.size(), drawing);
+    const QRectF target(place.topLeft() * ratio, place.size() * ratio);
     if (!picture || !isDrawable(pixelSize) || !isFinite(target))
         return {};
 
     const QImage source = picture.pixels(ratio);
-    const bool isHalved = target.width() * 2 <= source.width() && target.height() * 2 <= source.height();
-    const QImage near = isHalved ? scaledDown(source, target.size()) : source;
+    const QImage near = isHalved(source.size(), target.size()) ? scaledDown(source, target.size()) : source;
     QImage oval = cutOut(drawnOnCanvas(near, target, clearPixels(pixelSize)), pixelSize);
     oval.setDevicePixelRatio(ratio);
     return Image(std::move(oval), size);
+}
+
+KeptPixels pixelsShownInOval(const QSize& picture, const QRectF& drawing, const QSizeF& size, qreal ratio) {
+    const QSizeF pixelSize = size * ratio;
+    const QRectF target(drawing.topLeft() * ratio, drawing.size() * ratio);
+    const KeptPixels none{QSize(1, 1), QRect(0, 0, 1, 1)};
+    if (!isDrawable(pixelSize) || !isFinite(target))
+        return none;
+    const QSize scaled = isHalved(picture, target.size()) ? wholePixels(target.size()) : picture;
+    const QRect part = shownPart(scaled, target, canvasSize(pixelSize));
+    return part.isEmpty() ? none : KeptPixels{scaled, part};
 }
 
 } // namespace platform

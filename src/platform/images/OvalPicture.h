@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/images/Image.h"
+#include "platform/images/KeptPixels.h"
 
 namespace platform {
 
@@ -10,5 +11,10 @@ namespace platform {
 // Null where the picture is null, where a
 // number is not finite or a size not positive, or where the result would be over 4096 pixels a side.
 [[nodiscard]] Image ovalPicture(const Image& picture, const QRectF& drawing, const QSizeF& size, qreal ratio);
+
+// The pixels of a picture that ovalPicture needs, one pixel a point: those around the oval, and shrunk where
+// the picture is drawn at half its size or less.
+[[nodiscard]] KeptPixels pixelsShownInOval(const QSize& picture, const QRectF& drawing, const QSizeF& size,
+                                           qreal ratio);
 
 } // namespace platform

@@ -1,9 +1,12 @@
 #include "platform/images/PngReader.h"
 
+#include "platform/images/BoxFilter.h"
+
 #include <QIODevice>
 #include <QImageReader>
 
 #include <csetjmp>
+#include <optional>
 #include <png.h>
 
 namespace platform {
@@ -24,8 +27,23 @@ struct Reading {
     QIODevice& device;
     png_structp png = nullptr;
     png_infop info = nullptr;
-    QImage image;
+    FilePixels result;
+    // Unless all pixels are kept, a line is read and then added to the filter.
+    std::optional<BoxFilter> filter;
+    QImage line;
 };
+
+bool prepare(Reading& reading, const QSize& picture, const PixelChoice& choose) {
+    reading.result.picture = picture;
+    reading.result.kept = keptPixels(picture, choose);
+    if (reading.result.kept == allPixels(picture)) {
+        reading.result.pixels = QImage(picture, QImage::Format_ARGB32);
+        return !reading.result.pixels.isNull();
+    }
+    reading.filter.emplace(picture, reading.result.kept);
+    reading.line = QImage(picture.width(), 1, QImage::Format_ARGB32);
+    return !reading.line.isNull();
+}
 
 [[noreturn]] void jumpBack(png_structp png, png_const_charp) {
     png_longjmp(png, 1);
@@ -59,12 +77,26 @@ void convertToQRgb(png_structp png) {
     }
 }
 
+void readLine(Reading& reading, int y) {
+    if (!reading.filter) {
+        png_read_row(reading.png, reading.result.pixels.scanLine(y), nullptr);
+        return;
+    }
+    reading.line.reinterpretAsFormat(QImage::Format_ARGB32);
+    reading.line.fill(0U); // libpng writes the pixels of one pass only
+    png_read_row(reading.png, reading.line.bits(), nullptr);
+    reading.line.convertTo(QImage::Format_ARGB32_Premultiplied); // in place
+    reading.filter->addLine(y, reinterpret_cast<const QRgb*>(reading.line.constBits()));
+}
+
 // The function that libpng jumps back to on an error. False on any.
-bool readImage(Reading& reading) {
+bool readImage(Reading& reading, const PixelChoice& choose) {
     png_structp png = reading.png;
     if (setjmp(png_jmpbuf(png)) != 0) // NOLINT(cert-err52-cpp): libpng's way of failing
         return false;
     png_set_read_fn(png, &reading.device, readBytes);
+    // Chunks that say nothing of the samples are skipped: compressed ones could expand to gigabytes.
+    png_set_keep_unknown_chunks(png, PNG_HANDLE_CHUNK_NEVER, nullptr, -1);
     png_read_info(png, reading.info);
     const png_uint_32 width = png_get_image_width(png, reading.info);
     const png_uint_32 height = png_get_image_height(png, reading.info);
@@ -73,13 +105,12 @@ bool readImage(Reading& reading) {
     convertToQRgb(png);
     const int passes = png_set_interlace_handling(png);
     png_read_update_info(png, reading.info);
-    reading.image = QImage(static_cast<int>(width), static_cast<int>(height), QImage::Format_ARGB32);
-    if (reading.image.isNull())
+    const QSize picture(static_cast<int>(width), static_cast<int>(height));
+    if (!prepare(reading, picture, choose))
         return false;
-    uchar* bits = reading.image.bits();
     for (int pass = 0; pass < passes; ++pass)
-        for (png_uint_32 y = 0; y < height; ++y)
-            png_read_row(png, bits + qsizetype{4} * width * y, nullptr);
+        for (int y = 0; y < picture.height(); ++y)
+            readLine(reading, y);
     png_read_end(png, nullptr);
     return true;
 }
@@ -92,15 +123,17 @@ bool beginsLikePng(QIODevice& device) {
            png_sig_cmp(reinterpret_cast<png_const_bytep>(start.constData()), 0, signatureLength) == 0;
 }
 
-QImage readPng(QIODevice& device) {
+FilePixels readPng(QIODevice& device, const PixelChoice& choose) {
     Reading reading(device);
     reading.png = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, jumpBack, ignoreWarning);
     if (!reading.png)
         return {};
     reading.info = png_create_info_struct(reading.png);
-    if (!reading.info || !readImage(reading))
+    if (!reading.info || !readImage(reading, choose))
         return {};
-    return std::move(reading.image);
+    if (reading.filter)
+        reading.result.pixels = reading.filter->pixels();
+    return std::move(reading.result);
 }
 
 } // namespace platform

@@ -1,6 +1,7 @@
 #include "platform/images/ImageFile.h"
 
 #include "platform/images/Pictures.h"
+#include "platform/images/PngWriter.h"
 
 #include <QBuffer>
 #include <QByteArray>
@@ -62,12 +63,22 @@ protected:
         return folder.filePath(QString::fromUtf8(name)).toStdString();
     }
 
-    Image load(const QByteArray& bytes, const char* name = "icon.png") const {
+    Image load(const QByteArray& bytes, const char* name = "icon.png",
+               const PixelChoice& choose = allPixels) const {
         QFile file(folder.filePath(QString::fromUtf8(name)));
         if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
             ADD_FAILURE() << "cannot write " << name;
         file.close();
-        return imageWithContentsOfFile(path(name));
+        return imageWithContentsOfFile(path(name), choose);
+    }
+
+    // How much the process's peak memory grows by loading a file, in MiB.
+    long growthByLoading(const QByteArray& bytes, const PixelChoice& choose) const {
+        rusage before{}, after{};
+        ::getrusage(RUSAGE_SELF, &before);
+        EXPECT_FALSE(load(bytes, "icon.png", choose).isNull());
+        ::getrusage(RUSAGE_SELF, &after);
+        return (after.ru_maxrss - before.ru_maxrss) / 1024;
     }
 
     QTemporaryDir folder;
@@ -191,6 +202,130 @@ TEST_F(ImageFileTest, isNullBeyondTheImageLimitAndTakesNoMemoryForIt) {
     }
     ::getrusage(RUSAGE_SELF, &after);
     EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 16 * 1024); // KiB
+}
+
+// --- a part of the pixels
+
+PixelChoice shrunkTo(int width, int height) {
+    return [=](const QSize&) { return allPixels(QSize(width, height)); };
+}
+
+// Grain under soft edges, not premultiplied.
+QRgb grain(int x, int y) {
+    return qRgba(x * 7 % 256, y * 5 % 256, (x ^ y) % 256, (x / 9 + y / 5) % 3 * 127);
+}
+
+QImage grainy(const QSize& size) {
+    QImage picture(size, QImage::Format_ARGB32);
+    for (int y = 0; y < size.height(); ++y)
+        for (int x = 0; x < size.width(); ++x)
+            picture.setPixel(x, y, grain(x, y));
+    return picture.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+}
+
+constexpr std::array bothInterlaces{Interlace::None, Interlace::Adam7};
+
+TEST_F(ImageFileTest, keepsTheSizeOfAPictureThatItShrinks) {
+    for (const char* format : {"PNG", "BMP"}) {
+        const Image image = load(encoded(plainPicture(600, 300, red), format), "icon.png", shrunkTo(40, 20));
+        EXPECT_EQ(image.size(), QSizeF(600, 300)) << format;
+        EXPECT_EQ(image.part(), QRectF(0, 0, 600, 300)) << format;
+        EXPECT_EQ(image.pixels(1), plainPicture(40, 20, red)) << format;
+        EXPECT_EQ(image.tinted(Qt::blue).size(), QSizeF(600, 300)) << format;
+        EXPECT_EQ(image.tinted(Qt::blue).pixels(1), plainPicture(40, 20, blue)) << format;
+    }
+}
+
+TEST_F(ImageFileTest, keepsASmallPictureWhole) {
+    for (const Interlace interlace : bothInterlaces)
+        EXPECT_EQ(load(pngOf({128, 128}, interlace, grain), "icon.png", shrunkTo(4, 4)).pixels(1),
+                  grainy({128, 128}));
+}
+
+TEST_F(ImageFileTest, looksAsTheWholePictureShrunk) {
+    const QImage wanted = grainy({413, 301}).scaled(76, 55, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    for (const Interlace interlace : bothInterlaces) {
+        const Image image = load(pngOf({413, 301}, interlace, grain), "icon.png", shrunkTo(76, 55));
+        const Difference difference = differenceOf(image.pixels(1), wanted);
+        EXPECT_LE(difference.most, 3);
+        EXPECT_LE(difference.mean, 0.6);
+    }
+}
+
+TEST_F(ImageFileTest, shrinksAnInterlacedPictureToTheSamePixels) {
+    for (const QSize size :
+         {QSize(301, 277), QSize(16400, 1), QSize(1, 16400), QSize(5, 4001), QSize(4001, 3)}) {
+        const auto halved = [](const QSize& picture) {
+            return allPixels((picture / 2).expandedTo(QSize(1, 1)));
+        };
+        EXPECT_EQ(load(pngOf(size, Interlace::Adam7, grain), "icon.png", halved).pixels(1),
+                  load(pngOf(size, Interlace::None, grain), "icon.png", halved).pixels(1))
+            << size.width();
+    }
+}
+
+TEST_F(ImageFileTest, keepsAPartWithItsPlace) {
+    const auto middle = [](const QSize& picture) { return KeptPixels{picture, QRect(100, 50, 40, 38)}; };
+    for (const QByteArray& bytes :
+         {pngOf({300, 200}, Interlace::None, grain), pngOf({300, 200}, Interlace::Adam7, grain),
+          encoded(grainy({300, 200}).convertToFormat(QImage::Format_RGB32), "BMP")}) {
+        const Image image = load(bytes, "icon.png", middle);
+        EXPECT_EQ(image.size(), QSizeF(300, 200));
+        EXPECT_EQ(image.part(), QRectF(100, 50, 40, 38));
+        EXPECT_EQ(image.pixels(1), load(bytes).pixels(1).copy(100, 50, 40, 38));
+    }
+    const auto shrunk = [](const QSize&) { return KeptPixels{QSize(150, 100), QRect(50, 25, 40, 38)}; };
+    EXPECT_EQ(load(pngOf({300, 200}, Interlace::None, grain), "icon.png", shrunk).part(),
+              QRectF(100, 50, 80, 76));
+}
+
+TEST_F(ImageFileTest, shrinksEachKindOfPixels) {
+    for (const auto format : {QImage::Format_Mono, QImage::Format_Indexed8, QImage::Format_Grayscale8,
+                              QImage::Format_RGB888, QImage::Format_RGBA64}) {
+        const QImage picture = plainPicture(200, 200, 0xffffffff).convertToFormat(format);
+        EXPECT_EQ(load(encoded(picture), "icon.png", shrunkTo(8, 8)).pixels(1),
+                  plainPicture(8, 8, 0xffffffff))
+            << format;
+    }
+}
+
+TEST_F(ImageFileTest, takesNoMemoryForThePixelsThatAreNotKept) {
+    const auto ring = [](int x, int y) {
+        const int square = (x - 2000) * (x - 2000) + (y - 2000) * (y - 2000);
+        return square > 1000000 && square < 2000000 ? 0xff000000U : 0U;
+    };
+    for (const Interlace interlace : bothInterlaces) {
+        const QByteArray png = pngOf({4000, 4000}, interlace, ring);
+        EXPECT_LT(growthByLoading(png, shrunkTo(38, 38)), 8);
+        const auto middle = [](const QSize& picture) {
+            return KeptPixels{picture, QRect(2000, 2000, 42, 42)};
+        };
+        EXPECT_LT(growthByLoading(png, middle), 8);
+    }
+}
+
+TEST_F(ImageFileTest, takesNoMemoryForTexts) {
+    QByteArray png = encoded(plainPicture(4, 4, red));
+    const QByteArray text = QByteArray("Comment\0\0", 9) + qCompress(QByteArray(7000000, ' ')).mid(4);
+    for (int i = 0; i < 10; ++i)
+        png = withChunk(png, "zTXt", text);
+    EXPECT_LT(growthByLoading(png, allPixels), 8);
+}
+
+TEST_F(ImageFileTest, isNullForALargePictureCutShortAnywhere) {
+    for (const Interlace interlace : bothInterlaces) {
+        const QByteArray png = pngOf({200, 200}, interlace, [](int x, int y) { return x < y ? red : blue; });
+        const qsizetype end = png.indexOf("IEND") - 4;
+        for (qsizetype length = 0; length < end - 4; length += 3)
+            ASSERT_TRUE(load(png.left(length), "icon.png", shrunkTo(8, 8)).isNull()) << length;
+    }
+    const QByteArray bitmap = encoded(plainPicture(200, 200, red), "BMP");
+    EXPECT_TRUE(load(bitmap.left(40), "icon.png", shrunkTo(8, 8)).isNull());
+}
+
+TEST_F(ImageFileTest, isNullBeyondTheImageLimitThoughFewPixelsAreKept) {
+    const QByteArray png = encoded(plainPicture(200, 200, red));
+    EXPECT_TRUE(load(claimingSize(png, 20000, 20000), "icon.png", shrunkTo(8, 8)).isNull());
 }
 
 TEST_F(ImageFileTest, saysNothingOfABrokenPicture) {

@@ -148,6 +148,26 @@ TEST(ImageTest, drawsPixelsLargerSmoothly) {
     EXPECT_GT(qBlue(result.pixel(8, 4)), 60);
 }
 
+TEST(ImageTest, drawsAPartInItsPlace) {
+    // The left upper quarter of a picture of 16 by 8 points and a strip of its right, in fewer pixels.
+    const Image quarter(plainPicture(4, 2, red), QSizeF(16, 8), QRectF(0, 0, 8, 4));
+    const Image strip(plainPicture(1, 1, red), QSizeF(16, 8), QRectF(12, 0, 2, 8));
+    EXPECT_EQ(quarter.part(), QRectF(0, 0, 8, 4));
+    EXPECT_EQ(Image(plainPicture(4, 2, red)).part(), QRectF(0, 0, 4, 2));
+    QImage wanted = plainPicture(20, 10, clear);
+    for (const Image& image : {quarter, quarter.tinted(Qt::blue)}) {
+        const QRgb color = image.pixels(1).pixel(0, 0);
+        for (int y = 1; y < 5; ++y)
+            for (int x = 2; x < 10; ++x)
+                wanted.setPixel(x, y, color);
+        EXPECT_EQ(drawn(image, QRectF(2, 1, 16, 8), {20, 10}), wanted);
+    }
+    wanted.fill(clear);
+    for (int y = 0; y < 4; ++y)
+        wanted.setPixel(6, y, red);
+    EXPECT_EQ(drawn(strip, QRectF(0, 0, 8, 4), {20, 10}), wanted);
+}
+
 TEST(ImageTest, drawsUnderARotatedPainter) {
     QImage canvas = plainPicture(20, 20, clear);
     QPainter painter(&canvas);

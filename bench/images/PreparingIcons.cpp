@@ -60,8 +60,11 @@ bool compareAt(int side, const std::string& path) {
     bool good = true;
     for (const double ratio : {1.0, 2.0}) {
         const auto round = [&] {
-            const platform::Image image = platform::imageWithContentsOfFile(path);
             const QSizeF size(40, 40);
+            const platform::Image image = platform::imageWithContentsOfFile(path, [&](const QSize& file) {
+                const QRectF drawing = exchange::circularDrawingRect(QSizeF(file), size);
+                return platform::pixelsShownInOval(file, drawing, size, ratio);
+            });
             const QRectF drawing = exchange::circularDrawingRect(image.size(), size);
             return !platform::ovalPicture(image, drawing, size, ratio).isNull();
         };
@@ -69,7 +72,11 @@ bool compareAt(int side, const std::string& path) {
         good = compare(name.c_str(), path, round) && good;
     }
     const auto name = "glyph, " + std::to_string(side) + " px";
-    const auto glyph = [&] { return !platform::imageWithContentsOfFile(path).tinted(Qt::white).isNull(); };
+    const auto glyph = [&] {
+        const platform::Image image = platform::imageWithContentsOfFile(
+            path, [](const QSize& file) { return platform::pixelsShownInView(file, QSizeF(40, 40), 1); });
+        return !image.tinted(Qt::white).isNull();
+    };
     return compare(name.c_str(), path, glyph) && good;
 }
 

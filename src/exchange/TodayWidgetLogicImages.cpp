@@ -14,6 +14,12 @@ namespace {
 // them apart, on purpose: what the file holds is not looked at.
 constexpr qsizetype pictureNameLength = 23;
 
+// The pixels of a picture's file that its circular image shows. The others are not kept.
+platform::KeptPixels pixelsOfPicture(const QSize& file, const QSizeF& size) {
+    const QRectF drawing = exchange::circularDrawingRect(QSizeF(file), size);
+    return platform::pixelsShownInOval(file, drawing, size, platform::screenRatio());
+}
+
 } // namespace
 
 platform::Image TodayWidgetLogic::imageByName(const QString& name, const QRectF& rect) {
@@ -22,9 +28,14 @@ platform::Image TodayWidgetLogic::imageByName(const QString& name, const QRectF&
     platform::require(container.has_value());
     const auto icons = exchange::iconsFolder(exchange::accountFolder(*container, account));
     const auto file = platform::pathByAppending(icons, exchange::utf8FromText(name) + ".png");
-    const platform::Image image = platform::imageWithContentsOfFile(file);
-    if (name.size() >= pictureNameLength)
-        return circularImage(image, rect);
+    if (name.size() >= pictureNameLength) {
+        const auto shown = [&](const QSize& size) { return pixelsOfPicture(size, rect.size()); };
+        return circularImage(platform::imageWithContentsOfFile(file, shown), rect);
+    }
+    const auto shown = [&](const QSize& size) {
+        return platform::pixelsShownInView(size, rect.size(), platform::screenRatio());
+    };
+    const platform::Image image = platform::imageWithContentsOfFile(file, shown);
     // The host application writes a glyph before it names it in the feed: it is relied on to be there.
     platform::require(!image.isNull());
     return tintedImage(image);

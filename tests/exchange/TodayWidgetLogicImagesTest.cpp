@@ -1,17 +1,25 @@
 #include "exchange/CircularDrawing.h"
 #include "exchange/GroupIdentifiers.h"
 #include "exchange/TodayWidgetLogic.h"
+#include "platform/images/ImageFile.h"
+#include "platform/images/OvalPicture.h"
+#include "platform/images/Pictures.h"
+#include "platform/images/PngWriter.h"
 #include "platform/storage/GroupContainers.h"
 
 #include <QDir>
 #include <QFile>
 #include <QImage>
+#include <QPainter>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <csignal>
 #include <limits>
+#include <sys/resource.h>
+#include <vector>
 
 namespace exchange {
 namespace {
@@ -315,6 +323,90 @@ TEST_F(TodayWidgetLogicImagesTest, leavesTheHeightUncoveredByAWidePicture) {
     EXPECT_TRUE(shows(pixelAt(pixels, 20, 30), 25, 10));
     EXPECT_EQ(pixelAt(pixels, 20, 19), clear);
     EXPECT_EQ(pixelAt(pixels, 20, 40), clear);
+}
+
+// --- large files
+
+// Shading under a soft grain, with some clear pixels.
+QImage shadedPicture(int width, int height) {
+    QImage picture(width, height, QImage::Format_ARGB32);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x)
+            picture.setPixel(x, y,
+                             qRgba(x * 250 / width, y * 250 / height, (x * 7 + y * 13) % 60,
+                                   (x / 31 + y / 17) % 5 == 0 ? (x + y) % 256 : 255));
+    return picture;
+}
+
+// What an image view of 40 by 40 points shows of an image that is larger.
+QImage shownInView(const platform::Image& image) {
+    QImage canvas = platform::plainPicture(40, 40, clear);
+    QRectF place({}, image.size().scaled(40, 40, Qt::KeepAspectRatio));
+    place.moveCenter(QPointF(20, 20));
+    place.moveTo(std::floor(place.x()), std::floor(place.y()));
+    QPainter painter(&canvas);
+    image.draw(painter, place);
+    painter.end();
+    return canvas;
+}
+
+const std::vector<QSize> largeSizes{{600, 600}, {601, 450}, {333, 800}, {5000, 300}, {140, 4000}, {129, 128}};
+
+TEST_F(TodayWidgetLogicImagesTest, keepsTheSizeOfALargeGlyphButOnlyThePixelsThatShow) {
+    for (const QSize size : largeSizes) {
+        writeIcon(glyphName, plainPicture(size.width(), size.height(), red));
+        const platform::Image image = TodayWidgetLogic::imageByName(glyphName, fortyByForty);
+        EXPECT_EQ(image.size(), QSizeF(size));
+        EXPECT_LE(image.pixels(1).sizeInBytes(), 40 * 40 * 4);
+    }
+}
+
+TEST_F(TodayWidgetLogicImagesTest, showsALargeGlyphAsAllItsPixelsWould) {
+    for (const QSize size : largeSizes) {
+        const QImage glyph = shadedPicture(size.width(), size.height());
+        writeIcon(glyphName, glyph);
+        const platform::Difference difference =
+            platform::differenceOf(shownInView(TodayWidgetLogic::imageByName(glyphName, fortyByForty)),
+                                   shownInView(platform::Image(glyph).tinted(Qt::white)));
+        EXPECT_LE(difference.most, 3) << size.width();
+        EXPECT_LE(difference.mean, 0.6) << size.width();
+    }
+}
+
+TEST_F(TodayWidgetLogicImagesTest, showsALargePictureAsAllItsPixelsWould) {
+    for (const QSize size : largeSizes) {
+        for (const QSizeF rect : {QSizeF(40, 40), QSizeF(38, 30), QSizeF(200, 200), QSizeF(33.5, 41)}) {
+            const QImage picture = shadedPicture(size.width(), size.height());
+            const QRectF drawing = circularDrawingRect(QSizeF(size), rect);
+            const QImage whole = platform::ovalPicture(platform::Image(picture), drawing, rect, 1).pixels(1);
+            const platform::Difference difference =
+                platform::differenceOf(circular(picture, QRectF({}, rect)), whole);
+            EXPECT_LE(difference.most, 3) << size.width() << " in " << rect.width();
+            EXPECT_LE(difference.mean, 0.6) << size.width() << " in " << rect.width();
+        }
+    }
+}
+
+TEST_F(TodayWidgetLogicImagesTest, showsAWidePictureThatIsNotShrunkExactly) {
+    const QImage picture = shadedPicture(800, 300);
+    const QRectF drawing = circularDrawingRect({800, 300}, {40, 40});
+    EXPECT_EQ(circular(picture, fortyByForty),
+              platform::ovalPicture(platform::Image(picture), drawing, {40, 40}, 1).pixels(1));
+}
+
+TEST_F(TodayWidgetLogicImagesTest, takesLittleMemoryForManyLargeIcons) {
+    const auto checks = [](int x, int y) { return ((x ^ y) & 64) != 0 ? red : clear; };
+    const QByteArray png = platform::pngOf({3000, 3000}, platform::Interlace::None, checks);
+    writeBytes(QStringLiteral("-/icons/%1.png").arg(glyphName), png);
+    writeBytes(QStringLiteral("-/icons/%1.png").arg(pictureName), png);
+    rusage before{}, after{};
+    ::getrusage(RUSAGE_SELF, &before);
+    std::vector<platform::Image> icons;
+    for (int row = 0; row < 4; ++row)
+        for (const QString& name : {glyphName, pictureName})
+            icons.push_back(TodayWidgetLogic::imageByName(name, fortyByForty));
+    ::getrusage(RUSAGE_SELF, &after);
+    EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 8 * 1024); // KiB; all pixels of one are 34 MiB
 }
 
 // --- deaths

@@ -1,4 +1,5 @@
 # The compiler settings of every target of ours, and the three ways in which this project adds one.
+include(cmake/Hardening.cmake)
 
 add_library(korvel_settings INTERFACE)
 target_include_directories(korvel_settings INTERFACE ${PROJECT_SOURCE_DIR}/src)
@@ -6,8 +7,6 @@ target_compile_options(korvel_settings INTERFACE
     -Wall -Wextra -Wpedantic $<$<CXX_COMPILER_ID:GNU>:-Wshadow=local> -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual)
 target_compile_definitions(korvel_settings INTERFACE
     QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING)
-# All symbols are bound when a program starts, so that the table of their addresses is read-only afterwards.
-target_link_options(korvel_settings INTERFACE LINKER:-z,now)
 if(KORVEL_WERROR)
     target_compile_options(korvel_settings INTERFACE -Werror)
 endif()
@@ -15,6 +14,8 @@ if(KORVEL_SANITIZE)
     target_compile_options(korvel_settings INTERFACE
         -fsanitize=${KORVEL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
     target_link_options(korvel_settings INTERFACE -fsanitize=${KORVEL_SANITIZE})
+else()
+    korvel_harden(korvel_settings)
 endif()
 
 # korvel_library(NAME SOURCES file... [LINKS target...]): a static library of one folder of src/.

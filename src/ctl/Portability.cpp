@@ -59,8 +59,8 @@ public:
 
     // Whether the search goes on.
     bool visit(const plist::Value& value) {
-        if (const auto text = value.string())
-            return report(faultOf(*text));
+        if (const plist::SharedString text = value.sharedString())
+            return isKnownText(*text) || report(faultOf(*text));
         if (const plist::Date* date = value.date())
             return report(faultOf(*date));
         if (const plist::Array* array = value.array())
@@ -77,6 +77,12 @@ private:
         return value.isShared() && !known_.insert(content).second;
     }
 
+    // A text that is long may be named so often that looking at it each time takes too long.
+    bool isKnownText(const std::string& text) {
+        constexpr std::size_t shortText = 64;
+        return text.size() > shortText && !known_.insert(&text).second;
+    }
+
     bool visitElements(const plist::Array& array) {
         for (std::size_t place = 0; place < array.size(); ++place) {
             path_.emplace_back(place);
@@ -91,7 +97,7 @@ private:
     bool visitEntries(const plist::Dictionary& dictionary) {
         for (const auto& [key, value] : dictionary) {
             path_.emplace_back(std::string_view(key));
-            const bool goesOn = report(faultOfKey(key)) && visit(value);
+            const bool goesOn = (isKnownText(key) || report(faultOfKey(key))) && visit(value);
             path_.pop_back();
             if (!goesOn)
                 return false;

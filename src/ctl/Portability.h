@@ -29,7 +29,8 @@ struct Unportable {
 };
 
 // Calls `report` for what is not portable in a value, in order, until it returns false. Contents that the
-// value shares are looked at once, so that the time is in proportion to the distinct contents.
+// value shares, short texts apart, are looked at once, so that the time is in proportion to the distinct
+// contents.
 void findUnportable(const platform::plist::Value& value,
                     const std::function<bool(const Unportable&)>& report);
 

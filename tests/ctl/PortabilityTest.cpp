@@ -84,5 +84,17 @@ TEST(PortabilityTest, looksAtSharedContentsOnce) {
     EXPECT_EQ(calls, 1);
 }
 
+// So many texts of that length would take minutes.
+TEST(PortabilityTest, looksAtALongTextOnceHoweverOftenItIsNamed) {
+    const plist::Value text(std::string(1'000'000, 'a') + '\x01');
+    plist::Array list(100'000, text);
+    for (int count = 0; count < 100'000; ++count)
+        list.emplace_back(plist::Dictionary({{text.sharedString(), plist::Value(true)}},
+                                            plist::Dictionary::Duplicates::KeepFirst));
+    int calls = 0;
+    findUnportable(plist::Value(list), [&](const Unportable&) { return ++calls > 0; });
+    EXPECT_EQ(calls, 1);
+}
+
 } // namespace
 } // namespace ctl

@@ -13,7 +13,7 @@ std::optional<std::string> readInput(const std::string& file, std::istream& stan
 }
 
 std::optional<std::string> readToEnd(std::istream& stream, std::size_t longest, std::error_code& error) {
-    constexpr std::size_t piece = 128 * 1024;
+    constexpr std::size_t piece = std::size_t{128} << 10U;
     std::string bytes;
     while (stream && bytes.size() < longest) {
         const std::size_t length = bytes.size();

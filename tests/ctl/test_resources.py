@@ -1,4 +1,4 @@
-"""The companion under limits of its memory."""
+"""The companion under limits on what a sanitizer would take for itself: memory and open files."""
 
 import os
 import resource
@@ -26,11 +26,15 @@ def least_limit():
     return high * KIBIBYTE
 
 
-class Memory(LimitsTest):
+class Resources(LimitsTest):
     def test_memory_is_short(self):
         least = least_limit()
         steps = [0, 128, 256, 512, 1024, 1536, 2048, 3072, 6144]
         self.assertGreater(self.sweep(resource.RLIMIT_AS, [least + step * KIBIBYTE for step in steps]), 60)
+
+    def test_few_files_may_be_open(self):
+        # The loader of programs opens the first file after the three standard streams.
+        self.assertGreater(self.sweep(resource.RLIMIT_NOFILE, (4, 5, 6, 8)), 3)
 
     def test_input_without_an_end_finds_no_memory(self):
         limit = least_limit() + (100 << 20)

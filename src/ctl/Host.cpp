@@ -1,5 +1,6 @@
 #include "ctl/Host.h"
 
+#include "ctl/Input.h"
 #include "exchange/GroupIdentifiers.h"
 #include "exchange/SharedSettings.h"
 #include "platform/plist/Reader.h"
@@ -36,10 +37,11 @@ exchange::FeedReading readWidgetsList() {
 }
 
 std::error_code settingsError() {
-    std::error_code error;
-    const auto bytes = platform::readFile(settingsFile(), &error);
+    if (const std::error_code error = readingError(settingsFile()))
+        return error;
+    const auto bytes = platform::readFile(settingsFile());
     if (!bytes)
-        return error == std::errc::no_such_file_or_directory ? std::error_code{} : error;
+        return {};
     const platform::plist::ReadResult result = platform::plist::read(*bytes);
     const auto* root = std::get_if<platform::plist::Value>(&result);
     return root && root->dictionary() ? std::error_code{} : platform::StorageError::NotADictionary;

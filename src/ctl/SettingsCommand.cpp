@@ -1,12 +1,10 @@
 #include "ctl/SettingsCommand.h"
 
 #include "ctl/Host.h"
-#include "ctl/Input.h"
 #include "ctl/Json.h"
 #include "ctl/Portability.h"
 #include "ctl/PrintBudget.h"
 #include "ctl/Terminal.h"
-#include "exchange/GroupIdentifiers.h"
 #include "exchange/SharedSettings.h"
 #include "exchange/Text.h"
 #include "platform/system/NumberText.h"
@@ -66,14 +64,13 @@ int set(SharedDefaults& defaults, const std::string& key, const std::string& val
     if (const auto fault = describeUnportable(platform::plist::Value(defaults.values())))
         return failed(streams, containerPath(), *fault);
     if (!hasContainer())
-        return failed(streams, containerPath(), "there is no container");
+        return failedWithoutContainer(streams);
     return reportWrite(streams, settingsFile(), defaults.save());
 }
 
 int get(const SharedDefaults& defaults, const std::string& key, const Options& options, Streams& streams) {
-    const std::string file = SharedDefaults::file(std::string(fullEditionGroupIdentifier));
-    if (const std::error_code error = readingError(file))
-        return failed(streams, file, error.message());
+    if (const std::error_code error = settingsError())
+        return failed(streams, settingsFile(), error.message());
     const platform::plist::Value* value = defaults.valueForKey(key);
     if (!value)
         return failed(streams, containerPath(), "there is no setting " + key);

@@ -8,6 +8,7 @@
 #include "platform/storage/GroupContainers.h"
 #include "platform/storage/StorageError.h"
 
+#include <new>
 #include <string>
 
 namespace exchange {
@@ -56,10 +57,16 @@ LoggedAction logAction(ActionType type, const TodayTransaction& item, std::int64
         return {make_error_code(std::errc::no_such_file_or_directory), {}, unreadable};
     action.log = writeLog(*container, type, item, parameter, unreadableLog);
     // The container is looked up again, as at every use: the log may have taken its time.
-    if (const std::optional<std::string> containerNow = containerFolder())
-        rewriteFeedFile(feedFile(*containerNow), type, item, parameter, action);
-    else
+    const std::optional<std::string> containerNow = containerFolder();
+    if (!containerNow) {
         action.fault = unreadable;
+        return action;
+    }
+    try {
+        rewriteFeedFile(feedFile(*containerNow), type, item, parameter, action);
+    } catch (const std::bad_alloc&) { // what became of the log is still to be told
+        action.feed = make_error_code(std::errc::not_enough_memory);
+    }
     return action;
 }
 

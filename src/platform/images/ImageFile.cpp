@@ -70,7 +70,7 @@ FilePixels readOther(QFile& file, const PixelChoice& choose) {
     if (whole.isNull())
         return {};
     whole.setDevicePixelRatio(1);
-    const KeptPixels kept = keptPixels(whole.size(), choose);
+    const KeptPixels kept = choose(whole.size());
     if (kept == allPixels(whole.size()))
         return {whole.size(), kept, whole};
     const QImage scaled = whole.convertToFormat(QImage::Format_ARGB32_Premultiplied)

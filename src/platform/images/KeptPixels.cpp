@@ -6,7 +6,7 @@ namespace platform {
 
 namespace {
 
-constexpr qint64 mostKeptWhole = qint64{128} * 128;
+constexpr int sideKeptWhole = 128;
 
 } // namespace
 
@@ -15,6 +15,8 @@ KeptPixels allPixels(const QSize& picture) {
 }
 
 KeptPixels pixelsShownInView(const QSize& picture, const QSizeF& view, qreal ratio) {
+    if (isWithinSquare(picture, sideKeptWhole))
+        return allPixels(picture);
     QSizeF size(picture);
     if (!(view.width() > 0) || !(view.height() > 0)) // NaN too
         size = QSizeF(0, 0);
@@ -23,9 +25,8 @@ KeptPixels pixelsShownInView(const QSize& picture, const QSizeF& view, qreal rat
     return allPixels(wholePixels(size * ratio).boundedTo(picture));
 }
 
-KeptPixels keptPixels(const QSize& picture, const PixelChoice& choose) {
-    const bool isSmall = qint64{picture.width()} * picture.height() <= mostKeptWhole;
-    return isSmall ? allPixels(picture) : choose(picture);
+bool isWithinSquare(const QSize& picture, int side) {
+    return qint64{picture.width()} * picture.height() <= qint64{side} * side;
 }
 
 } // namespace platform

@@ -22,11 +22,12 @@ using PixelChoice = std::function<KeptPixels(const QSize& picture)>;
 [[nodiscard]] KeptPixels allPixels(const QSize& picture);
 
 // What an image view of a size (points) shows of a picture of one pixel a point, at a ratio of pixels to a
-// point: the picture shrunk in proportion. One pixel for a view without a size, which shows nothing.
+// point: the picture shrunk in proportion; one pixel for a view without a size, which shows nothing. But a
+// picture of up to 128 by 128 pixels, or as many in another shape, is kept whole: glyphs of the usual sizes
+// stay as they are, whatever the ratio of the screen that they come to.
 [[nodiscard]] KeptPixels pixelsShownInView(const QSize& picture, const QSizeF& view, qreal ratio);
 
-// What is chosen, save that a picture of up to 128 by 128 pixels, or as many in another shape, is kept whole:
-// icons of the usual sizes stay as they are, whatever the ratio of the screen that they come to.
-[[nodiscard]] KeptPixels keptPixels(const QSize& picture, const PixelChoice& choose);
+// Whether a picture has no more pixels than a square of a side.
+[[nodiscard]] bool isWithinSquare(const QSize& picture, int side);
 
 } // namespace platform

@@ -12,6 +12,7 @@ namespace platform {
 namespace {
 
 constexpr qreal largestSide = 4096;
+constexpr int sideReadWhole = 256;
 constexpr auto pixelFormat = QImage::Format_ARGB32_Premultiplied;
 
 bool isDrawable(const QSizeF& pixels) {
@@ -117,6 +118,8 @@ Image ovalPicture(const Image& picture, const QRectF& drawing, const QSizeF& siz
 }
 
 KeptPixels pixelsShownInOval(const QSize& picture, const QRectF& drawing, const QSizeF& size, qreal ratio) {
+    if (isWithinSquare(picture, sideReadWhole))
+        return allPixels(picture);
     const QSizeF pixelSize = size * ratio;
     const QRectF target(drawing.topLeft() * ratio, drawing.size() * ratio);
     const KeptPixels none{QSize(1, 1), QRect(0, 0, 1, 1)};

@@ -13,7 +13,8 @@ namespace platform {
 [[nodiscard]] Image ovalPicture(const Image& picture, const QRectF& drawing, const QSizeF& size, qreal ratio);
 
 // The pixels of a picture that ovalPicture needs, one pixel a point: those around the oval, and shrunk where
-// the picture is drawn at half its size or less.
+// the picture is drawn at half its size or less. All of a picture of up to 256 by 256 pixels, or as many in
+// another shape: they are let go of once the oval is drawn.
 [[nodiscard]] KeptPixels pixelsShownInOval(const QSize& picture, const QRectF& drawing, const QSizeF& size,
                                            qreal ratio);
 

@@ -35,7 +35,7 @@ struct Reading {
 
 bool prepare(Reading& reading, const QSize& picture, const PixelChoice& choose) {
     reading.result.picture = picture;
-    reading.result.kept = keptPixels(picture, choose);
+    reading.result.kept = choose(picture);
     if (reading.result.kept == allPixels(picture)) {
         reading.result.pixels = QImage(picture, QImage::Format_ARGB32);
         return !reading.result.pixels.isNull();

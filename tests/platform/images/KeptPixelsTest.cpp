@@ -41,11 +41,10 @@ TEST(KeptPixelsTest, keepsAPixelForAViewThatShowsNothing) {
 }
 
 TEST(KeptPixelsTest, keepsPicturesOfUsualSizesWhole) {
-    const auto onePixel = [](const QSize&) { return whole(1, 1); };
-    EXPECT_EQ(keptPixels({128, 128}, onePixel), whole(128, 128));
-    EXPECT_EQ(keptPixels({1024, 16}, onePixel), whole(1024, 16));
-    EXPECT_EQ(keptPixels({129, 128}, onePixel), whole(1, 1));
-    EXPECT_EQ(keptPixels({200000, 200000}, onePixel), whole(1, 1));
+    EXPECT_EQ(pixelsShownInView({128, 128}, {4, 4}, 1), whole(128, 128));
+    EXPECT_EQ(pixelsShownInView({1024, 16}, {4, 4}, 1), whole(1024, 16));
+    EXPECT_EQ(pixelsShownInView({129, 128}, {4, 4}, 1), whole(4, 4));
+    EXPECT_EQ(pixelsShownInView({200000, 200000}, {4, 4}, 1), whole(4, 4)); // as many as 2 to the 35th
 }
 
 } // namespace

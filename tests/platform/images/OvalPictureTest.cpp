@@ -189,6 +189,34 @@ TEST(OvalPictureTest, isNullWithoutAPictureOrASize) {
     EXPECT_TRUE(ovalPicture(picture, QRectF(0, 0, infinity, 40), {40, 40}, 1).isNull());
 }
 
+TEST(OvalPictureTest, needsThePixelsAroundTheOval) {
+    const QSizeF size(40, 40);
+    // As large as it is: the middle, and two pixels more for the smooth scaling.
+    EXPECT_EQ(pixelsShownInOval({1000, 500}, QRectF(-480, -230, 1000, 500), size, 1),
+              (KeptPixels{QSize(1000, 500), QRect(478, 228, 44, 44)}));
+    EXPECT_EQ(pixelsShownInOval({1000, 500}, QRectF(-480, -230, 1000, 500), size, 2),
+              (KeptPixels{QSize(1000, 500), QRect(478, 228, 44, 44)}));
+    // Shrunk, as the whole picture would be.
+    EXPECT_EQ(pixelsShownInOval({500, 1000}, QRectF(0, -20, 40, 80), size, 1),
+              (KeptPixels{QSize(40, 80), QRect(0, 18, 40, 44)}));
+    EXPECT_EQ(pixelsShownInOval({500, 1000}, QRectF(0, -20, 40, 80), size, 2),
+              (KeptPixels{QSize(80, 160), QRect(0, 38, 80, 84)}));
+}
+
+TEST(OvalPictureTest, needsAllPixelsOfASmallPicture) {
+    EXPECT_EQ(pixelsShownInOval({256, 256}, QRectF(0, 0, 40, 40), {40, 40}, 1), allPixels({256, 256}));
+    EXPECT_EQ(pixelsShownInOval({512, 128}, QRectF(-236, -44, 512, 128), {40, 40}, 1), allPixels({512, 128}));
+    EXPECT_EQ(pixelsShownInOval({257, 256}, QRectF(0, 0, 40, 40), {40, 40}, 1), allPixels({40, 40}));
+}
+
+TEST(OvalPictureTest, needsAPixelWhereNothingIsDrawn) {
+    constexpr qreal nan = std::numeric_limits<qreal>::quiet_NaN();
+    const KeptPixels one = allPixels({1, 1});
+    EXPECT_EQ(pixelsShownInOval({500, 1000}, QRectF(0, 0, 40, nan), {40, 40}, 1), one);
+    EXPECT_EQ(pixelsShownInOval({500, 1000}, QRectF(0, 0, 40, 80), {40, 0}, 1), one);
+    EXPECT_EQ(pixelsShownInOval({500, 1000}, QRectF(0, 900, 40, 80), {40, 40}, 1), one);
+}
+
 TEST(OvalPictureTest, isAPixelWhereTheSizeIsLess) {
     const Image image =
         ovalPicture(Image(plainPicture(4, 4, red)), QRectF(0, 0, 1e-9, 1e-9), {1e-9, 1e-9}, 1);

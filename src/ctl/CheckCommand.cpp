@@ -120,12 +120,10 @@ void printText(const Findings& findings, std::ostream& out) {
         }
         out << '\n';
     }
-    const auto count = [&](Severity severity) { return findings.count(severity); };
-    if (count(Severity::Ends) + count(Severity::Loses) + count(Severity::Degrades) == 0)
-        out << "The container is sound.\n";
-    else
-        out << "Findings: " << count(Severity::Ends) << " that end the panel, " << count(Severity::Loses)
-            << " that lose an action, " << count(Severity::Degrades) << " that spoil something\n";
+    if (findings.count(Severity::Ends) + findings.count(Severity::Loses) != 0)
+        return;
+    out << (findings.count(Severity::Degrades) == 0 ? "The container is sound.\n"
+                                                    : "Nothing ends the panel, and no action is lost.\n");
 }
 
 } // namespace
@@ -133,12 +131,19 @@ void printText(const Findings& findings, std::ostream& out) {
 int check(const Options& options, Streams& streams) {
     if (options.words.size() != 1)
         return misused(streams, "check takes no operand");
-    const Findings findings = findingsOf(CheckedContainer::lookUp());
+    const CheckedContainer container = CheckedContainer::lookUp();
+    const Findings findings = findingsOf(container);
     if (options.json)
         printJson(findings, streams.out);
     else
         printText(findings, streams.out);
-    return findings.count(Severity::Ends) + findings.count(Severity::Loses) == 0 ? Done : Failed;
+    const std::size_t ending = findings.count(Severity::Ends);
+    const std::size_t losing = findings.count(Severity::Loses);
+    if (ending + losing == 0)
+        return Done;
+    return failed(streams, container.path,
+                  "findings that end the panel: " + std::to_string(ending) +
+                      ", that lose an action: " + std::to_string(losing));
 }
 
 } // namespace ctl

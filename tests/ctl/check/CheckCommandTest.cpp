@@ -48,8 +48,15 @@ TEST_F(CheckCommandTest, printsForPeople) {
                        ", record 3, \"amount\": the key is missing\n"
                        "    panel: the panel ends when it opens\n"
                        "    cure: write all eight keys of every record\n"
-                       "\n"
-                       "Findings: 2 that end the panel, 0 that lose an action, 0 that spoil something\n");
+                       "\n");
+    EXPECT_EQ(err,
+              "korvel-todayctl: " + container + ": findings that end the panel: 2, that lose an action: 0\n");
+}
+
+TEST_F(CheckCommandTest, saysWhereNothingIsLost) {
+    setSettings({{"notification_days_count", Value("0")}});
+    EXPECT_EQ(run({"check"}), 0);
+    EXPECT_TRUE(out.ends_with("\nNothing ends the panel, and no action is lost.\n")) << out;
     EXPECT_EQ(err, "");
 }
 
@@ -94,7 +101,7 @@ TEST_F(CheckCommandTest, keepsSoManyOfAKindAndCountsTheOthers) {
     EXPECT_EQ(missing, Findings::limit);
     EXPECT_EQ(run({"check"}), 1);
     EXPECT_NE(out.find("  and 234 more of this kind\n"), std::string::npos);
-    EXPECT_NE(out.find("Findings: 1234 that end the panel"), std::string::npos);
+    EXPECT_NE(err.find("findings that end the panel: 1234,"), std::string::npos) << err;
 }
 
 TEST_F(CheckCommandTest, takesNoOperand) {

@@ -117,7 +117,7 @@ std::vector<std::string> CheckTest::linesOf(const std::string& json) const {
 
 std::vector<std::string> CheckTest::checked() {
     const int status = run({"check", "--json"});
-    EXPECT_EQ(err, "");
+    EXPECT_EQ(err.empty(), status == 0) << err;
     std::vector<std::string> lines = linesOf(out);
     lines.insert(lines.begin(), std::to_string(status));
     return lines;

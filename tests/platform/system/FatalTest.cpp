@@ -15,7 +15,7 @@ namespace {
 const auto endsBySigabrt = testing::KilledBySignal(SIGABRT);
 
 void sayAborted(int) {
-    write(STDERR_FILENO, "aborted", 7);
+    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, "aborted", 7);
 }
 
 } // namespace

@@ -57,7 +57,7 @@ constexpr FaultKind kinds[] = {
     {Fault::DateNotANumber, "dateNotANumber", Loses,
      "an action is logged, but no date equals this one, so that the transaction is shown again",
      "write the seconds since 1970-01-01 00:00 UTC"},
-    {Fault::DuplicateRecord, "duplicateRecord", Note, "an action on one of them takes both out of the feed",
+    {Fault::DuplicateRecord, "duplicateRecord", Note, "an action on one of them is done to both in the feed",
      "write each date of a plan once"},
 
     {Fault::SettingsUnreadable, "settingsUnreadable", Loses,

@@ -33,7 +33,7 @@ class CompanionTest(unittest.TestCase):
         self.settings.parent.mkdir(parents=True)
 
     def run_companion(self, *arguments, containers=None, before=None, **streams):
-        """The finished program. It finds no opener of URLs. `before` is called in its process before it starts."""
+        """The finished program. It finds openers of URLs in the folder of all containers alone. `before` is called in its process before it starts."""
         return subprocess.run([os.environ["KORVEL_TODAYCTL"], *arguments], timeout=100, preexec_fn=before,
                               env=os.environ | {"PATH": str(self.containers), "TZ": "UTC", "LC_ALL": "C.UTF-8",
                                                 "KORVEL_GROUP_CONTAINERS": containers or self.containers},
@@ -47,6 +47,10 @@ class CompanionTest(unittest.TestCase):
 class LimitsTest(CompanionTest):
     """Under any limit the companion ends with one of its three statuses, never by a signal. Where it fails it says so in
     one line, and where it does not it has printed everything."""
+
+    def setUp(self):
+        super().setUp()
+        (self.containers / "gio").symlink_to("/bin/true")
 
     def fill(self):
         self.feed.write_bytes(plistlib.dumps(FEED))

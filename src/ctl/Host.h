@@ -21,7 +21,7 @@ namespace ctl {
 [[nodiscard]] exchange::FeedReading readWidgetsList();
 
 // Why the shared settings cannot be read as they stand, so that the account's key is not known: an error of
-// reading the file, or that its root is no dictionary. None where there is no file.
+// reading the file, or that its root is no dictionary. An absent file is no error.
 [[nodiscard]] std::error_code settingsError();
 [[nodiscard]] std::string settingsFile();
 

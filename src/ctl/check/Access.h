@@ -12,10 +12,10 @@ namespace ctl {
 // Why a file cannot be read, in words: the error, and which folder on the way may not be searched.
 [[nodiscard]] std::string refusalOf(const std::string& path, const std::error_code& error);
 
-// Why a folder, which need not exist, cannot be made with its parents. Nothing where it can.
+// Why a folder, which need not exist, cannot be made with its parents; nothing if it can be.
 [[nodiscard]] std::optional<std::string> refusalToMake(const std::string& folder);
 
-// Why a file, which need not exist, cannot be replaced, nor its folder made. Nothing where it can.
+// Why a file, which need not exist, or its folder cannot be written; nothing if they can be.
 [[nodiscard]] std::optional<std::string> refusalToReplace(const std::string& path);
 
 // Whether a folder's sticky bit keeps a file in it from being replaced by a user.

@@ -36,7 +36,7 @@ public:
     [[nodiscard]] std::error_code claim();
 
     // Takes the lock of the claimed file, waiting for a program that works on it as long as FolderLock's
-    // policy says. std::errc::no_such_file_or_directory where nothing is claimed, StorageError::LockHeld
+    // policy says. std::errc::no_such_file_or_directory if there is no claim, StorageError::LockHeld
     // where the other program has not come to its end.
     [[nodiscard]] std::error_code resume();
 

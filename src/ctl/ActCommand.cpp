@@ -1,6 +1,7 @@
 #include "ctl/ActCommand.h"
 
 #include "ctl/Host.h"
+#include "ctl/Input.h"
 #include "ctl/Moments.h"
 #include "exchange/FeedRewriter.h"
 #include "exchange/HostLaunch.h"
@@ -120,10 +121,8 @@ int actOn(const std::string& plan, const std::string& dateText, double date, con
     if (const auto* fault = std::get_if<exchange::FeedFault>(&reading))
         return failed(streams, feed, exchange::describe(*fault));
     const auto transaction = findTransaction(std::get<std::vector<TodayTransactionPtr>>(reading), plan, date);
-    std::error_code unreadable;
-    if (!transaction && !platform::readFile(feed, &unreadable) &&
-        unreadable != std::errc::no_such_file_or_directory)
-        return failed(streams, feed, unreadable.message());
+    if (const std::error_code error = transaction ? std::error_code() : readingError(feed))
+        return failed(streams, feed, error.message());
     if (!transaction)
         return failed(streams, feed,
                       "the widget's list has no transaction of plan " + plan + " at " + dateText);

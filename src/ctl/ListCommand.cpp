@@ -5,11 +5,9 @@
 #include "ctl/Json.h"
 #include "ctl/Moments.h"
 #include "ctl/Terminal.h"
-#include "exchange/GroupIdentifiers.h"
 #include "exchange/SharedFiles.h"
 #include "exchange/Text.h"
 #include "exchange/TodayWidgetLogic.h"
-#include "platform/storage/SharedDefaults.h"
 
 #include <algorithm>
 #include <ostream>
@@ -67,9 +65,8 @@ void printJson(const Transactions& transactions, std::int64_t shownCount, std::o
 int list(const Options& options, Streams& streams) {
     if (options.words.size() != 1)
         return misused(streams, "list takes no operand");
-    const std::string settings = platform::SharedDefaults::file(std::string(fullEditionGroupIdentifier));
-    if (const std::error_code error = readingError(settings))
-        return failed(streams, settings, error.message());
+    if (const std::error_code error = readingError(settingsFile()))
+        return failed(streams, settingsFile(), error.message());
     const TodayTransactionsCount count = TodayWidgetLogic::getTransactionsCountToShow();
     const exchange::FeedReading reading = readWidgetsList();
     const std::string feed = exchange::feedFile(containerPath());

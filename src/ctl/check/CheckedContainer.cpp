@@ -2,7 +2,6 @@
 
 #include "ctl/Host.h"
 #include "exchange/FeedReader.h"
-#include "exchange/GroupIdentifiers.h"
 #include "exchange/SharedFiles.h"
 #include "exchange/SharedSettings.h"
 #include "exchange/TodayWidgetLogic.h"
@@ -16,7 +15,7 @@ CheckedContainer CheckedContainer::lookUp() {
     container.path = containerPath();
     container.exists = hasContainer();
     container.feed = exchange::feedFile(container.path);
-    container.settings = platform::SharedDefaults::file(std::string(fullEditionGroupIdentifier));
+    container.settings = settingsFile();
     container.accountKey = exchange::accountKey();
     container.accountFolder = exchange::accountFolder(container.path, container.accountKey);
     container.log = exchange::actionLogFile(container.accountFolder);

@@ -1,4 +1,4 @@
-# The compiler settings of every target of ours, and the three ways in which this project adds one.
+# The compiler settings of every target of ours, and the ways in which this project adds one.
 include(cmake/Hardening.cmake)
 
 add_library(korvel_settings INTERFACE)
@@ -31,6 +31,13 @@ function(korvel_program name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS")
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE ${arg_LINKS} korvel_settings)
+endfunction()
+
+# korvel_installed_program(NAME SOURCES file... [LINKS target...]): one that is installed. Such programs find each other in
+# the folder that they are in, in the build tree as well.
+function(korvel_installed_program name)
+    korvel_program(${name} ${ARGN})
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 endfunction()
 
 # korvel_test(NAME [GUI] [FILTER filter] SOURCES file... [LINKS target...] [ENVIRONMENT VAR=value...]): a

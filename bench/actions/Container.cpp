@@ -1,9 +1,9 @@
 #include "Container.h"
 
 #include "Figures.h"
-#include "exchange/GroupIdentifiers.h"
 #include "exchange/SharedFiles.h"
 #include "exchange/Text.h"
+#include "model/GroupIdentifiers.h"
 #include "platform/plist/Reader.h"
 #include "platform/plist/Writer.h"
 #include "platform/storage/Files.h"

@@ -5,7 +5,7 @@
 #include "Launch.h"
 #include "Slide.h"
 #include "Stalls.h"
-#include "center/Language.h"
+#include "resources/Language.h"
 
 #include <QApplication>
 
@@ -19,7 +19,7 @@ int main(int argc, char** argv) {
         fail("korvel_bench_actions FEEDS DISK MEMORY [files|launch|slide|stalls]");
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
-    center::installLanguage();
+    resources::installLanguage();
     const std::string part = argc > 4 ? argv[4] : "";
     if (part.empty() || part == "files")
         measureFiles(argv[1], argv[2], argv[3]);

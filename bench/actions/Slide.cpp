@@ -2,7 +2,7 @@
 
 #include "Container.h"
 #include "Figures.h"
-#include "center/Panel.h"
+#include "panel/Panel.h"
 #include "support/ManualMainQueue.h"
 
 #include <QApplication>
@@ -33,7 +33,7 @@ void settle() {
 class Bench final {
 public:
     Bench()
-        : panel_(center::Backdrop::RoundTranslucent, center::Height::OfScreen, 320) {
+        : panel_(panel::Backdrop::RoundTranslucent, panel::Height::OfScreen, 320) {
         panel_.open();
         QCoreApplication::processEvents(); // the window shows
         row().cellContentView->installEventFilter(&painted_);
@@ -73,7 +73,7 @@ private:
     }
 
     support::ManualMainQueue queue_;
-    center::Panel panel_;
+    panel::Panel panel_;
     PaintCount painted_;
 };
 

@@ -2,8 +2,8 @@
 
 #include "Container.h"
 #include "Figures.h"
-#include "center/Panel.h"
 #include "exchange/TodayWidgetLogic.h"
+#include "panel/Panel.h"
 #include "platform/system/MainQueue.h"
 
 #include <QEventLoop>
@@ -120,8 +120,8 @@ private:
         QCoreApplication::sendPostedEvents(); // widgets that have events waiting take long to go
         panel_.reset();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        panel_ = std::make_unique<center::Panel>(center::Backdrop::RoundTranslucent, center::Height::OfScreen,
-                                                 320);
+        panel_ =
+            std::make_unique<panel::Panel>(panel::Backdrop::RoundTranslucent, panel::Height::OfScreen, 320);
         panel_->open();
         (void)longestAfter([this] { row(1).cellClicked(); });
         requireRows(records_);
@@ -137,7 +137,7 @@ private:
 
     Container container_;
     std::size_t records_;
-    std::unique_ptr<center::Panel> panel_;
+    std::unique_ptr<panel::Panel> panel_;
 };
 
 } // namespace

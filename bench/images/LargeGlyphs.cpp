@@ -1,6 +1,6 @@
 // 40 rows that show a glyph of 5000 by 5000 pixels against 40 that show one of 40 by 40: a process each, its
 // peak memory, and the time to configure its rows. Rows for bench/table.py.
-#include "exchange/GroupIdentifiers.h"
+#include "model/GroupIdentifiers.h"
 #include "platform/storage/GroupContainers.h"
 #include "platform/system/Clock.h"
 #include "platform/views/InterfaceFile.h"

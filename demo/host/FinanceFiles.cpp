@@ -1,6 +1,6 @@
 #include "host/FinanceFiles.h"
 
-#include "exchange/GroupIdentifiers.h"
+#include "model/GroupIdentifiers.h"
 #include "exchange/SharedFiles.h"
 #include "exchange/SharedSettings.h"
 #include "exchange/Text.h"

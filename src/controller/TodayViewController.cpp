@@ -1,6 +1,6 @@
 #include "controller/TodayViewController.h"
 
-#include "exchange/GroupIdentifiers.h"
+#include "model/GroupIdentifiers.h"
 #include "exchange/TodayWidgetLogic.h"
 #include "platform/storage/SharedDefaults.h"
 #include "platform/system/Fatal.h"

@@ -1,7 +1,7 @@
 #include "ctl/Host.h"
 
 #include "ctl/Input.h"
-#include "exchange/GroupIdentifiers.h"
+#include "model/GroupIdentifiers.h"
 #include "exchange/SharedSettings.h"
 #include "platform/plist/Reader.h"
 #include "platform/storage/Files.h"

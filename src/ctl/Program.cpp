@@ -7,7 +7,7 @@
 #include "ctl/PlistCommand.h"
 #include "ctl/PublishCommand.h"
 #include "ctl/SettingsCommand.h"
-#include "exchange/GroupIdentifiers.h"
+#include "model/GroupIdentifiers.h"
 #include "platform/storage/FolderLock.h"
 #include "platform/storage/GroupContainers.h"
 

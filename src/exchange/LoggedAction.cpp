@@ -1,7 +1,7 @@
 #include "exchange/LoggedAction.h"
 
 #include "exchange/FeedRewriter.h"
-#include "exchange/GroupIdentifiers.h"
+#include "model/GroupIdentifiers.h"
 #include "exchange/SharedFiles.h"
 #include "exchange/SharedSettings.h"
 #include "platform/storage/Files.h"

@@ -1,6 +1,6 @@
 #include "exchange/SharedFiles.h"
 
-#include "exchange/GroupIdentifiers.h"
+#include "model/GroupIdentifiers.h"
 #include "exchange/SharedSettings.h"
 #include "platform/plist/Reader.h"
 #include "platform/storage/Files.h"

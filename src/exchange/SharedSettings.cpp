@@ -1,6 +1,6 @@
 #include "exchange/SharedSettings.h"
 
-#include "exchange/GroupIdentifiers.h"
+#include "model/GroupIdentifiers.h"
 
 namespace exchange {
 

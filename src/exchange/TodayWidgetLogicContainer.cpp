@@ -1,6 +1,6 @@
 #include "exchange/TodayWidgetLogic.h"
 
-#include "exchange/GroupIdentifiers.h"
+#include "model/GroupIdentifiers.h"
 #include "exchange/HostLaunch.h"
 #include "exchange/SharedSettings.h"
 #include "platform/storage/GroupContainers.h"

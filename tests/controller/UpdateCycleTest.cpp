@@ -1,6 +1,6 @@
 #include "controller/ControllerTest.h"
 
-#include "exchange/GroupIdentifiers.h"
+#include "model/GroupIdentifiers.h"
 #include "platform/views/InterfaceFile.h"
 #include "support/Application.h"
 #include "support/InterfaceFileOverride.h"

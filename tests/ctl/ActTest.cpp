@@ -1,5 +1,5 @@
 #include "ctl/CtlTest.h"
-#include "exchange/GroupIdentifiers.h"
+#include "model/GroupIdentifiers.h"
 #include "platform/plist/Reader.h"
 #include "platform/storage/FileSystemCalls.h"
 #include "platform/storage/FolderLock.h"

@@ -1,5 +1,5 @@
 #include "ctl/CtlTest.h"
-#include "exchange/GroupIdentifiers.h"
+#include "model/GroupIdentifiers.h"
 
 #include <algorithm>
 #include <limits>

@@ -1,6 +1,6 @@
 #include "ctl/Options.h"
 #include "ctl/CtlTest.h"
-#include "exchange/GroupIdentifiers.h"
+#include "model/GroupIdentifiers.h"
 
 #include <gmock/gmock.h>
 

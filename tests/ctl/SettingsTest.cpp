@@ -1,6 +1,6 @@
 #include "ctl/Bomb.h"
 #include "ctl/CtlTest.h"
-#include "exchange/GroupIdentifiers.h"
+#include "model/GroupIdentifiers.h"
 
 #include <filesystem>
 

@@ -1,7 +1,7 @@
 // The built program as a user whom the system refuses something. Root, to whom nothing is refused, becomes
 // one.
 #include "ctl/CtlTest.h"
-#include "exchange/GroupIdentifiers.h"
+#include "model/GroupIdentifiers.h"
 #include "platform/storage/SharedDefaults.h"
 
 #include <sys/stat.h>

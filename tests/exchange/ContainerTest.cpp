@@ -1,5 +1,5 @@
 #include "exchange/ExchangeTest.h"
-#include "exchange/GroupIdentifiers.h"
+#include "model/GroupIdentifiers.h"
 #include "exchange/SharedFiles.h"
 #include "exchange/TodayWidgetLogicTestAccess.h"
 

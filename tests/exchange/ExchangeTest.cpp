@@ -1,6 +1,6 @@
 #include "exchange/ExchangeTest.h"
 
-#include "exchange/GroupIdentifiers.h"
+#include "model/GroupIdentifiers.h"
 #include "platform/plist/Reader.h"
 #include "platform/plist/Writer.h"
 #include "platform/storage/GroupContainers.h"

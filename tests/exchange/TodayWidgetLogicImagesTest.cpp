@@ -1,5 +1,5 @@
 #include "exchange/CircularDrawing.h"
-#include "exchange/GroupIdentifiers.h"
+#include "model/GroupIdentifiers.h"
 #include "exchange/TodayWidgetLogic.h"
 #include "platform/images/ImageFile.h"
 #include "platform/images/OvalPicture.h"

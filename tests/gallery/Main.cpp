@@ -1,8 +1,8 @@
 // Draws the panel in one state into a PNG file, for docs/gallery: scripts/gallery calls it once a picture.
-#include "center/Language.h"
-#include "center/Panel.h"
-#include "center/Snapshot.h"
+#include "panel/Panel.h"
+#include "panel/Snapshot.h"
 #include "platform/storage/GroupContainers.h"
+#include "resources/Language.h"
 #include "support/ManualClock.h"
 #include "support/ManualMainQueue.h"
 
@@ -51,20 +51,20 @@ int main(int argc, char** argv) {
         std::fputs("usage: korvel_gallery CONTAINERS OUT.png SCALE LOCALE NOW STATE ROW\n", stderr);
         return 2;
     }
-    center::Options::Snapshot snapshot;
+    panel::Snapshot snapshot;
     snapshot.file = QString::fromLocal8Bit(argv[2]);
     snapshot.scale = std::strtod(argv[3], nullptr);
     snapshot.locale = argv[4];
-    center::prepareSnapshot(snapshot);
+    panel::prepareSnapshot(snapshot);
     int count = 1;
     QApplication application(count, argv);
-    center::installLanguage();
+    resources::installLanguage();
     platform::GroupContainers::setFolder(argv[1]);
     const support::ManualClock clock(std::strtod(argv[5], nullptr));
     support::ManualMainQueue queue;
 
-    center::Panel panel(center::Backdrop::RoundTranslucent, center::Height::OfContent, snapshot.width);
+    panel::Panel panel(panel::Backdrop::RoundTranslucent, panel::Height::OfContent, snapshot.width);
     panel.load();
     arrange(panel.controller(), queue, {argv[6], static_cast<std::size_t>(std::atoi(argv[7]))});
-    return center::writePicture(panel.window(), snapshot) ? 0 : 1;
+    return panel::writePicture(panel.window(), snapshot) ? 0 : 1;
 }

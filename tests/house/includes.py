@@ -22,8 +22,9 @@ ROOMS = {room: (set(rooms.split()), {"std", *foreign.split()}) for room, rooms, 
     ("views/rows", "views/controls model exchange " + _VIEWS, _WIDGETS),
     ("controller", "views/rows views/controls exchange model resources platform/views platform/extension " + _PLATFORM,
      _WIDGETS),
-    ("center", "controller exchange model resources platform/views platform/extension " + _PLATFORM,
+    ("panel", "controller exchange model resources platform/views platform/extension " + _PLATFORM,
      "posix xcb " + _WIDGETS),
+    ("program", "panel model resources " + _PLATFORM, _WIDGETS),
     ("ctl", "exchange model " + _PLATFORM, "posix nlohmann QtCore QtGui"),
 )}
 

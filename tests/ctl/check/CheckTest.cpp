@@ -1,6 +1,6 @@
 #include "ctl/check/CheckTest.h"
 
-#include "exchange/GroupIdentifiers.h"
+#include "model/GroupIdentifiers.h"
 
 #include <QBuffer>
 #include <QByteArray>

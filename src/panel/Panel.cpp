@@ -1,0 +1,128 @@
+#include "panel/Panel.h"
+
+#include "controller/WidgetInterfaceFiles.h"
+#include "panel/ListFocus.h"
+#include "platform/system/MainQueue.h"
+
+#include <QPointer>
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+namespace panel {
+
+using namespace std::chrono_literals;
+
+Panel::Panel(Backdrop backdrop, Height height, int contentWidth, std::unique_ptr<LoadTriggers> triggers)
+    : window_(std::make_unique<PanelWindow>(backdrop, height, contentWidth))
+    , triggers_(std::move(triggers)) {
+    controller::registerWidgetInterfaceFiles();
+    window_->setEscapePressed([this] { escapePressed(); });
+    window_->setCloseRequested([this] { close(); });
+    updateTimer_.setTimerType(Qt::VeryCoarseTimer);
+    updateTimer_.setInterval(15min);
+    QObject::connect(&updateTimer_, &QTimer::timeout, window_.get(), [this] { askForUpdate(); });
+    if (triggers_)
+        triggers_->setLoadNeeded([this] { awaitLoad(); });
+    // A press can end without deferring work. The empty work makes the queue tell that it is idle after the
+    // release.
+    window_->setMouseReleased([this] {
+        if (awaitsLoad_)
+            platform::MainQueue::current().after(0ms, {});
+    });
+}
+
+Panel::~Panel() {
+    window_->setContent(nullptr);
+    if (controller_)
+        controller_->releaseViews();
+}
+
+void Panel::load() {
+    if (triggers_)
+        triggers_->listWillLoad();
+    const auto old = std::exchange(controller_, std::make_shared<TodayViewController>());
+    controller_->setExtensionContext(std::make_shared<platform::ExtensionContext>());
+    std::optional<ListFocus> focus;
+    if (old && window_->isVisible())
+        focus.emplace(*old, window_->focusWidget());
+    window_->setContent(controller_);
+    if (focus)
+        focus->giveTo(*controller_);
+    if (old)
+        old->releaseViews();
+    if (triggers_)
+        triggers_->listDidLoad(controller_->transactionsArray);
+}
+
+// A hidden window is not in use, whatever state its view is in.
+bool Panel::isInUse() const {
+    const auto isOpen = [](const auto& row) { return row->isExpanded(); };
+    return window_->isVisible() && (platform::View::isPressHeld() || controller_->actionSheet ||
+                                    std::ranges::any_of(controller_->cellArray, isOpen));
+}
+
+// Whatever ends the use of a view (a row closes, a sheet is answered, a press ends) defers work, so it is
+// enough to look again each time the queue becomes idle.
+void Panel::loadIfAwaited() {
+    if (!awaitsLoad_)
+        return;
+    if (controller_ && (!platform::MainQueue::current().isIdle() || isInUse())) {
+        lookAgainWhenIdle();
+        return;
+    }
+    awaitsLoad_ = false;
+    load();
+}
+
+void Panel::lookAgainWhenIdle() {
+    if (std::exchange(looksWhenIdle_, true))
+        return;
+    platform::MainQueue::current().whenNextIdle([this, window = QPointer(window_.get())] {
+        if (!window) // the panel is gone with its window
+            return;
+        looksWhenIdle_ = false;
+        loadIfAwaited();
+    });
+}
+
+void Panel::awaitLoad() {
+    awaitsLoad_ = true;
+    loadIfAwaited();
+}
+
+void Panel::open() {
+    awaitLoad();
+    window_->moveToEdge();
+    window_->show();
+    askForUpdate();
+    updateTimer_.start();
+}
+
+void Panel::close() {
+    if (!updateTimer_.isActive())
+        return;
+    updateTimer_.stop();
+    awaitsLoad_ = false;
+    if (triggers_)
+        triggers_->stop();
+    platform::View::dropHeldPress();
+    window_->hide();
+    if (closed_)
+        closed_();
+}
+
+// A waiting sheet takes Escape for its Cancel, and an answered one takes it for nothing.
+void Panel::escapePressed() {
+    if (controller_ && controller_->actionSheet)
+        controller_->actionSheet->cancelButtonClick();
+    else
+        close();
+}
+
+void Panel::askForUpdate() const {
+    controller_->widgetPerformUpdateWithCompletionHandler([](platform::UpdateResult) {});
+}
+
+} // namespace panel

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "controller/TodayViewController.h"
+#include "panel/LoadTriggers.h"
+#include "panel/PanelWindow.h"
+
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+
+namespace panel {
+
+// The widget in its window. Each opening loads a new controller and view, and so does each trigger while the
+// panel is open. If an action that the user chose is still pending, the old view stays until the action has
+// been performed, and while the view is in use: a mouse button is pressed, a row is open or an action sheet
+// is shown. The panel asks the widget for an update when it opens and every 15 minutes; the answer changes
+// nothing on screen.
+class Panel final {
+public:
+    // Without triggers, the list stays as it was when the panel was opened.
+    Panel(Backdrop backdrop, Height height, int contentWidth,
+          std::unique_ptr<LoadTriggers> triggers = nullptr);
+    ~Panel();
+    Panel(const Panel&) = delete;
+    Panel& operator=(const Panel&) = delete;
+
+    void open();
+    // Hides the window at once. Pending actions are still performed.
+    void close();
+    void setClosed(std::function<void()> handler) { closed_ = std::move(handler); }
+
+    [[nodiscard]] PanelWindow& window() const { return *window_; }
+    [[nodiscard]] TodayViewController& controller() const { return *controller_; }
+
+    // Loads a new view into the window without showing it.
+    void load();
+
+private:
+    void awaitLoad();
+    void loadIfAwaited();
+    void lookAgainWhenIdle();
+    [[nodiscard]] bool isInUse() const;
+    void escapePressed();
+    void askForUpdate() const;
+
+    std::unique_ptr<PanelWindow> window_;
+    std::unique_ptr<LoadTriggers> triggers_;
+    std::shared_ptr<TodayViewController> controller_;
+    QTimer updateTimer_;
+    bool awaitsLoad_ = false;    // the panel still shows an old view
+    bool looksWhenIdle_ = false; // the queue will call back once it is idle
+    std::function<void()> closed_;
+};
+
+} // namespace panel

@@ -1,0 +1,195 @@
+#include "panel/PanelWindow.h"
+
+#include "panel/WindowPlace.h"
+
+#include <QCloseEvent>
+#include <QEasingCurve>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QWindow>
+
+#include <algorithm>
+#include <cmath>
+
+namespace panel {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr int screenMargin = 12;
+constexpr int tallestPicture = 4000;
+constexpr double cornerRadius = 14;
+constexpr QColor translucentColor(29, 33, 38, 242);
+constexpr QColor opaqueColor(29, 33, 38);
+constexpr QColor edgeColor(255, 255, 255, 26);
+constexpr auto resizeDuration = 200ms;
+
+// On Wayland the desktop decides where a window is placed, so there the panel is an ordinary window.
+Qt::WindowFlags windowKind() {
+    const QString platform = QGuiApplication::platformName();
+    if (platform.startsWith(QStringLiteral("wayland")))
+        return Qt::Window;
+    return (platform == QStringLiteral("xcb") ? Qt::Tool : Qt::Window) | Qt::FramelessWindowHint;
+}
+
+// Qt divides a fill of more lines among threads, which it starts for that.
+constexpr int linesAtOnce = 60;
+
+void fillInBands(QPainter& painter, const QRect& rect, const QColor& color) {
+    for (int top = rect.top(); top <= rect.bottom(); top += linesAtOnce)
+        painter.fillRect(QRect(rect.left(), top, rect.width(), linesAtOnce) & rect, color);
+}
+
+// Paints the panel's background with its hairline. Only the corners are antialiased, since Qt would use
+// threads to blend the whole of a translucent window.
+void paintRoundSheet(QPainter& painter, const QRect& sheet) {
+    constexpr int corner = static_cast<int>(cornerRadius) + 1;
+    const QRect middle = sheet.adjusted(corner, 0, -corner, 0);
+    const QRect sides = sheet.adjusted(0, corner, 0, -corner);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    fillInBands(painter, middle, translucentColor);
+    fillInBands(painter, sides, translucentColor);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    painter.fillRect(QRect(middle.left(), sheet.top(), middle.width(), 1), edgeColor);
+    painter.fillRect(QRect(middle.left(), sheet.bottom(), middle.width(), 1), edgeColor);
+    fillInBands(painter, QRect(sheet.left(), sides.top(), 1, sides.height()), edgeColor);
+    fillInBands(painter, QRect(sheet.right(), sides.top(), 1, sides.height()), edgeColor);
+
+    painter.setClipRegion(QRegion(sheet) - middle - sides);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(translucentColor);
+    painter.setPen(Qt::NoPen);
+    painter.drawRoundedRect(sheet, cornerRadius, cornerRadius);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(edgeColor, 1));
+    painter.drawRoundedRect(QRectF(sheet).adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius, cornerRadius);
+}
+
+} // namespace
+
+PanelWindow::PanelWindow(Backdrop backdrop, Height height, int contentWidth)
+    : backdrop_(backdrop)
+    , height_(height)
+    , contentWidth_(contentWidth)
+    , scrollView_(new platform::ScrollView(this)) {
+    setWindowTitle(QStringLiteral("Korvel Today"));
+    setWindowFlags(windowKind());
+    if (backdrop == Backdrop::RoundTranslucent)
+        setAttribute(Qt::WA_TranslucentBackground);
+    else
+        setAttribute(Qt::WA_OpaquePaintEvent);
+    // The first Tab moves the focus to the first row; until then no row has a focus ring.
+    setFocusProxy(scrollView_);
+    scrollView_->setFocus();
+    scrollView_->setHorizontalInset(horizontalMargin);
+    setFixedWidth(contentWidth_ + 2 * horizontalMargin);
+    layoutScrollView();
+}
+
+PanelWindow::~PanelWindow() {
+    if (controller_)
+        controller_->setPreferredContentSizeChanged(nullptr);
+    scrollView_->setDocumentView(nullptr);
+}
+
+void PanelWindow::setContent(std::shared_ptr<platform::ViewController> controller) {
+    if (controller_)
+        controller_->setPreferredContentSizeChanged(nullptr);
+    controller_ = std::move(controller);
+    platform::View* view = nullptr;
+    if (controller_) {
+        view = &controller_->view();
+        controller_->setPreferredContentSizeChanged([this] { preferredSizeChanged(); });
+    }
+    const double offset = isVisible() ? scrollView_->offset() : 0;
+    scrollView_->setDocumentView(view);
+    scrollView_->scrollTo(offset);
+    preferredSizeChanged();
+}
+
+int PanelWindow::tallest() const {
+    if (height_ == Height::OfContent)
+        return tallestPicture;
+    return screen()->availableGeometry().height() - 2 * screenMargin;
+}
+
+void PanelWindow::preferredSizeChanged() {
+    const double target = controller_ ? controller_->preferredContentSize().height() : 0;
+    if (target == targetHeight_ && (resizing_ || contentHeight_ == target))
+        return;
+    targetHeight_ = target;
+    resizing_.reset();
+    if (!isVisible()) {
+        setContentHeight(target);
+        return;
+    }
+    if (const auto place = placeOfWindow(*windowHandle()))
+        move(*place); // as Qt states it with each size
+    resizing_ = platform::MainQueue::current().animate(
+        resizeDuration, [this, start = contentHeight_, target](double progress) {
+            const double eased = QEasingCurve(QEasingCurve::InOutSine).valueForProgress(progress);
+            setContentHeight(progress >= 1 ? target : start + (target - start) * eased);
+        });
+}
+
+void PanelWindow::setContentHeight(double height) {
+    contentHeight_ = height;
+    const int whole = static_cast<int>(std::min(std::ceil(height), 1e6)) + 2 * verticalMargin;
+    setFixedHeight(std::clamp(whole, 1, std::max(1, tallest())));
+    layoutScrollView();
+    scrollView_->setDocumentHeight(height);
+}
+
+void PanelWindow::moveToEdge() {
+    const QRect room = screen()->availableGeometry();
+    move(room.right() + 1 - width() - screenMargin, room.top() + screenMargin);
+}
+
+void PanelWindow::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    if (backdrop_ == Backdrop::SquareOpaque) {
+        painter.fillRect(rect(), opaqueColor);
+        return;
+    }
+    paintRoundSheet(painter, rect());
+}
+
+void PanelWindow::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    layoutScrollView();
+}
+
+// A hidden window has no resize event, so this is called for each change of the height.
+void PanelWindow::layoutScrollView() {
+    scrollView_->setFrame(QRectF(rect().adjusted(0, verticalMargin, 0, -verticalMargin)));
+}
+
+void PanelWindow::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape && escapePressed_)
+        escapePressed_();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+void PanelWindow::closeEvent(QCloseEvent* event) {
+    event->accept();
+    if (closeRequested_)
+        closeRequested_();
+}
+
+void PanelWindow::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    windowHandle()->installEventFilter(this);
+}
+
+// The window system's window receives each event before the widget under the mouse does.
+bool PanelWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::MouseButtonRelease && mouseReleased_)
+        mouseReleased_();
+    return QWidget::eventFilter(watched, event);
+}
+
+} // namespace panel

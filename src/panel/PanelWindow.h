@@ -1,0 +1,69 @@
+#pragma once
+
+#include "panel/Backdrop.h"
+#include "platform/extension/ViewController.h"
+#include "platform/system/MainQueue.h"
+#include "platform/views/ScrollView.h"
+
+#include <QWidget>
+
+#include <functional>
+#include <memory>
+
+namespace panel {
+
+// The limit of the panel's height: that of the screen, or that of the content for a picture of the panel.
+enum class Height { OfScreen, OfContent };
+
+// A dark window at the right edge of the screen with the view of one controller in it. It takes the height
+// that the controller prefers, animated while it is shown. It is never taller than the screen; a taller view
+// scrolls.
+class PanelWindow final : public QWidget {
+    Q_OBJECT
+
+public:
+    PanelWindow(Backdrop backdrop, Height height, int contentWidth);
+    ~PanelWindow() override;
+
+    // Shows the view of a controller. A window that is open stays scrolled to where it is.
+    void setContent(std::shared_ptr<platform::ViewController> controller);
+    void setEscapePressed(std::function<void()> handler) { escapePressed_ = std::move(handler); }
+    void setCloseRequested(std::function<void()> handler) { closeRequested_ = std::move(handler); }
+    // Called when a mouse button has been released anywhere in the window.
+    void setMouseReleased(std::function<void()> handler) { mouseReleased_ = std::move(handler); }
+
+    // Moves the window to the right edge of the screen. Has no effect where the desktop places windows.
+    void moveToEdge();
+
+    // The margins around the content, points.
+    static constexpr int horizontalMargin = 12;
+    static constexpr int verticalMargin = 8;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    [[nodiscard]] int tallest() const;
+    void preferredSizeChanged();
+    void setContentHeight(double height);
+    void layoutScrollView();
+
+    Backdrop backdrop_;
+    Height height_;
+    int contentWidth_;
+    std::shared_ptr<platform::ViewController> controller_;
+    platform::ScrollView* scrollView_;
+    double contentHeight_ = 0;
+    double targetHeight_ = 0;
+    std::unique_ptr<platform::MainQueue::Ticking> resizing_;
+    std::function<void()> escapePressed_;
+    std::function<void()> closeRequested_;
+    std::function<void()> mouseReleased_;
+};
+
+} // namespace panel

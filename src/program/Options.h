@@ -1,0 +1,32 @@
+#pragma once
+
+#include "panel/Snapshot.h"
+
+#include <QString>
+
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace program {
+
+// The command line of the panel program.
+struct Options {
+    std::string containers; // the folder of the group containers; empty if the environment names it
+    std::optional<panel::Snapshot> snapshot;
+    bool showsVersion = false;
+    bool showsHelp = false;
+};
+
+struct UsageError {
+    QString message;
+};
+
+// The arguments without the program's name. "--name value" and "--name=value" are the same.
+[[nodiscard]] std::variant<Options, UsageError> parseOptions(const std::vector<std::string>& arguments);
+
+[[nodiscard]] QString helpText();
+[[nodiscard]] QString versionText();
+
+} // namespace program

@@ -1,0 +1,8 @@
+#pragma once
+
+namespace program {
+
+// Runs korvel-today and returns its exit status.
+int run(int argc, char** argv);
+
+} // namespace program

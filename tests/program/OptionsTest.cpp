@@ -1,0 +1,95 @@
+#include "program/Options.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+using program::Options;
+using program::parseOptions;
+using program::UsageError;
+
+namespace {
+
+Options parsed(const std::vector<std::string>& arguments) {
+    const auto result = parseOptions(arguments);
+    EXPECT_TRUE(std::holds_alternative<Options>(result));
+    return std::holds_alternative<Options>(result) ? std::get<Options>(result) : Options();
+}
+
+struct Misuse {
+    std::vector<std::string> arguments;
+    const char* message;
+};
+
+class Misuses : public testing::TestWithParam<Misuse> {};
+
+} // namespace
+
+TEST(Options, askForThePanelWithoutArguments) {
+    const Options options = parsed({});
+    EXPECT_TRUE(options.containers.empty());
+    EXPECT_FALSE(options.snapshot.has_value());
+    EXPECT_FALSE(options.showsHelp);
+    EXPECT_FALSE(options.showsVersion);
+}
+
+TEST(Options, takeAFolderOfContainersInBothSpellings) {
+    EXPECT_EQ(parsed({"--containers", "/a b"}).containers, "/a b");
+    EXPECT_EQ(parsed({"--containers=/a=b"}).containers, "/a=b");
+}
+
+TEST(Options, takeASnapshotAtScaleOneAnd320PointsWide) {
+    const Options options = parsed({"--snapshot", "x.png"});
+    ASSERT_TRUE(options.snapshot.has_value());
+    EXPECT_EQ(options.snapshot->file, QStringLiteral("x.png"));
+    EXPECT_EQ(options.snapshot->scale, 1);
+    EXPECT_EQ(options.snapshot->width, 320);
+    EXPECT_TRUE(options.snapshot->locale.empty());
+}
+
+TEST(Options, takeScaleLocaleAndWidthOfASnapshot) {
+    const Options options =
+        parsed({"--scale", "1.5", "--locale", "ar_EG.UTF-8", "--snapshot=x.png", "--width", "400"});
+    ASSERT_TRUE(options.snapshot.has_value());
+    EXPECT_EQ(options.snapshot->scale, 1.5);
+    EXPECT_EQ(options.snapshot->locale, "ar_EG.UTF-8");
+    EXPECT_EQ(options.snapshot->width, 400);
+}
+
+TEST(Options, sayVersionAndFullEditionsGroup) {
+    EXPECT_TRUE(parsed({"--version"}).showsVersion);
+    EXPECT_TRUE(program::versionText().startsWith(QStringLiteral("korvel-today ")));
+    EXPECT_TRUE(program::versionText().contains(QStringLiteral(KORVEL_FULL_EDITION_GROUP)));
+}
+
+TEST(Options, nameEachOptionInTheHelp) {
+    EXPECT_TRUE(parsed({"--help"}).showsHelp);
+    for (const char* name :
+         {"--containers", "--snapshot", "--scale", "--locale", "--width", "--version", "--help"})
+        EXPECT_TRUE(program::helpText().contains(QLatin1String(name))) << name;
+}
+
+TEST_P(Misuses, areSaidInASentence) {
+    const auto result = parseOptions(GetParam().arguments);
+    ASSERT_TRUE(std::holds_alternative<UsageError>(result));
+    EXPECT_EQ(std::get<UsageError>(result).message.toStdString(), GetParam().message);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Options, Misuses,
+    testing::Values(
+        Misuse{{"--nonsense"}, "unknown option --nonsense"}, Misuse{{"file"}, "unknown option file"},
+        Misuse{{"--containers"}, "--containers needs a value"},
+        Misuse{{"--containers="}, "--containers needs a value"},
+        Misuse{{"--version=1"}, "--version takes no value"},
+        Misuse{{"--containers", "a", "--containers", "b"}, "--containers is given twice"},
+        Misuse{{"--scale", "2"}, "--scale goes with --snapshot"},
+        Misuse{{"--locale", "de"}, "--locale goes with --snapshot"},
+        Misuse{{"--width", "300"}, "--width goes with --snapshot"},
+        Misuse{{"--snapshot", "x", "--scale", "0"}, "--scale takes a number from 0.5 to 8, not 0"},
+        Misuse{{"--snapshot", "x", "--scale", "nan"}, "--scale takes a number from 0.5 to 8, not nan"},
+        Misuse{{"--snapshot", "x", "--scale", "2x"}, "--scale takes a number from 0.5 to 8, not 2x"},
+        Misuse{{"--snapshot", "x", "--width", "10"}, "--width takes a whole number from 200 to 4000, not 10"},
+        Misuse{{"--snapshot", "x", "--width", "3e2"},
+               "--width takes a whole number from 200 to 4000, not 3e2"}));

@@ -9,6 +9,7 @@
 #include "exchange/SharedFiles.h"
 #include "exchange/SharedSettings.h"
 #include "exchange/Text.h"
+#include "model/HostUrls.h"
 #include "model/TodayTransactionAction.h"
 #include "platform/storage/Files.h"
 #include "platform/storage/FolderLock.h"
@@ -100,7 +101,7 @@ int performLogged(const TodayTransaction& transaction, Action action, Streams& s
 
 // Unlike the widget, the command does not open the host for an earlier request.
 int performInfo(const TodayTransaction& transaction, Streams& streams) {
-    constexpr const char* request = "tw_edit_transaction";
+    constexpr const char* request = model::editTransactionRequest;
     const std::error_code left = exchange::leaveRequest(request, &transaction);
     const int status = reportWrite(streams, settingsFile(), left);
     if (status != Done || exchange::openHost(request))

@@ -2,6 +2,7 @@
 
 #include "exchange/SharedSettings.h"
 #include "exchange/Text.h"
+#include "model/HostUrls.h"
 #include "platform/storage/StorageError.h"
 #include "platform/system/Workspace.h"
 
@@ -20,8 +21,7 @@ std::error_code leaveRequest(const char* request, const TodayTransaction* transa
 }
 
 bool openHost(const char* request) {
-    return platform::Workspace::openUrl(QLatin1String(hostUrlScheme) + QLatin1String("://") +
-                                        QLatin1String(request));
+    return platform::Workspace::openUrl(model::hostUrl(request));
 }
 
 } // namespace exchange

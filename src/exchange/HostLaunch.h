@@ -7,9 +7,6 @@
 // Opening the host application, which finds in the shared settings what it is asked for.
 namespace exchange {
 
-// The scheme of the host application's URLs. Its case is kept.
-inline constexpr const char* hostUrlScheme = "korvelWidget";
-
 // Leaves a request, and for one about a transaction that transaction's plan and date, in the shared settings.
 // Errors are those of SharedDefaults::save; settings that cannot be opened are StorageError::NotADictionary.
 [[nodiscard]] std::error_code leaveRequest(const char* request, const TodayTransaction* transaction);

@@ -1,9 +1,9 @@
 #include "exchange/LoggedAction.h"
 
 #include "exchange/FeedRewriter.h"
-#include "model/GroupIdentifiers.h"
 #include "exchange/SharedFiles.h"
 #include "exchange/SharedSettings.h"
+#include "model/GroupIdentifiers.h"
 #include "platform/storage/Files.h"
 #include "platform/storage/GroupContainers.h"
 #include "platform/storage/StorageError.h"

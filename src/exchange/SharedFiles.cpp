@@ -1,7 +1,7 @@
 #include "exchange/SharedFiles.h"
 
-#include "model/GroupIdentifiers.h"
 #include "exchange/SharedSettings.h"
+#include "model/GroupIdentifiers.h"
 #include "platform/plist/Reader.h"
 #include "platform/storage/Files.h"
 #include "platform/storage/GroupContainers.h"

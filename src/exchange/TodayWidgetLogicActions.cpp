@@ -2,6 +2,7 @@
 
 #include "exchange/HostLaunch.h"
 #include "exchange/LoggedAction.h"
+#include "model/HostUrls.h"
 #include "platform/storage/FolderLock.h"
 #include "platform/system/Fatal.h"
 
@@ -20,15 +21,15 @@ void TodayWidgetLogic::performTransactionAction(const TodayTransaction& transact
     else if (action.isPaid())
         saveActionType(static_cast<std::int64_t>(ActionType::Paid), transaction, 0);
     else
-        openHost("tw_edit_transaction", &transaction);
+        openHost(model::editTransactionRequest, &transaction);
 }
 
 void TodayWidgetLogic::performNewTransaction(platform::ExtensionContext* /*context*/) {
-    openHost("tw_new_transaction", nullptr);
+    openHost(model::newTransactionRequest, nullptr);
 }
 
 void TodayWidgetLogic::performAllTransactions(platform::ExtensionContext* /*context*/) {
-    openHost("tw_all_transactions", nullptr);
+    openHost(model::allTransactionsRequest, nullptr);
 }
 
 // Writes that fail are soft and silent: an action that cannot be logged is carried out all the same. Whatever

@@ -1,8 +1,8 @@
 #include "exchange/TodayWidgetLogic.h"
 
-#include "model/GroupIdentifiers.h"
-#include "exchange/HostLaunch.h"
 #include "exchange/SharedSettings.h"
+#include "model/GroupIdentifiers.h"
+#include "model/HostUrls.h"
 #include "platform/storage/GroupContainers.h"
 
 namespace {
@@ -26,7 +26,7 @@ std::string TodayWidgetLogic::accountPk() {
 }
 
 QString TodayWidgetLogic::getUrlScheme() {
-    return QString::fromLatin1(exchange::hostUrlScheme);
+    return QString::fromLatin1(model::hostUrlScheme);
 }
 
 TodayTransactionsCount TodayWidgetLogic::getTransactionsCountToShow() {

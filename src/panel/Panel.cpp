@@ -2,7 +2,10 @@
 
 #include "controller/WidgetInterfaceFiles.h"
 #include "panel/ListFocus.h"
+#include "platform/system/Clock.h"
+#include "platform/system/CurrentTimeZone.h"
 #include "platform/system/MainQueue.h"
+#include "platform/system/WholeSeconds.h"
 
 #include <QPointer>
 
@@ -14,12 +17,35 @@ namespace panel {
 
 using namespace std::chrono_literals;
 
+namespace {
+
+Counts countsOf(const std::vector<TodayTransactionPtr>& transactions) {
+    const double now = platform::Clock::current().now();
+    const auto seconds = platform::wholeSeconds(now);
+    const double nextDay =
+        seconds ? static_cast<double>(platform::currentTimeZone().nextDateAfter(*seconds)) : now;
+    Counts counts;
+    for (const TodayTransactionPtr& transaction : transactions) {
+        if (transaction->isOverdue())
+            ++counts.overdue;
+        else if (transaction->date < nextDay)
+            ++counts.dueToday;
+    }
+    return counts;
+}
+
+} // namespace
+
 Panel::Panel(Backdrop backdrop, Height height, int contentWidth, std::unique_ptr<LoadTriggers> triggers)
     : window_(std::make_unique<PanelWindow>(backdrop, height, contentWidth))
     , triggers_(std::move(triggers)) {
     controller::registerWidgetInterfaceFiles();
     window_->setEscapePressed([this] { escapePressed(); });
     window_->setCloseRequested([this] { close(); });
+    window_->setPainted([this] {
+        if (shown_)
+            shown_();
+    });
     updateTimer_.setTimerType(Qt::VeryCoarseTimer);
     updateTimer_.setInterval(15min);
     QObject::connect(&updateTimer_, &QTimer::timeout, window_.get(), [this] { askForUpdate(); });
@@ -54,6 +80,7 @@ void Panel::load() {
         old->releaseViews();
     if (triggers_)
         triggers_->listDidLoad(controller_->transactionsArray);
+    tellCounts();
 }
 
 // A hidden window is not in use, whatever state its view is in.
@@ -92,7 +119,7 @@ void Panel::awaitLoad() {
     loadIfAwaited();
 }
 
-void Panel::open() {
+void Panel::open(const Opening& /*opening*/) {
     awaitLoad();
     window_->moveToEdge();
     window_->show();
@@ -104,13 +131,11 @@ void Panel::close() {
     if (!updateTimer_.isActive())
         return;
     updateTimer_.stop();
-    awaitsLoad_ = false;
-    if (triggers_)
-        triggers_->stop();
     platform::View::dropHeldPress();
     window_->hide();
     if (closed_)
         closed_();
+    loadIfAwaited();
 }
 
 // A waiting sheet takes Escape for its Cancel, and an answered one takes it for nothing.
@@ -119,6 +144,31 @@ void Panel::escapePressed() {
         controller_->actionSheet->cancelButtonClick();
     else
         close();
+}
+
+// The list changes when it is loaded and when the user has chosen something, which defers work.
+void Panel::setCountsChanged(std::function<void(const Counts&)> handler) {
+    countsChanged_ = std::move(handler);
+    counts_.reset();
+    tellCounts();
+    countWhenIdle();
+}
+
+void Panel::countWhenIdle() {
+    platform::MainQueue::current().whenNextIdle([this, window = QPointer(window_.get())] {
+        if (!window) // the panel is gone with its window
+            return;
+        tellCounts();
+        countWhenIdle();
+    });
+}
+
+void Panel::tellCounts() {
+    if (!countsChanged_ || !controller_)
+        return;
+    const Counts counts = countsOf(controller_->transactionsArray);
+    if (std::exchange(counts_, counts) != counts)
+        countsChanged_(counts);
 }
 
 void Panel::askForUpdate() const {

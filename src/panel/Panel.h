@@ -8,8 +8,24 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace panel {
+
+// How many transactions of a list are overdue, and how many fall due before the day ends.
+struct Counts {
+    int overdue = 0;
+    int dueToday = 0;
+
+    bool operator==(const Counts&) const = default;
+};
+
+// How the panel is opened.
+struct Opening {
+    QString screen;                // QScreen::name(); empty or unknown for the one that it was last on
+    QString activationToken;       // by which the desktop gives it the focus; empty if there is none
+    bool hidesOnFocusLoss = false; // as soon as the user turns to another window
+};
 
 // The widget in its window. Each opening loads a new controller and view, and so does each trigger while the
 // panel is open. If an action that the user chose is still pending, the old view stays until the action has
@@ -25,10 +41,14 @@ public:
     Panel(const Panel&) = delete;
     Panel& operator=(const Panel&) = delete;
 
-    void open();
-    // Hides the window at once. Pending actions are still performed.
+    void open(const Opening& opening = {});
+    // Hides the window at once. Pending actions are still performed, and the list stays true.
     void close();
+    // Called when the panel that was opened has been painted.
+    void setShown(std::function<void()> handler) { shown_ = std::move(handler); }
     void setClosed(std::function<void()> handler) { closed_ = std::move(handler); }
+    // Told at once, and again whenever they have changed.
+    void setCountsChanged(std::function<void(const Counts&)> handler);
 
     [[nodiscard]] PanelWindow& window() const { return *window_; }
     [[nodiscard]] TodayViewController& controller() const { return *controller_; }
@@ -43,6 +63,8 @@ private:
     [[nodiscard]] bool isInUse() const;
     void escapePressed();
     void askForUpdate() const;
+    void tellCounts();
+    void countWhenIdle();
 
     std::unique_ptr<PanelWindow> window_;
     std::unique_ptr<LoadTriggers> triggers_;
@@ -50,7 +72,10 @@ private:
     QTimer updateTimer_;
     bool awaitsLoad_ = false;    // the panel still shows an old view
     bool looksWhenIdle_ = false; // the queue will call back once it is idle
+    std::function<void()> shown_;
     std::function<void()> closed_;
+    std::function<void(const Counts&)> countsChanged_;
+    std::optional<Counts> counts_; // as told last
 };
 
 } // namespace panel

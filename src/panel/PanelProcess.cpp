@@ -1,5 +1,6 @@
 #include "panel/PanelProcess.h"
 
+#include "channel/Connection.h"
 #include "panel/Backdrop.h"
 #include "panel/Panel.h"
 #include "platform/storage/InotifyWatcher.h"
@@ -7,6 +8,7 @@
 #include "platform/system/MainQueue.h"
 #include "platform/system/TerminationSignals.h"
 #include "platform/system/TimerAlarm.h"
+#include "platform/system/Workspace.h"
 #include "platform/views/Accessibility.h"
 
 #include <QApplication>
@@ -29,20 +31,71 @@ void quitWhenIdle() {
         queue.whenNextIdle([] { quitWhenIdle(); });
 }
 
+// The panel as the centre sees it.
+class Extension final {
+public:
+    explicit Extension(int socket)
+        : panel_(backdropOfDesktop(), Height::OfScreen, defaultContentWidth,
+                 std::make_unique<LoadTriggers>(std::make_unique<platform::InotifyWatcher>(),
+                                                std::make_unique<platform::TimerAlarm>()))
+        , center_(socket) {
+        platform::Workspace::setOpener(
+            [this](const QString& url) { return center_.send(channel::OpenUrl{url.toStdString()}); });
+        center_.setReceived([this](const channel::ToExtension& message) {
+            std::visit([this](const auto& asked) { take(asked); }, message);
+        });
+        center_.setEnded([this] { end(); });
+        panel_.setShown([this] { center_.send(channel::Shown{}); });
+        panel_.setClosed([this] { tellClosed(); });
+        panel_.load();
+        panel_.setCountsChanged([this](const Counts& counts) {
+            center_.send(channel::Counts{counts.overdue, counts.dueToday});
+        });
+        center_.send(channel::Ready{channel::protocolVersion});
+    }
+    ~Extension() { platform::Workspace::setOpener({}); }
+    Extension(const Extension&) = delete;
+    Extension& operator=(const Extension&) = delete;
+
+    // The panel closes at once.
+    void end() {
+        panel_.close();
+        quitWhenIdle();
+    }
+
+private:
+    void take(const channel::Show& asked) {
+        panel_.open({.screen = QString::fromStdString(asked.screen),
+                     .activationToken = QString::fromStdString(asked.activationToken),
+                     .hidesOnFocusLoss = asked.hidesOnFocusLoss});
+    }
+    void take(const channel::Hide&) { panel_.close(); }
+    void take(const channel::Quit&) { end(); }
+    void take(const channel::Motion&) {}
+
+    void tellClosed() {
+        center_.send(channel::Closed{});
+        platform::MainQueue& queue = platform::MainQueue::current();
+        if (queue.isIdle())
+            return;
+        center_.send(channel::Pending{true});
+        queue.whenNextIdle([this] { center_.send(channel::Pending{false}); });
+    }
+
+    Panel panel_;
+    channel::ConnectionToCenter center_;
+};
+
 } // namespace
 
-int showPanel() {
+int runExtension(int socket) {
     // A file that grows beyond the process's limit is a write that fails, like one on a full disk.
     std::signal(SIGXFSZ, SIG_IGN);
     QApplication::setQuitOnLastWindowClosed(false);
     platform::installViewAccessibility();
     platform::DisplayConnection::setBeforeEnd([] { platform::MainQueue::current().finish(); });
-    Panel panel(backdropOfDesktop(), Height::OfScreen, defaultContentWidth,
-                std::make_unique<LoadTriggers>(std::make_unique<platform::InotifyWatcher>(),
-                                               std::make_unique<platform::TimerAlarm>()));
-    panel.setClosed([] { quitWhenIdle(); });
-    const platform::TerminationSignals signals([&panel] { panel.close(); });
-    panel.open();
+    Extension extension(socket);
+    const platform::TerminationSignals signals([&extension] { extension.end(); });
     return QApplication::exec();
 }
 

@@ -2,8 +2,9 @@
 
 namespace panel {
 
-// Shows the panel until it is closed and nothing that the user has chosen is pending. Returns the exit
-// status.
-int showPanel();
+// The extension of the resident program: keeps the panel ready, hidden until the centre at the other end of a
+// socket (of SOCK_SEQPACKET) asks for it. Runs until the centre says so, or is gone, or the process is asked
+// to end, and nothing that the user has chosen is pending. Returns the exit status.
+int runExtension(int socket);
 
 } // namespace panel

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace panel {
 
@@ -149,6 +150,13 @@ void PanelWindow::moveToEdge() {
 }
 
 void PanelWindow::paintEvent(QPaintEvent*) {
+    if (std::exchange(tellsPainted_, false) && painted_) {
+        const auto tell = [this] {
+            if (painted_)
+                painted_();
+        };
+        QMetaObject::invokeMethod(this, tell, Qt::QueuedConnection); // the views above are painted after it
+    }
     QPainter painter(this);
     if (backdrop_ == Backdrop::SquareOpaque) {
         painter.fillRect(rect(), opaqueColor);
@@ -182,6 +190,7 @@ void PanelWindow::closeEvent(QCloseEvent* event) {
 
 void PanelWindow::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
+    tellsPainted_ = true;
     windowHandle()->installEventFilter(this);
 }
 

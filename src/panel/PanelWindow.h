@@ -32,6 +32,9 @@ public:
     // Called when a mouse button has been released anywhere in the window.
     void setMouseReleased(std::function<void()> handler) { mouseReleased_ = std::move(handler); }
 
+    // Called once each time the window has been shown, when all of it is painted.
+    void setPainted(std::function<void()> handler) { painted_ = std::move(handler); }
+
     // Moves the window to the right edge of the screen. Has no effect where the desktop places windows.
     void moveToEdge();
 
@@ -64,6 +67,8 @@ private:
     std::function<void()> escapePressed_;
     std::function<void()> closeRequested_;
     std::function<void()> mouseReleased_;
+    std::function<void()> painted_;
+    bool tellsPainted_ = false;
 };
 
 } // namespace panel

@@ -17,12 +17,25 @@ constexpr platform::CommandLineOption knownOptions[] = {
     {"--containers", "DIR",
      "the folder of the group containers (otherwise $KORVEL_GROUP_CONTAINERS,\n"
      "otherwise group-containers in $XDG_DATA_HOME)"},
+    {"--background", "", "start without showing the panel; for the start of a session"},
+    {"--show", "", "show the panel (what is done without an option)"},
+    {"--toggle", "", "show the panel, or hide it if it is shown; for a key"},
+    {"--hide", "", "hide the panel"},
+    {"--quit", "", "end the program once nothing is pending"},
     {"--snapshot", "FILE.png", "draw the widget into a file and end; needs no display"},
     {"--scale", "N", "pixels to a point, 0.5 to 8 (1)"},
     {"--locale", "NAME", "language, direction, calendar and dates, as LC_ALL names them"},
     {"--width", "PX", "width of the content in points (320)"},
     {"--version", "", "the version and the group whose container is read"},
     {"--help", "", "this text"},
+};
+
+constexpr std::pair<const char*, std::string_view> commandOptions[] = {
+    {"--background", center::backgroundCommand},
+    {"--show", center::showCommand},
+    {"--toggle", center::toggleCommand},
+    {"--hide", center::hideCommand},
+    {"--quit", center::quitCommand},
 };
 
 UsageError error(const char* message, const std::string& what) {
@@ -58,7 +71,19 @@ std::variant<Options, UsageError> parseOptions(const std::vector<std::string>& a
     options.showsHelp = line.has("--help");
     options.showsVersion = line.has("--version");
     options.containers = line.value("--containers").value_or("");
+    const char* asked = nullptr;
+    for (const auto& [option, command] : commandOptions) {
+        if (!line.has(option))
+            continue;
+        if (asked)
+            return UsageError{QStringLiteral("%1 and %2 do not go together")
+                                  .arg(QLatin1String(asked), QLatin1String(option))};
+        asked = option;
+        options.command = command;
+    }
     if (line.has("--snapshot")) {
+        if (asked)
+            return error("%1 does not go with --snapshot", asked);
         panel::Snapshot snapshot;
         if (const auto fault = readSnapshot(line, snapshot))
             return *fault;
@@ -73,13 +98,16 @@ std::variant<Options, UsageError> parseOptions(const std::vector<std::string>& a
 
 QString helpText() {
     return QStringLiteral(
-               R"(Shows planned transactions in a panel at the edge of the screen. Escape closes it.
+               R"(Shows planned transactions in a panel at the edge of the screen. Escape hides it; the program stays ready.
+A start beside one that runs passes on what it is asked for and ends.
 
-Usage: korvel-today [--containers DIR] [--snapshot FILE.png [--scale N] [--locale NAME] [--width PX]]
+Usage: korvel-today [--containers DIR] [--background | --show | --toggle | --hide | --quit]
+       korvel-today [--containers DIR] --snapshot FILE.png [--scale N] [--locale NAME] [--width PX]
        korvel-today --version | --help
 
 %1
-Exit status: 0 done, 1 the snapshot could not be written, 2 wrong usage.
+Exit status: 0 done, 1 the snapshot could not be written, there is no display, or the program that runs already does
+not answer, 2 wrong usage.
 )")
         .arg(QString::fromStdString(platform::helpInColumns(platform::helpLines(knownOptions))));
 }

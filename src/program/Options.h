@@ -1,5 +1,6 @@
 #pragma once
 
+#include "center/Commands.h"
 #include "panel/Snapshot.h"
 
 #include <QString>
@@ -15,6 +16,7 @@ namespace program {
 struct Options {
     std::string containers; // the folder of the group containers; empty if the environment names it
     std::optional<panel::Snapshot> snapshot;
+    std::string command{center::showCommand}; // what the centre is asked for
     bool showsVersion = false;
     bool showsHelp = false;
 };

@@ -1,24 +1,89 @@
 #include "program/Program.h"
 
+#include "center/CenterProcess.h"
 #include "panel/PanelProcess.h"
 #include "panel/Snapshot.h"
 #include "platform/storage/GroupContainers.h"
 #include "platform/system/DisplayConnection.h"
+#include "platform/system/NumberText.h"
 #include "program/Options.h"
 #include "resources/Language.h"
 
 #include <QApplication>
+#include <QFile>
 
 #include <cstdio>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <sys/stat.h>
 
 namespace program {
 
-int run(int argc, char** argv) {
-    const auto parsed = parseOptions({argv + 1, argv + argc});
-    if (const auto* fault = std::get_if<UsageError>(&parsed)) {
-        std::fprintf(stderr, "korvel-today: %s\n", qUtf8Printable(fault->message));
-        return 2;
+namespace {
+
+// That of whoever has started this program: of Wayland, else of X11's startup notification.
+std::string activationToken() {
+    for (const char* name : {"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"})
+        if (const QByteArray token = qgetenv(name); !token.isEmpty())
+            return token.toStdString();
+    return {};
+}
+
+// Without an address, the library of the bus would start one where there is none.
+void startNoSessionBus() {
+    constexpr const char* address = "DBUS_SESSION_BUS_ADDRESS";
+    if (!qEnvironmentVariableIsEmpty(address))
+        return;
+    const QByteArray path = qgetenv("XDG_RUNTIME_DIR") + "/bus";
+    qputenv(address, "unix:path=" + (QFile::exists(QFile::decodeName(path)) ? path : "/dev/null"));
+}
+
+// Qt would take options of its own from the arguments, which this program does not have.
+class Application final {
+public:
+    explicit Application(char** arguments)
+        : application_(count_, arguments) {
+        platform::DisplayConnection::setReached();
+        QGuiApplication::setDesktopFileName(QStringLiteral("com.korvel.today"));
+        resources::installLanguage();
     }
+
+private:
+    int count_ = 1;
+    QApplication application_;
+};
+
+// The role in which the program starts itself; nobody else has such a socket to give.
+std::optional<int> socketOfExtension(int argc, char** argv) {
+    if (argc != 3 || std::string_view(argv[1]) != "--extension")
+        return std::nullopt;
+    return platform::numberFromText<int>(argv[2]).value_or(-1);
+}
+
+bool isSocket(int descriptor) {
+    struct stat status {};
+    return fstat(descriptor, &status) == 0 && S_ISSOCK(status.st_mode);
+}
+
+int usageError(const QString& message) {
+    std::fprintf(stderr, "korvel-today: %s\n", qUtf8Printable(message));
+    return 2;
+}
+
+} // namespace
+
+int run(int argc, char** argv) {
+    if (const auto socket = socketOfExtension(argc, argv)) {
+        if (!isSocket(*socket))
+            return usageError(QStringLiteral("--extension is for the program itself"));
+        platform::DisplayConnection::watch();
+        const Application application(argv);
+        return panel::runExtension(*socket);
+    }
+    const auto parsed = parseOptions({argv + 1, argv + argc});
+    if (const auto* fault = std::get_if<UsageError>(&parsed))
+        return usageError(fault->message);
     const auto& options = std::get<Options>(parsed);
     if (options.showsHelp || options.showsVersion) {
         std::fputs(qUtf8Printable(options.showsHelp ? helpText() : versionText()), stdout);
@@ -28,15 +93,19 @@ int run(int argc, char** argv) {
         platform::GroupContainers::setFolder(options.containers);
     if (options.snapshot)
         panel::prepareSnapshot(*options.snapshot);
+    const center::Start start{{options.command, activationToken()}, options.containers};
+    std::optional<center::SingleInstance> instance;
+    if (!options.snapshot) {
+        instance.emplace(center::instanceName(options.containers));
+        if (const auto status = center::askRunning(*instance, start))
+            return *status;
+    }
+    startNoSessionBus();
     platform::DisplayConnection::watch();
-    // Qt would take options of its own from the arguments, which this program does not have.
-    int count = 1;
-    QApplication application(count, argv);
-    platform::DisplayConnection::setReached();
-    resources::installLanguage();
+    const Application application(argv);
     if (options.snapshot)
         return panel::writeSnapshot(*options.snapshot) ? 0 : 1;
-    return panel::showPanel();
+    return center::runCenter(*instance, start);
 }
 
 } // namespace program

@@ -71,13 +71,20 @@ class Host:
 class Panel:
     """A panel that shows a container's list."""
 
-    def __init__(self, desktop, container, locale=LEFT_TO_RIGHT, scale=1):
+    def __init__(self, desktop, container, locale=LEFT_TO_RIGHT, scale=1, env=()):
         self.container, self.scale = container, scale
         self.mirrored = locale == RIGHT_TO_LEFT
         env = {"QT_SCALE_FACTOR": str(scale), "LC_ALL": locale, "LANGUAGE": "",
-               "LOCPATH": os.environ["KORVEL_TEST_LOCALES"]}
+               "LOCPATH": os.environ["KORVEL_TEST_LOCALES"]} | dict(env)
         self.program = desktop.run([PANEL, "--containers", container.containers], env)
         self.window = self.program.window()
+
+    def wait_until_hidden(self):
+        harness.wait_for(lambda: not self.window.shown(), "a hidden panel")
+
+    def extension(self):
+        """The process that has the window."""
+        return int(self.window.property("_NET_WM_PID").rpartition("=")[2])
 
     def wait_for_height(self, content):
         """Waits until the window is as high as a content of this height makes it."""
@@ -269,7 +276,8 @@ class Flow(harness.DesktopTest):
 
     def close(self):
         self.panel.window.press("Escape")
-        self.assertEqual(self.panel.program.end_status(), 0)
+        self.panel.wait_until_hidden()
+        self.assertEqual(self.panel.program.terminate(), 0)
         self.assertEqual(self.panel.program.err, "")
 
     def assert_untouched(self):

@@ -58,16 +58,30 @@ def _output(command, env):
     return done.stdout if done.returncode == 0 else None
 
 
-def _children():
-    """The processes that are this one's children now, the adopted ones too."""
-    me = str(os.getpid())
-    for stat in pathlib.Path("/proc").glob("[0-9]*/stat"):
-        try:
-            fields = stat.read_text().rpartition(")")[2].split()
-        except OSError:
-            continue
-        if fields[1] == me and fields[0] != "Z":
-            yield int(stat.parent.name)
+def children(pid):
+    """The processes that are a process's children now, the adopted ones too."""
+    for folder in pathlib.Path("/proc").glob("[0-9]*"):
+        fields = _status(folder.name)
+        if fields and fields[1] == str(pid) and fields[0] != "Z":
+            yield int(folder.name)
+
+
+def _status(pid):
+    """What the kernel tells of a process, from its state's letter on, or nothing where it is gone."""
+    try:
+        return pathlib.Path(f"/proc/{pid}/stat").read_text().rpartition(")")[2].split()
+    except OSError:
+        return []
+
+
+def state(pid):
+    """The letter of a process's state, or none where it is gone."""
+    return next(iter(_status(pid)), None)
+
+
+def parent(pid):
+    """The process that a living one is a child of."""
+    return int(_status(pid)[1])
 
 
 @dataclasses.dataclass(frozen=True)
@@ -77,6 +91,21 @@ class Geometry:
     y: int
     width: int
     height: int
+
+
+class Opens:
+    """Counts how often a file is opened from now on."""
+
+    def __init__(self, path):
+        self._events = _libc.inotify_init1(os.O_NONBLOCK | os.O_CLOEXEC)
+        assert _libc.inotify_add_watch(self._events, os.fsencode(path), 0x20) >= 0  # IN_OPEN
+        self._count = 0
+
+    def count(self):
+        with contextlib.suppress(BlockingIOError):
+            while events := os.read(self._events, 1 << 16):
+                self._count += len(events) // 16  # of a file there is no name behind an event
+        return self._count
 
 
 class Picture:
@@ -203,10 +232,15 @@ class Program:
     def running(self):
         return self.process.poll() is None
 
+    def pids(self):
+        """The process and its children."""
+        return [self.process.pid, *children(self.process.pid)]
+
     def windows(self):
-        """Its windows that can be seen now."""
-        found = _output(("xdotool", "search", "--onlyvisible", "--pid", str(self.process.pid)), self.desktop.env)
-        return [Window(self.desktop, ident) for ident in (found or b"").decode().split()]
+        """Its windows that can be seen now, and those of its children."""
+        found = [_output(("xdotool", "search", "--onlyvisible", "--pid", str(pid)), self.desktop.env) or b""
+                 for pid in self.pids()]
+        return [Window(self.desktop, ident) for ident in b"".join(found).decode().split()]
 
     def window(self):
         """Its one window, once it is there."""
@@ -221,14 +255,22 @@ class Program:
 
     @contextlib.contextmanager
     def paused(self):
-        """Holds the program still: what the mouse and the keyboard do meanwhile reaches it at one blow, before any
+        """Holds the program with its children still: what the mouse and the keyboard do meanwhile reaches it at one blow, before any
         time has passed for it. So "at once after" does not hang on how fast the machine is."""
-        os.kill(self.process.pid, signal.SIGSTOP)
-        os.waitid(os.P_PID, self.process.pid, os.WSTOPPED)
+        pids = self.pids()
+        for pid in pids:
+            os.kill(pid, signal.SIGSTOP)
+        wait_for(lambda: all(state(pid) == "T" for pid in pids), "stopped processes")
         try:
             yield
         finally:
-            os.kill(self.process.pid, signal.SIGCONT)
+            for pid in pids:
+                os.kill(pid, signal.SIGCONT)
+
+    def terminate(self):
+        """Asks it to end and gives its exit status."""
+        self.process.terminate()
+        return self.end_status()
 
     def end_status(self):
         """The exit status, once it has ended by itself; negative for a signal."""
@@ -239,7 +281,7 @@ class Program:
 class Desktop:
     """The X server and what belongs to it. `env` is the environment of whatever runs on it."""
 
-    def __init__(self, width=1280, height=800, compositor=False, accessibility=False, env=()):
+    def __init__(self, width=1280, height=800, compositor=False, accessibility=False, bus=False, env=()):
         _libc.prctl(_PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0)
         self._processes = []
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="korvel-desktop-"))
@@ -249,6 +291,8 @@ class Desktop:
             self._start_window_manager()
             if compositor:
                 self._start_compositor()
+            if bus or accessibility:
+                self._start_bus()
             if accessibility:
                 self._start_accessibility()
         except BaseException:
@@ -317,14 +361,21 @@ class Desktop:
         self.start(("xcompmgr",))
         wait_for(self.composited, "a compositor")
 
-    def _start_accessibility(self):
+    def _start_bus(self):
         ours, its = os.pipe()
         try:
-            self.start(("dbus-daemon", "--session", "--nofork", "--nopidfile", f"--print-address={its}"),
+            self._bus = self.start(("dbus-daemon", "--session", "--nofork", "--nopidfile", f"--print-address={its}"),
                        pass_fds=(its,))
         finally:
             os.close(its)
         self.env["DBUS_SESSION_BUS_ADDRESS"] = self._line_from(ours)
+
+    def end_bus(self):
+        """Ends the session bus, at once."""
+        self._bus.kill()
+        self._bus.wait(DEADLINE)
+
+    def _start_accessibility(self):
         self.env["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
         del self.env["NO_AT_BRIDGE"]
         self.start(("/usr/libexec/at-spi-bus-launcher", "--launch-immediately"))
@@ -400,7 +451,7 @@ class Desktop:
                 except subprocess.TimeoutExpired:
                     continue
         self._processes.clear()
-        for child in _children():
+        for child in children(os.getpid()):
             os.kill(child, signal.SIGKILL)
             os.waitpid(child, 0)
         shutil.rmtree(self.folder, ignore_errors=True)

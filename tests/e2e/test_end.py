@@ -40,6 +40,19 @@ class RightAfterAChoice(flows.Flow):
                 self.assertEqual(self.panel.program.err, "")
                 self.assert_later_carried_out()
 
+    def test_a_signal_to_the_process_with_the_window_ends_it_only_when_the_choice_is_written(self):
+        self.choose()
+        os.kill(self.panel.extension(), signal.SIGTERM)
+        self.assert_later_carried_out()
+        self.assertEqual(self.panel.program.terminate(), 0)
+
+    def test_the_death_of_the_resident_process_loses_no_choice(self):
+        self.choose()
+        extension = self.panel.extension()
+        self.panel.program.process.kill()
+        self.assert_later_carried_out()
+        harness.wait_for(lambda: harness.state(extension) in (None, "Z"), "the end of the other process")
+
     def test_a_second_signal_does_not_hurry_it(self):
         self.choose()
         for _ in range(3):
@@ -57,7 +70,7 @@ class RightAfterAChoice(flows.Flow):
     def test_a_limit_of_the_size_of_files_does_not_end_the_panel(self):
         self.open([overdue(1)])
         self.panel.wait_for_rows(1)
-        status = pathlib.Path(f"/proc/{self.panel.program.process.pid}/status").read_text()
+        status = pathlib.Path(f"/proc/{self.panel.extension()}/status").read_text()
         ignored = int(re.search(r"^SigIgn:\s*(\w+)", status, re.MULTILINE).group(1), 16)
         self.assertTrue(ignored >> (signal.SIGXFSZ - 1) & 1, "a file beyond the limit is a write that fails")
 

@@ -222,13 +222,15 @@ class Sheet(flows.Flow):
         with self.panel.program.paused():
             self.panel.choose(2)
             self.panel.window.press("alt+F4")
-        self.assertEqual(self.panel.program.end_status(), 0)
+        self.panel.wait_until_hidden()
+        self.assertEqual(self.panel.program.terminate(), 0)
         self.assert_carried_out(self.moved, logged(2, self.records[0], 3))
 
     def test_window_closed_with_a_waiting_sheet_chooses_nothing(self):
         self.open_sheet("Delete", 0, shown=2, choices=2)
         self.panel.window.press("alt+F4")
-        self.assertEqual(self.panel.program.end_status(), 0)
+        self.panel.wait_until_hidden()
+        self.assertEqual(self.panel.program.terminate(), 0)
         self.assert_untouched()
 
 
@@ -273,7 +275,8 @@ class Paid(flows.Flow):
         with self.panel.program.paused():
             self.panel.click_button("Paid", 4)
             self.panel.window.press("Escape")
-        self.assertEqual(self.panel.program.end_status(), 0)
+        self.panel.wait_until_hidden()
+        self.assertEqual(self.panel.program.terminate(), 0)
         self.assert_only_paid(4)
 
 

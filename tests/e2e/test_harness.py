@@ -122,7 +122,7 @@ class Ends(unittest.TestCase):
         self.assertTrue(all(map(running, pids)))
         desktop.end()
         self.assertEqual([pid for pid in pids if running(pid)], [])
-        self.assertEqual(list(harness._children()), [])
+        self.assertEqual(list(harness.children(os.getpid())), [])
         self.assertFalse(folder.exists())
 
     def test_killed_test_takes_its_desktop_along(self):

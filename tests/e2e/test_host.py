@@ -76,7 +76,8 @@ class DemoHost(harness.DesktopTest):
         self.assertEqual(self.users_files(), self.before)
 
     def end(self, session):
-        session.panel.window.press("Escape")
+        subprocess.run([flows.PANEL, "--containers", self.container.containers, "--quit"], env=self.desktop.env, check=True,
+                       timeout=harness.DEADLINE)
         self.assertEqual(session.program.end_status(), 0)
         self.assertEqual(session.program.err, "")
         self.assert_nothing_left()
@@ -160,8 +161,10 @@ class DemoHost(harness.DesktopTest):
 
     def test_ends_with_a_panel_that_dies(self):
         session = self.start()
-        os.kill(session.process_of(session.panel.window), signal.SIGKILL)
+        extension = session.process_of(session.panel.window)
+        os.kill(harness.parent(extension), signal.SIGKILL)
         self.assertEqual(session.program.end_status(), 128 + signal.SIGKILL)
+        harness.wait_for(lambda: harness.state(extension) in (None, "Z"), "the end of the other process")
         self.assert_nothing_left()
 
     def test_gives_the_panels_options_and_its_exit_status(self):

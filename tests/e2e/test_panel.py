@@ -38,7 +38,8 @@ class OnScreen(harness.DesktopTest):
                 program, window = self.open(count, {"QT_SCALE_FACTOR": str(scale)})
                 window.wait_for_size(width * scale, height * scale)
                 window.press("Escape")
-                self.assertEqual(program.end_status(), 0)
+                harness.wait_for(lambda: not window.shown(), "a hidden panel")
+                self.assertEqual(program.terminate(), 0)
                 self.assertEqual(program.err, "")
 
     def test_is_one_row_high_without_transactions(self):
@@ -68,7 +69,8 @@ class OnScreen(harness.DesktopTest):
         feed = self.container.folder / "notifications.xml"
         before = feed.read_bytes()
         window.press("Escape")
-        self.assertEqual(program.end_status(), 0)
+        harness.wait_for(lambda: not window.shown(), "a hidden panel")
+        self.assertEqual(program.terminate(), 0)
         self.assertEqual(feed.read_bytes(), before)
 
     def test_opens_without_a_container(self):

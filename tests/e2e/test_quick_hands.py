@@ -29,7 +29,8 @@ class QuickHand(flows.Flow):
         for time in times_in(variant):
             while not self.panel_after(records, variant, lambda: steps_in(time)):
                 self.panel.window.press("alt+F4")
-                self.panel.program.end_status()
+                self.panel.wait_until_hidden()
+                self.panel.program.terminate()
             yield self.panel
 
     def panel_after(self, records, variant, steps):

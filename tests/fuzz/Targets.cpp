@@ -1,5 +1,6 @@
 #include "fuzz/Targets.h"
 
+#include "channel/Message.h"
 #include "platform/plist/ExpandedSize.h"
 #include "platform/plist/Reader.h"
 #include "platform/plist/RecordEditor.h"
@@ -207,6 +208,27 @@ void editThenRead(std::string_view bytes) {
     const Value expected = editedValue(*array, added);
     // The source's own spelling loses nothing; the writer loses what it is stated to drop.
     require(std::get<Value>(again) == expected || std::get<Value>(again) == writtenValue(expected));
+}
+
+namespace {
+
+template <class Messages>
+void readAndWrite(std::string_view bytes) {
+    const auto message = channel::messageOf<Messages>(bytes);
+    if (!message)
+        return;
+    const auto packet = channel::packetOf(*message);
+    require(packet && packet->size() <= channel::longestPacket);
+    require(channel::messageOf<Messages>(*packet) == message);
+}
+
+} // namespace
+
+void readMessage(std::string_view bytes) {
+    readAndWrite<channel::ToExtension>(bytes);
+    readAndWrite<channel::FromExtension>(bytes);
+    readAndWrite<channel::ToSecondStart>(bytes);
+    readAndWrite<channel::FromSecondStart>(bytes);
 }
 
 } // namespace fuzz

@@ -16,5 +16,7 @@ void readAscii(std::string_view bytes);
 void writeAfterRead(std::string_view bytes);
 // Any form: to edit a list and then read it gives the same as to read it and then change its value.
 void editThenRead(std::string_view bytes);
+// A packet of any of the processes of korvel-today; a message that is read is written and read again the same.
+void readMessage(std::string_view bytes);
 
 } // namespace fuzz

@@ -22,9 +22,11 @@ ROOMS = {room: (set(rooms.split()), {"std", *foreign.split()}) for room, rooms, 
     ("views/rows", "views/controls model exchange " + _VIEWS, _WIDGETS),
     ("controller", "views/rows views/controls exchange model resources platform/views platform/extension " + _PLATFORM,
      _WIDGETS),
-    ("panel", "controller exchange model resources platform/views platform/extension " + _PLATFORM,
+    ("channel", "", "posix QtCore"),
+    ("panel", "channel controller exchange model resources platform/views platform/extension " + _PLATFORM,
      "posix xcb " + _WIDGETS),
-    ("program", "panel model resources " + _PLATFORM, _WIDGETS),
+    ("center", "channel model resources " + _PLATFORM, "posix QtDBus " + _WIDGETS),
+    ("program", "center panel model resources " + _PLATFORM, "posix " + _WIDGETS),
     ("ctl", "exchange model " + _PLATFORM, "posix nlohmann QtCore QtGui"),
 )}
 

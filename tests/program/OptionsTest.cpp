@@ -30,6 +30,7 @@ TEST(Options, askForThePanelWithoutArguments) {
     const Options options = parsed({});
     EXPECT_TRUE(options.containers.empty());
     EXPECT_FALSE(options.snapshot.has_value());
+    EXPECT_EQ(options.command, "show");
     EXPECT_FALSE(options.showsHelp);
     EXPECT_FALSE(options.showsVersion);
 }
@@ -37,6 +38,11 @@ TEST(Options, askForThePanelWithoutArguments) {
 TEST(Options, takeAFolderOfContainersInBothSpellings) {
     EXPECT_EQ(parsed({"--containers", "/a b"}).containers, "/a b");
     EXPECT_EQ(parsed({"--containers=/a=b"}).containers, "/a=b");
+}
+
+TEST(Options, nameWhatTheProgramThatRunsIsAskedFor) {
+    for (const char* command : {"background", "show", "toggle", "hide", "quit"})
+        EXPECT_EQ(parsed({std::string("--") + command}).command, command);
 }
 
 TEST(Options, takeASnapshotAtScaleOneAnd320PointsWide) {
@@ -65,8 +71,8 @@ TEST(Options, sayVersionAndFullEditionsGroup) {
 
 TEST(Options, nameEachOptionInTheHelp) {
     EXPECT_TRUE(parsed({"--help"}).showsHelp);
-    for (const char* name :
-         {"--containers", "--snapshot", "--scale", "--locale", "--width", "--version", "--help"})
+    for (const char* name : {"--containers", "--background", "--show", "--toggle", "--hide", "--quit",
+                             "--snapshot", "--scale", "--locale", "--width", "--version", "--help"})
         EXPECT_TRUE(program::helpText().contains(QLatin1String(name))) << name;
 }
 
@@ -84,6 +90,10 @@ INSTANTIATE_TEST_SUITE_P(
         Misuse{{"--containers="}, "--containers needs a value"},
         Misuse{{"--version=1"}, "--version takes no value"},
         Misuse{{"--containers", "a", "--containers", "b"}, "--containers is given twice"},
+        Misuse{{"--show", "--hide"}, "--show and --hide do not go together"},
+        Misuse{{"--quit", "--snapshot", "x"}, "--quit does not go with --snapshot"},
+        Misuse{{"--toggle=1"}, "--toggle takes no value"},
+        Misuse{{"--extension", "3"}, "unknown option --extension"},
         Misuse{{"--scale", "2"}, "--scale goes with --snapshot"},
         Misuse{{"--locale", "de"}, "--locale goes with --snapshot"},
         Misuse{{"--width", "300"}, "--width goes with --snapshot"},

@@ -35,6 +35,22 @@
         <source></source>
         <translation>إلغاء</translation>
     </message>
+    <message id="FailureTitle">
+        <source></source>
+        <translation>تعذّر تحميل القائمة</translation>
+    </message>
+    <message id="FailureText">
+        <source></source>
+        <translation>بياناتك لم تُمسّ. يعيد Korvel Today المحاولة من تلقاء نفسه، وكلما تغيّر شيء في المجلد المشترك.</translation>
+    </message>
+    <message id="FailureTryAgain">
+        <source></source>
+        <translation>إعادة المحاولة</translation>
+    </message>
+    <message id="FailureExplain">
+        <source></source>
+        <translation>ما المشكلة؟</translation>
+    </message>
     <message id="PaidButtonHelp">
         <source></source>
         <translation>وضع علامة مدفوع</translation>

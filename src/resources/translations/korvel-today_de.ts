@@ -35,6 +35,22 @@
         <source></source>
         <translation>Abbrechen</translation>
     </message>
+    <message id="FailureTitle">
+        <source></source>
+        <translation>Die Liste konnte nicht geladen werden</translation>
+    </message>
+    <message id="FailureText">
+        <source></source>
+        <translation>Deine Daten sind unberührt. Korvel Today versucht es von selbst wieder, auch sobald sich im gemeinsamen Ordner etwas ändert.</translation>
+    </message>
+    <message id="FailureTryAgain">
+        <source></source>
+        <translation>Erneut versuchen</translation>
+    </message>
+    <message id="FailureExplain">
+        <source></source>
+        <translation>Was stimmt nicht?</translation>
+    </message>
     <message id="PaidButtonHelp">
         <source></source>
         <translation>Als bezahlt markieren</translation>

@@ -35,6 +35,22 @@
         <source></source>
         <translation>Cancel</translation>
     </message>
+    <message id="FailureTitle">
+        <source></source>
+        <translation>The list could not be loaded</translation>
+    </message>
+    <message id="FailureText">
+        <source></source>
+        <translation>Your data is untouched. Korvel Today tries again by itself, and as soon as something changes in the shared folder.</translation>
+    </message>
+    <message id="FailureTryAgain">
+        <source></source>
+        <translation>Try again</translation>
+    </message>
+    <message id="FailureExplain">
+        <source></source>
+        <translation>What is wrong?</translation>
+    </message>
     <message id="PaidButtonHelp">
         <source></source>
         <translation>Mark as paid</translation>

@@ -35,6 +35,22 @@
         <source></source>
         <translation>Cancelar</translation>
     </message>
+    <message id="FailureTitle">
+        <source></source>
+        <translation>No se pudo cargar la lista</translation>
+    </message>
+    <message id="FailureText">
+        <source></source>
+        <translation>Tus datos están intactos. Korvel Today lo intenta de nuevo por sí solo, y en cuanto algo cambia en la carpeta compartida.</translation>
+    </message>
+    <message id="FailureTryAgain">
+        <source></source>
+        <translation>Intentar de nuevo</translation>
+    </message>
+    <message id="FailureExplain">
+        <source></source>
+        <translation>¿Qué ocurre?</translation>
+    </message>
     <message id="PaidButtonHelp">
         <source></source>
         <translation>Marcar como pagado</translation>

@@ -35,6 +35,22 @@
         <source></source>
         <translation>لغو</translation>
     </message>
+    <message id="FailureTitle">
+        <source></source>
+        <translation>فهرست بار نشد</translation>
+    </message>
+    <message id="FailureText">
+        <source></source>
+        <translation>داده‌های شما دست‌نخورده است. Korvel Today خودش دوباره تلاش می‌کند، و همین که چیزی در پوشهٔ مشترک تغییر کند.</translation>
+    </message>
+    <message id="FailureTryAgain">
+        <source></source>
+        <translation>تلاش دوباره</translation>
+    </message>
+    <message id="FailureExplain">
+        <source></source>
+        <translation>مشکل چیست؟</translation>
+    </message>
     <message id="PaidButtonHelp">
         <source></source>
         <translation>علامت‌گذاری به‌عنوان پرداخت‌شده</translation>

@@ -35,6 +35,22 @@
         <source></source>
         <translation>Annuler</translation>
     </message>
+    <message id="FailureTitle">
+        <source></source>
+        <translation>La liste n’a pas pu être chargée</translation>
+    </message>
+    <message id="FailureText">
+        <source></source>
+        <translation>Vos données sont intactes. Korvel Today réessaie de lui-même, et dès que quelque chose change dans le dossier partagé.</translation>
+    </message>
+    <message id="FailureTryAgain">
+        <source></source>
+        <translation>Réessayer</translation>
+    </message>
+    <message id="FailureExplain">
+        <source></source>
+        <translation>Que se passe-t-il ?</translation>
+    </message>
     <message id="PaidButtonHelp">
         <source></source>
         <translation>Marquer comme payée</translation>

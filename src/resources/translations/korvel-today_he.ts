@@ -35,6 +35,22 @@
         <source></source>
         <translation>ביטול</translation>
     </message>
+    <message id="FailureTitle">
+        <source></source>
+        <translation>לא ניתן היה לטעון את הרשימה</translation>
+    </message>
+    <message id="FailureText">
+        <source></source>
+        <translation>הנתונים שלך לא נפגעו. Korvel Today ינסה שוב מעצמו, וגם ברגע שמשהו ישתנה בתיקייה המשותפת.</translation>
+    </message>
+    <message id="FailureTryAgain">
+        <source></source>
+        <translation>ניסיון נוסף</translation>
+    </message>
+    <message id="FailureExplain">
+        <source></source>
+        <translation>מה לא תקין?</translation>
+    </message>
     <message id="PaidButtonHelp">
         <source></source>
         <translation>סמן כשולם</translation>

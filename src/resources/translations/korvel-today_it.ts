@@ -35,6 +35,22 @@
         <source></source>
         <translation>Annulla</translation>
     </message>
+    <message id="FailureTitle">
+        <source></source>
+        <translation>Impossibile caricare l’elenco</translation>
+    </message>
+    <message id="FailureText">
+        <source></source>
+        <translation>I tuoi dati sono intatti. Korvel Today riprova da solo, e non appena qualcosa cambia nella cartella condivisa.</translation>
+    </message>
+    <message id="FailureTryAgain">
+        <source></source>
+        <translation>Riprova</translation>
+    </message>
+    <message id="FailureExplain">
+        <source></source>
+        <translation>Che cosa non va?</translation>
+    </message>
     <message id="PaidButtonHelp">
         <source></source>
         <translation>Segna come pagato</translation>

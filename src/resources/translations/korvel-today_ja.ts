@@ -35,6 +35,22 @@
         <source></source>
         <translation>キャンセル</translation>
     </message>
+    <message id="FailureTitle">
+        <source></source>
+        <translation>リストを読み込めませんでした</translation>
+    </message>
+    <message id="FailureText">
+        <source></source>
+        <translation>データはそのままです。Korvel Today は自動的に、また共有フォルダーに変更があったときに、もう一度試します。</translation>
+    </message>
+    <message id="FailureTryAgain">
+        <source></source>
+        <translation>もう一度試す</translation>
+    </message>
+    <message id="FailureExplain">
+        <source></source>
+        <translation>何が問題か</translation>
+    </message>
     <message id="PaidButtonHelp">
         <source></source>
         <translation>支払い済みにする</translation>

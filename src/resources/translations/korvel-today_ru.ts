@@ -35,6 +35,22 @@
         <source></source>
         <translation>Отмена</translation>
     </message>
+    <message id="FailureTitle">
+        <source></source>
+        <translation>Не удалось загрузить список</translation>
+    </message>
+    <message id="FailureText">
+        <source></source>
+        <translation>Ваши данные не тронуты. Korvel Today попробует снова само, а также как только в общей папке что-то изменится.</translation>
+    </message>
+    <message id="FailureTryAgain">
+        <source></source>
+        <translation>Повторить</translation>
+    </message>
+    <message id="FailureExplain">
+        <source></source>
+        <translation>Что не так?</translation>
+    </message>
     <message id="PaidButtonHelp">
         <source></source>
         <translation>Отметить как оплаченное</translation>

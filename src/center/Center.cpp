@@ -1,0 +1,162 @@
+#include "center/Center.h"
+
+#include "model/HostUrls.h"
+#include "platform/system/Workspace.h"
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+namespace center {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto settling = 100ms; // a host writes several files, one after the other
+
+RestartPolicy::Duration now() {
+    return std::chrono::steady_clock::now().time_since_epoch();
+}
+
+} // namespace
+
+Center::Center(std::unique_ptr<platform::PathWatcher> watcher)
+    : changes_(std::move(watcher)) {
+    extension_.setReady([this] { extensionReady(); });
+    extension_.setReceived([this](const channel::FromExtension& message) { take(message); });
+    extension_.setEnded([this](bool wasAsked) { extensionEnded(wasAsked); });
+    nextStart_.setSingleShot(true);
+    QObject::connect(&nextStart_, &QTimer::timeout, &nextStart_, [this] { startExtension(); });
+}
+
+Center::~Center() = default;
+
+void Center::start() {
+    startExtension();
+}
+
+void Center::startExtension() {
+    stopWaiting();
+    if (extension_.isRunning() || isQuitting_)
+        return;
+    policy_.started(now());
+    extension_.start();
+}
+
+void Center::stopWaiting() {
+    nextStart_.stop();
+    changes_.watch({});
+}
+
+void Center::show(const channel::Show& request) {
+    asked_ = request;
+    if (extension_.isReady()) {
+        extension_.send(request);
+        return;
+    }
+    startExtension();
+    if (isFailureShown())
+        showFailure();
+}
+
+void Center::toggle(const channel::Show& request) {
+    if (isAskedFor())
+        hide();
+    else
+        show(request);
+}
+
+void Center::hide() {
+    asked_.reset();
+    if (failure_)
+        failure_->hide();
+    extension_.send(channel::Hide{});
+}
+
+void Center::quit() {
+    if (std::exchange(isQuitting_, true))
+        return;
+    asked_.reset();
+    stopWaiting();
+    if (failure_)
+        failure_->hide();
+    if (extension_.isRunning())
+        extension_.quit();
+    else if (quitted_)
+        quitted_();
+}
+
+void Center::extensionReady() {
+    if (isAskedFor())
+        extension_.send(*asked_);
+}
+
+// The place of a panel that has gone while the user wants to see it is taken by the failure's window, until
+// there is another.
+void Center::extensionEnded(bool wasAsked) {
+    policy_.ended(now());
+    if (isQuitting_) {
+        if (quitted_)
+            quitted_();
+        return;
+    }
+    if (wasAsked) {
+        startExtension();
+        return;
+    }
+    startAt(policy_.nextStart());
+    changes_.watch([this] { startAt(policy_.nextStartAfterChange(now() + settling)); });
+    if (isAskedFor() && !isFailureShown())
+        showFailure();
+}
+
+// The earlier of two moments counts.
+void Center::startAt(RestartPolicy::Duration moment) {
+    const auto wait = std::max(std::chrono::ceil<std::chrono::milliseconds>(moment - now()), {});
+    if (!nextStart_.isActive() || wait < nextStart_.remainingTimeAsDuration())
+        nextStart_.start(wait);
+}
+
+void Center::showFailure() {
+    if (!failure_) {
+        failure_ = std::make_unique<FailureWindow>();
+        failure_->setTryAgain([this] { startExtension(); });
+        failure_->setDismissed([this] { hide(); });
+    }
+    failure_->open(QString::fromStdString(asked_->screen));
+}
+
+void Center::setAccessibilityBus(const QString& address) {
+    extension_.setAccessibilityBus(address);
+    startsAnewWhenHidden_ = extension_.isRunning();
+    startAnewIfHidden();
+}
+
+void Center::startAnewIfHidden() {
+    if (!startsAnewWhenHidden_ || isAskedFor())
+        return;
+    startsAnewWhenHidden_ = false;
+    extension_.quit();
+}
+
+void Center::take(const channel::FromExtension& message) {
+    if (const auto* url = std::get_if<channel::OpenUrl>(&message)) {
+        const QString text = QString::fromStdString(url->url);
+        if (model::isHostUrl(text))
+            platform::Workspace::openUrl(text);
+    } else if (const auto* counts = std::get_if<channel::Counts>(&message)) {
+        if (countsChanged_)
+            countsChanged_(*counts);
+    } else if (std::holds_alternative<channel::Shown>(message)) {
+        if (!asked_) // it was asked for while it closed
+            asked_.emplace();
+        if (failure_)
+            failure_->hide();
+    } else if (std::holds_alternative<channel::Closed>(message)) {
+        asked_.reset();
+        startAnewIfHidden();
+    }
+}
+
+} // namespace center

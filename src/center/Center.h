@@ -1,0 +1,71 @@
+#pragma once
+
+#include "center/ContainerChanges.h"
+#include "center/Extension.h"
+#include "center/FailureWindow.h"
+#include "center/RestartPolicy.h"
+
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace center {
+
+// The panel's life: starts the extension, shows and hides its panel, and stands in for it with a window of
+// its own while there is none. Main thread only.
+class Center final {
+public:
+    explicit Center(std::unique_ptr<platform::PathWatcher> watcher);
+    ~Center();
+    Center(const Center&) = delete;
+    Center& operator=(const Center&) = delete;
+
+    // Starts the extension, whose panel stays hidden.
+    void start();
+
+    // Each shows the panel, raised, with the focus and with a list that is loaded anew; as soon as there is
+    // an extension that can.
+    void show(const channel::Show& request);
+    void toggle(const channel::Show& request);
+    void hide();
+    // Ends the extension once nothing is pending, then tells it.
+    void quit();
+
+    // Where assistive programs reach the panel; empty while there are none. An extension that runs is
+    // replaced by one that knows it once the panel is hidden.
+    void setAccessibilityBus(const QString& address);
+    // The display has gone: what the user has chosen is waited for, two seconds at most.
+    void waitForExtension() { extension_.waitForEnd(); }
+
+    void setCountsChanged(std::function<void(const channel::Counts&)> handler) {
+        countsChanged_ = std::move(handler);
+    }
+    void setQuitted(std::function<void()> handler) { quitted_ = std::move(handler); }
+
+private:
+    void take(const channel::FromExtension& message);
+    void extensionReady();
+    void extensionEnded(bool wasAsked);
+    void startExtension();
+    void showFailure();
+    [[nodiscard]] bool isFailureShown() const { return failure_ && failure_->isVisible(); }
+    void startAnewIfHidden();
+    void startAt(RestartPolicy::Duration moment);
+    void stopWaiting();
+    [[nodiscard]] bool isAskedFor() const { return asked_.has_value(); }
+
+    Extension extension_;
+    RestartPolicy policy_;
+    ContainerChanges changes_;
+    std::unique_ptr<FailureWindow> failure_;
+    QTimer nextStart_;
+    std::optional<channel::Show> asked_; // while the user wants to see the panel
+    bool startsAnewWhenHidden_ = false;
+    bool isQuitting_ = false;
+    std::function<void(const channel::Counts&)> countsChanged_;
+    std::function<void()> quitted_;
+};
+
+} // namespace center

@@ -1,0 +1,143 @@
+#include "center/FailureWindow.h"
+
+#include "platform/storage/GroupContainers.h"
+#include "platform/system/DetachedProcess.h"
+
+#include <QBoxLayout>
+#include <QCoreApplication>
+#include <QFile>
+#include <QFontDatabase>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QProcess>
+#include <QPushButton>
+#include <QScreen>
+
+#include <algorithm>
+
+namespace center {
+
+namespace {
+
+// As wide as the panel, and as far from the screen's edge.
+constexpr int panelWidth = 344;
+constexpr int screenMargin = 12;
+constexpr int heightOfFindings = 260;
+constexpr int margin = 20;
+
+// The companion stands beside this program.
+QString checkProgram() {
+    const QString beside = QCoreApplication::applicationDirPath() + QStringLiteral("/korvel-todayctl");
+    if (QFile::exists(beside))
+        return beside;
+    return QString::fromStdString(platform::findProgram("korvel-todayctl").value_or("korvel-todayctl"));
+}
+
+bool isOnWayland() {
+    return QGuiApplication::platformName().startsWith(QStringLiteral("wayland"));
+}
+
+} // namespace
+
+FailureWindow::FailureWindow()
+    : explain_(new QPushButton(qtTrId("FailureExplain"), this))
+    , findings_(new QPlainTextEdit(this)) {
+    setWindowTitle(QStringLiteral("Korvel Today"));
+    if (!isOnWayland())
+        setWindowFlags(Qt::Tool | Qt::FramelessWindowHint);
+    auto* title = new QLabel(qtTrId("FailureTitle"), this);
+    QFont font = title->font();
+    font.setBold(true);
+    title->setFont(font);
+    auto* text = new QLabel(qtTrId("FailureText"), this);
+    for (QLabel* label : {title, text})
+        label->setWordWrap(true);
+    auto* again = new QPushButton(qtTrId("FailureTryAgain"), this);
+    again->setDefault(true);
+    again->setFocus();
+    findings_->setReadOnly(true);
+    findings_->setTabChangesFocus(true);
+    findings_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    findings_->setAccessibleName(explain_->text());
+    findings_->setFixedHeight(heightOfFindings);
+    findings_->hide();
+
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(explain_);
+    buttons->addStretch();
+    buttons->addWidget(again);
+    auto* lines = new QVBoxLayout(this);
+    lines->setContentsMargins(margin, margin, margin, margin);
+    lines->setSpacing(margin / 2);
+    lines->addWidget(title);
+    lines->addWidget(text);
+    lines->addWidget(findings_);
+    lines->addSpacing(margin / 2);
+    lines->addLayout(buttons);
+    setFixedWidth(panelWidth);
+
+    connect(again, &QPushButton::clicked, this, [this] {
+        if (tryAgain_)
+            tryAgain_();
+    });
+    connect(explain_, &QPushButton::clicked, this, [this] { runCheck(); });
+}
+
+FailureWindow::~FailureWindow() {
+    if (check_)
+        check_->disconnect();
+}
+
+void FailureWindow::open(const QString& screen) {
+    if (!isVisible()) {
+        findings_->hide();
+        explain_->setEnabled(true);
+    }
+    screen_ = screen;
+    dock();
+    show();
+    raise();
+    activateWindow();
+}
+
+void FailureWindow::dock() {
+    setFixedHeight(heightForWidth(panelWidth) > 0 ? heightForWidth(panelWidth) : sizeHint().height());
+    if (isOnWayland())
+        return;
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    const auto found = std::ranges::find(screens, screen_, &QScreen::name);
+    const QRect room =
+        (found == screens.end() ? QGuiApplication::primaryScreen() : *found)->availableGeometry();
+    move(room.right() + 1 - panelWidth - screenMargin, room.top() + screenMargin);
+}
+
+void FailureWindow::runCheck() {
+    explain_->setEnabled(false);
+    check_ = std::make_unique<QProcess>();
+    check_->setStandardInputFile(QProcess::nullDevice());
+    check_->setProcessChannelMode(QProcess::MergedChannels);
+    connect(check_.get(), &QProcess::finished, this,
+            [this] { showCheck(QString::fromUtf8(check_->readAll()).trimmed()); });
+    connect(check_.get(), &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart)
+            showCheck(check_->program() + QStringLiteral(": ") + check_->errorString());
+    });
+    check_->start(checkProgram(),
+                  {QStringLiteral("--containers"),
+                   QFile::decodeName(platform::GroupContainers::folder().c_str()), QStringLiteral("check")});
+}
+
+void FailureWindow::showCheck(const QString& text) {
+    findings_->setPlainText(text);
+    findings_->show();
+    dock();
+}
+
+void FailureWindow::reject() {
+    QDialog::reject();
+    if (dismissed_)
+        dismissed_();
+}
+
+} // namespace center

@@ -1,0 +1,129 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <variant>
+
+// What the two processes of korvel-today, and a second start of it, say to each other: docs/messages.md. A
+// message is a packet of a local socket: fields with a zero byte between them, the first of which names the
+// message. Texts are bytes other than zero; numbers are decimal digits.
+namespace channel {
+
+// Stated by the extension when it is ready. The centre takes part with no other.
+inline constexpr int protocolVersion = 1;
+
+// A longer packet is malformed, and so is a text of more than a quarter of that.
+inline constexpr std::size_t longestPacket = 4096;
+
+// From the centre to the extension.
+struct Show {
+    std::string screen; // its name; empty for the one that the panel was last on
+    std::string
+        activationToken; // of whoever asked, by which the desktop gives the focus; empty if there is none
+    bool hidesOnFocusLoss = false; // as soon as the user turns to another window
+    static constexpr std::string_view packetName = "show";
+    static auto fields(auto& message) {
+        return std::tie(message.screen, message.activationToken, message.hidesOnFocusLoss);
+    }
+    bool operator==(const Show&) const = default;
+};
+struct Hide {
+    static constexpr std::string_view packetName = "hide";
+    static auto fields(auto&) { return std::tie(); }
+    bool operator==(const Hide&) const = default;
+};
+// Ends the extension once nothing that the user has chosen is pending. The end of the connection means the
+// same.
+struct Quit {
+    static constexpr std::string_view packetName = "quit";
+    static auto fields(auto&) { return std::tie(); }
+    bool operator==(const Quit&) const = default;
+};
+struct Motion {
+    bool isReduced = false; // whether the user prefers that nothing moves
+    static constexpr std::string_view packetName = "motion";
+    static auto fields(auto& message) { return std::tie(message.isReduced); }
+    bool operator==(const Motion&) const = default;
+};
+
+// From the extension to the centre.
+struct Ready {
+    int version = 0;
+    static constexpr std::string_view packetName = "ready";
+    static auto fields(auto& message) { return std::tie(message.version); }
+    bool operator==(const Ready&) const = default;
+};
+struct Shown { // the panel is painted
+    static constexpr std::string_view packetName = "shown";
+    static auto fields(auto&) { return std::tie(); }
+    bool operator==(const Shown&) const = default;
+};
+struct Closed { // the panel is hidden
+    static constexpr std::string_view packetName = "closed";
+    static auto fields(auto&) { return std::tie(); }
+    bool operator==(const Closed&) const = default;
+};
+struct Counts { // of the transactions that the list knows, shown or not
+    int overdue = 0;
+    int dueToday = 0; // due later today
+    static constexpr std::string_view packetName = "counts";
+    static auto fields(auto& message) { return std::tie(message.overdue, message.dueToday); }
+    bool operator==(const Counts&) const = default;
+};
+struct Pending { // whether something that the user has chosen is not yet carried out while the panel is
+                 // hidden
+    bool isPending = false;
+    static constexpr std::string_view packetName = "pending";
+    static auto fields(auto& message) { return std::tie(message.isPending); }
+    bool operator==(const Pending&) const = default;
+};
+struct OpenUrl {
+    std::string url;
+    static constexpr std::string_view packetName = "open";
+    static auto fields(auto& message) { return std::tie(message.url); }
+    bool operator==(const OpenUrl&) const = default;
+};
+
+// From a second start to the centre that runs already.
+struct Command {
+    std::string name; // an action of the application
+    std::string activationToken;
+    static constexpr std::string_view packetName = "command";
+    static auto fields(auto& message) { return std::tie(message.name, message.activationToken); }
+    bool operator==(const Command&) const = default;
+};
+// The answer: the command is carried out.
+struct Done {
+    static constexpr std::string_view packetName = "done";
+    static auto fields(auto&) { return std::tie(); }
+    bool operator==(const Done&) const = default;
+};
+
+using ToExtension = std::variant<Show, Hide, Quit, Motion>;
+using FromExtension = std::variant<Ready, Shown, Closed, Counts, Pending, OpenUrl>;
+using FromSecondStart = std::variant<Command>;
+using ToSecondStart = std::variant<Done>;
+
+// The packet of a message. Absent where it would be malformed: a text that is too long or holds a zero byte,
+// a negative number.
+template <class Messages>
+[[nodiscard]] std::optional<std::string> packetOf(const Messages& message);
+
+// The message that a packet holds, or none where it holds no message of this direction, whatever its bytes
+// are.
+template <class Messages>
+[[nodiscard]] std::optional<Messages> messageOf(std::string_view packet);
+
+extern template std::optional<std::string> packetOf(const ToExtension&);
+extern template std::optional<std::string> packetOf(const FromExtension&);
+extern template std::optional<std::string> packetOf(const FromSecondStart&);
+extern template std::optional<std::string> packetOf(const ToSecondStart&);
+extern template std::optional<ToExtension> messageOf(std::string_view);
+extern template std::optional<FromExtension> messageOf(std::string_view);
+extern template std::optional<FromSecondStart> messageOf(std::string_view);
+extern template std::optional<ToSecondStart> messageOf(std::string_view);
+
+} // namespace channel

@@ -1,0 +1,9 @@
+#include "fuzz/Targets.h"
+
+#include <cstddef>
+#include <cstdint>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    fuzz::readMessage({reinterpret_cast<const char*>(bytes), size});
+    return 0;
+}

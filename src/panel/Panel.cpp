@@ -7,7 +7,9 @@
 #include "platform/system/MainQueue.h"
 #include "platform/system/WholeSeconds.h"
 
+#include <QGuiApplication>
 #include <QPointer>
+#include <QScreen>
 
 #include <algorithm>
 #include <optional>
@@ -32,6 +34,13 @@ Counts countsOf(const std::vector<TodayTransactionPtr>& transactions) {
             ++counts.dueToday;
     }
     return counts;
+}
+
+QScreen* screenNamed(const QString& name) {
+    const auto screens = QGuiApplication::screens();
+    const auto found =
+        std::ranges::find_if(screens, [&](const QScreen* screen) { return screen->name() == name; });
+    return name.isEmpty() || found == screens.end() ? nullptr : *found;
 }
 
 } // namespace
@@ -119,10 +128,13 @@ void Panel::awaitLoad() {
     loadIfAwaited();
 }
 
-void Panel::open(const Opening& /*opening*/) {
+void Panel::open(const Opening& opening) {
     awaitLoad();
-    window_->moveToEdge();
-    window_->show();
+    if (!window_->isVisible()) {
+        window_->dock(screenNamed(opening.screen));
+        window_->show();
+    }
+    window_->takeFocus(opening.activationToken);
     askForUpdate();
     updateTimer_.start();
 }

@@ -4,6 +4,7 @@
 #include "panel/LoadTriggers.h"
 #include "panel/PanelWindow.h"
 
+#include <QString>
 #include <QTimer>
 
 #include <functional>
@@ -20,11 +21,11 @@ struct Counts {
     bool operator==(const Counts&) const = default;
 };
 
-// How the panel is opened.
+// How the panel is asked for.
 struct Opening {
-    QString screen;                // QScreen::name(); empty or unknown for the one that it was last on
-    QString activationToken;       // by which the desktop gives it the focus; empty if there is none
-    bool hidesOnFocusLoss = false; // as soon as the user turns to another window
+    QString screen;          // QScreen::name(); empty or unknown: the one that the window has
+    QString activationToken; // of the desktop, which lets the window take the focus; empty: none
+    bool hidesOnFocusLoss = false;
 };
 
 // The widget in its window. Each opening loads a new controller and view, and so does each trigger while the
@@ -41,6 +42,7 @@ public:
     Panel(const Panel&) = delete;
     Panel& operator=(const Panel&) = delete;
 
+    // Shows the window and gives it the focus. A window that is shown already stays where it is.
     void open(const Opening& opening = {});
     // Hides the window at once. Pending actions are still performed, and the list stays true.
     void close();

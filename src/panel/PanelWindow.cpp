@@ -28,12 +28,19 @@ constexpr QColor opaqueColor(29, 33, 38);
 constexpr QColor edgeColor(255, 255, 255, 26);
 constexpr auto resizeDuration = 200ms;
 
+bool isWayland() {
+    return QGuiApplication::platformName().startsWith(QStringLiteral("wayland"));
+}
+
+bool isX11() {
+    return QGuiApplication::platformName() == QStringLiteral("xcb");
+}
+
 // On Wayland the desktop decides where a window is placed, so there the panel is an ordinary window.
 Qt::WindowFlags windowKind() {
-    const QString platform = QGuiApplication::platformName();
-    if (platform.startsWith(QStringLiteral("wayland")))
+    if (isWayland())
         return Qt::Window;
-    return (platform == QStringLiteral("xcb") ? Qt::Tool : Qt::Window) | Qt::FramelessWindowHint;
+    return (isX11() ? Qt::Tool : Qt::Window) | Qt::FramelessWindowHint;
 }
 
 // Qt divides a fill of more lines among threads, which it starts for that.
@@ -144,9 +151,22 @@ void PanelWindow::setContentHeight(double height) {
     scrollView_->setDocumentHeight(height);
 }
 
-void PanelWindow::moveToEdge() {
-    const QRect room = screen()->availableGeometry();
+void PanelWindow::dock(QScreen* screen) {
+    const QRect room = (screen ? screen : this->screen())->availableGeometry();
     move(room.right() + 1 - width() - screenMargin, room.top() + screenMargin);
+}
+
+// Qt takes the token from the environment as it asks; no child process is to inherit it.
+void PanelWindow::takeFocus(const QString& activationToken) {
+    constexpr const char* variable = "XDG_ACTIVATION_TOKEN";
+    if (isX11())
+        raise();
+    const bool hasToken = !activationToken.isEmpty() && isWayland();
+    if (hasToken)
+        qputenv(variable, activationToken.toUtf8());
+    windowHandle()->requestActivate();
+    if (hasToken)
+        qunsetenv(variable);
 }
 
 void PanelWindow::paintEvent(QPaintEvent*) {

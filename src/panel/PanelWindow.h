@@ -35,8 +35,13 @@ public:
     // Called once each time the window has been shown, when all of it is painted.
     void setPainted(std::function<void()> handler) { painted_ = std::move(handler); }
 
-    // Moves the window to the right edge of the screen. Has no effect where the desktop places windows.
-    void moveToEdge();
+    // Moves the window to the right edge of a screen, or of the one that it has. Has no effect where the
+    // desktop places windows.
+    void dock(QScreen* screen);
+
+    // Raises the window, which is shown, and asks for the focus. On Wayland the desktop gives it for a token
+    // of what the user did.
+    void takeFocus(const QString& activationToken);
 
     // The margins around the content, points.
     static constexpr int horizontalMargin = 12;

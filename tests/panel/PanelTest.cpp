@@ -13,6 +13,7 @@
 #include <QDir>
 #include <QImage>
 #include <QScreen>
+#include <QWindow>
 
 #include <memory>
 #include <string>
@@ -273,6 +274,42 @@ TEST_F(PanelTest, loadsWhenAPressEndsThatHasNoEffect) {
     EXPECT_EQ(&panel->controller(), first);
     queue.advance(0ms);
     EXPECT_EQ(panel->controller().transactionsArray.size(), 1U);
+}
+
+TEST_F(PanelTest, openedWhileItIsShownItLoadsAnewTakesTheFocusAndStaysWhereItIs) {
+    open(3);
+    QWidget other;
+    other.show();
+    other.windowHandle()->requestActivate();
+    support::settle();
+    ASSERT_FALSE(window().isActiveWindow());
+    const QPoint place = window().pos() - QPoint(200, -30);
+    window().move(place);
+    const auto* first = &panel->controller();
+    containers.writeFeed(feedOf(1));
+    panel->open({window().screen()->name(), {}, false});
+    EXPECT_NE(&panel->controller(), first);
+    EXPECT_EQ(panel->controller().transactionsArray.size(), 1U);
+    support::settle();
+    EXPECT_TRUE(window().isActiveWindow());
+    EXPECT_EQ(window().pos(), place);
+    EXPECT_EQ(closed, 0);
+}
+
+TEST_F(PanelTest, opensWhereItWasOnAScreenThatIsNotThere) {
+    open(1);
+    const QPoint place = window().pos();
+    panel->close();
+    panel->open({QStringLiteral("no such screen"), {}, false});
+    EXPECT_TRUE(window().isVisible());
+    EXPECT_EQ(window().pos(), place);
+}
+
+TEST_F(PanelTest, leavesNoActivationTokenInTheEnvironment) {
+    open(1);
+    panel->close();
+    panel->open({{}, QStringLiteral("token"), false});
+    EXPECT_FALSE(qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN"));
 }
 
 TEST_F(PanelTest, loadsWhatItAwaitsAlsoWhenItHasClosedMeanwhile) {

@@ -1,6 +1,6 @@
 #include "panel/PanelWindow.h"
 
-#include "panel/WindowPlace.h"
+#include "panel/X11Window.h"
 
 #include <QCloseEvent>
 #include <QEasingCurve>
@@ -20,7 +20,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr int screenMargin = 12;
 constexpr int tallestPicture = 4000;
 constexpr double cornerRadius = 14;
 constexpr QColor translucentColor(29, 33, 38, 242);
@@ -95,6 +94,14 @@ PanelWindow::PanelWindow(Backdrop backdrop, Height height, int contentWidth)
     scrollView_->setHorizontalInset(horizontalMargin);
     setFixedWidth(contentWidth_ + 2 * horizontalMargin);
     layoutScrollView();
+    for (const QScreen* screen : QGuiApplication::screens())
+        watch(*screen);
+    connect(qGuiApp, &QGuiApplication::screenAdded, this, [this](const QScreen* screen) { watch(*screen); });
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, [this](const QScreen* screen) {
+        place_.screenGoes(*screen);
+        screensChanged();
+    });
+    connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, &PanelWindow::screensChanged);
 }
 
 PanelWindow::~PanelWindow() {
@@ -121,7 +128,7 @@ void PanelWindow::setContent(std::shared_ptr<platform::ViewController> controlle
 int PanelWindow::tallest() const {
     if (height_ == Height::OfContent)
         return tallestPicture;
-    return screen()->availableGeometry().height() - 2 * screenMargin;
+    return place_.tallest();
 }
 
 void PanelWindow::preferredSizeChanged() {
@@ -134,8 +141,6 @@ void PanelWindow::preferredSizeChanged() {
         setContentHeight(target);
         return;
     }
-    if (const auto place = placeOfWindow(*windowHandle()))
-        move(*place); // as Qt states it with each size
     resizing_ = platform::MainQueue::current().animate(
         resizeDuration, [this, start = contentHeight_, target](double progress) {
             const double eased = QEasingCurve(QEasingCurve::InOutSine).valueForProgress(progress);
@@ -146,14 +151,31 @@ void PanelWindow::preferredSizeChanged() {
 void PanelWindow::setContentHeight(double height) {
     contentHeight_ = height;
     const int whole = static_cast<int>(std::min(std::ceil(height), 1e6)) + 2 * verticalMargin;
-    setFixedHeight(std::clamp(whole, 1, std::max(1, tallest())));
+    setWindowHeight(std::clamp(whole, 1, tallest()));
     layoutScrollView();
     scrollView_->setDocumentHeight(height);
 }
 
+// Qt states a place with each size, and on X11 it may have a wrong one in mind.
+void PanelWindow::setWindowHeight(int height) {
+    move(place_.state({width(), height}));
+    setFixedHeight(height);
+}
+
 void PanelWindow::dock(QScreen* screen) {
-    const QRect room = (screen ? screen : this->screen())->availableGeometry();
-    move(room.right() + 1 - width() - screenMargin, room.top() + screenMargin);
+    place_.dock(screen);
+    setContentHeight(contentHeight_);
+}
+
+void PanelWindow::watch(const QScreen& screen) {
+    connect(&screen, &QScreen::geometryChanged, this, &PanelWindow::screensChanged);
+    connect(&screen, &QScreen::availableGeometryChanged, this, &PanelWindow::screensChanged);
+    connect(&screen, &QScreen::logicalDotsPerInchChanged, this, &PanelWindow::screensChanged);
+}
+
+void PanelWindow::screensChanged() {
+    if (isVisible())
+        setContentHeight(contentHeight_);
 }
 
 // Qt takes the token from the environment as it asks; no child process is to inherit it.
@@ -190,6 +212,12 @@ void PanelWindow::resizeEvent(QResizeEvent* event) {
     layoutScrollView();
 }
 
+void PanelWindow::moveEvent(QMoveEvent* event) {
+    QWidget::moveEvent(event);
+    if (isPlaced_)
+        place_.windowIsAt(placeOfX11Window(*windowHandle()).value_or(pos()));
+}
+
 // A hidden window has no resize event, so this is called for each change of the height.
 void PanelWindow::layoutScrollView() {
     scrollView_->setFrame(QRectF(rect().adjusted(0, verticalMargin, 0, -verticalMargin)));
@@ -214,8 +242,16 @@ void PanelWindow::showEvent(QShowEvent* event) {
     windowHandle()->installEventFilter(this);
 }
 
-// The window system's window receives each event before the widget under the mouse does.
+void PanelWindow::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    isPlaced_ = false;
+}
+
+// The window system's window receives each event before the widget under the mouse does. A window manager has
+// placed a window by the time that it can be seen.
 bool PanelWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Expose && isVisible() && windowHandle()->isExposed())
+        isPlaced_ = true;
     if (event->type() == QEvent::MouseButtonRelease && mouseReleased_)
         mouseReleased_();
     return QWidget::eventFilter(watched, event);

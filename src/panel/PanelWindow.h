@@ -1,6 +1,7 @@
 #pragma once
 
 #include "panel/Backdrop.h"
+#include "panel/WindowPlace.h"
 #include "platform/extension/ViewController.h"
 #include "platform/system/MainQueue.h"
 #include "platform/views/ScrollView.h"
@@ -15,9 +16,9 @@ namespace panel {
 // The limit of the panel's height: that of the screen, or that of the content for a picture of the panel.
 enum class Height { OfScreen, OfContent };
 
-// A dark window at the right edge of the screen with the view of one controller in it. It takes the height
-// that the controller prefers, animated while it is shown. It is never taller than the screen; a taller view
-// scrolls.
+// A dark window at the right edge of a screen with the view of one controller in it. It takes the height that
+// the controller prefers, animated while it is shown. It is never taller than the screen's work area; a
+// taller view scrolls. It is docked again when the screens change, unless the user has moved it.
 class PanelWindow final : public QWidget {
     Q_OBJECT
 
@@ -50,20 +51,27 @@ public:
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     [[nodiscard]] int tallest() const;
     void preferredSizeChanged();
     void setContentHeight(double height);
+    void setWindowHeight(int height);
+    void watch(const QScreen& screen);
+    void screensChanged();
     void layoutScrollView();
 
     Backdrop backdrop_;
     Height height_;
     int contentWidth_;
+    WindowPlace place_;
+    bool isPlaced_ = false; // by the window manager, since the window was shown
     std::shared_ptr<platform::ViewController> controller_;
     platform::ScrollView* scrollView_;
     double contentHeight_ = 0;

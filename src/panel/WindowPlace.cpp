@@ -1,31 +1,82 @@
 #include "panel/WindowPlace.h"
 
 #include <QGuiApplication>
-#include <QScreen>
-#include <QWindow>
 
+#include <algorithm>
 #include <cstdlib>
-#include <memory>
-
-#include <xcb/xcb.h>
 
 namespace panel {
 
-std::optional<QPoint> placeOfWindow(const QWindow& window) {
-    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    xcb_connection_t* connection = x11 ? x11->connection() : nullptr;
-    if (!connection)
-        return std::nullopt;
-    const auto id = static_cast<xcb_window_t>(window.winId());
-    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
-    const auto cookie = xcb_translate_coordinates(connection, id, root, 0, 0);
-    const std::unique_ptr<xcb_translate_coordinates_reply_t, decltype(&std::free)> reply(
-        xcb_translate_coordinates_reply(connection, cookie, nullptr), &std::free);
-    if (!reply)
-        return std::nullopt;
-    // A screen is scaled around its upper left corner.
-    const QPoint corner = window.screen()->geometry().topLeft();
-    return corner + (QPoint(reply->dst_x, reply->dst_y) - corner) / window.devicePixelRatio();
+namespace {
+
+constexpr int screenMargin = 12;
+
+// A place in whole pixels may lie between points.
+bool isSame(QPoint one, QPoint other) {
+    const QPoint apart = one - other;
+    return std::abs(apart.x()) <= 1 && std::abs(apart.y()) <= 1;
+}
+
+bool isOnAnyScreen(const QRect& window) {
+    return std::ranges::any_of(QGuiApplication::screens(),
+                               [&](const QScreen* screen) { return screen->geometry().intersects(window); });
+}
+
+} // namespace
+
+void WindowPlace::dock(QScreen* screen) {
+    if (screen)
+        screen_ = screen;
+    isMoved_ = false;
+    stated_.clear();
+}
+
+// A place that was stated before the last one is told by a window manager that has not come to the last.
+void WindowPlace::windowIsAt(QPoint point) {
+    const auto known = std::ranges::find_if(stated_, [&](QPoint stated) { return isSame(stated, point); });
+    if (known != stated_.end()) {
+        stated_.erase(stated_.begin(), known);
+        return;
+    }
+    if (QScreen* screen = QGuiApplication::screenAt(point))
+        screen_ = screen;
+    isMoved_ = !isSame(point, docked());
+    moved_ = point;
+    stated_ = {point};
+}
+
+QPoint WindowPlace::state(QSize size) {
+    size_ = size;
+    isMoved_ = isMoved_ && isOnAnyScreen({moved_, size});
+    const QRect room = workArea();
+    QPoint place = isMoved_ ? moved_ : docked();
+    place.setY(std::max(room.top(), std::min(place.y(), room.bottom() + 1 - size.height())));
+    if (stated_.empty() || stated_.back() != place)
+        stated_.push_back(place);
+    return place;
+}
+
+void WindowPlace::screenGoes(const QScreen& screen) {
+    if (screen_ == &screen)
+        screen_ = nullptr;
+}
+
+QScreen* WindowPlace::screen() const {
+    return screen_ ? screen_.data() : QGuiApplication::primaryScreen();
+}
+
+int WindowPlace::tallest() const {
+    return std::max(1, workArea().height() - 2 * screenMargin);
+}
+
+QPoint WindowPlace::docked() const {
+    const QRect room = workArea();
+    return {room.right() + 1 - size_.width() - screenMargin, room.top() + screenMargin};
+}
+
+QRect WindowPlace::workArea() const {
+    const QScreen* here = screen();
+    return here ? here->availableGeometry() : QRect();
 }
 
 } // namespace panel

@@ -1,0 +1,47 @@
+#include "panel/X11Window.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <QWindow>
+
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+
+#include <xcb/xcb.h>
+
+namespace panel {
+
+namespace {
+
+// A screen is scaled around its upper left corner.
+QPoint inPoints(QPoint pixels) {
+    const auto screens = QGuiApplication::screens();
+    const auto screen = std::ranges::find_if(screens, [&](const QScreen* candidate) {
+        const QRect points = candidate->geometry();
+        return QRect(points.topLeft(), points.size() * candidate->devicePixelRatio()).contains(pixels);
+    });
+    if (screen == screens.end())
+        return pixels;
+    const QPoint corner = (*screen)->geometry().topLeft();
+    return corner + (pixels - corner) / (*screen)->devicePixelRatio();
+}
+
+} // namespace
+
+std::optional<QPoint> placeOfX11Window(const QWindow& window) {
+    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    xcb_connection_t* connection = x11 ? x11->connection() : nullptr;
+    if (!connection)
+        return std::nullopt;
+    const auto id = static_cast<xcb_window_t>(window.winId());
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+    const auto cookie = xcb_translate_coordinates(connection, id, root, 0, 0);
+    const std::unique_ptr<xcb_translate_coordinates_reply_t, decltype(&std::free)> reply(
+        xcb_translate_coordinates_reply(connection, cookie, nullptr), &std::free);
+    if (!reply)
+        return std::nullopt;
+    return inPoints({reply->dst_x, reply->dst_y});
+}
+
+} // namespace panel

@@ -10,6 +10,7 @@
 #include <QGuiApplication>
 #include <QPointer>
 #include <QScreen>
+#include <QWindow>
 
 #include <algorithm>
 #include <optional>
@@ -62,8 +63,10 @@ Panel::Panel(Backdrop backdrop, Height height, int contentWidth, std::unique_ptr
         triggers_->setLoadNeeded([this] { awaitLoad(); });
     // A press can end without deferring work. The empty work makes the queue tell that it is idle after the
     // release.
+    QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, window_.get(),
+                     [this] { focusChanged(); });
     window_->setMouseReleased([this] {
-        if (awaitsLoad_)
+        if (looksWhenIdle_)
             platform::MainQueue::current().after(0ms, {});
     });
 }
@@ -93,10 +96,13 @@ void Panel::load() {
 }
 
 // A hidden window is not in use, whatever state its view is in.
+bool Panel::isHeld() const {
+    return window_->isVisible() && (platform::View::isPressHeld() || controller_->actionSheet);
+}
+
 bool Panel::isInUse() const {
     const auto isOpen = [](const auto& row) { return row->isExpanded(); };
-    return window_->isVisible() && (platform::View::isPressHeld() || controller_->actionSheet ||
-                                    std::ranges::any_of(controller_->cellArray, isOpen));
+    return isHeld() || (window_->isVisible() && std::ranges::any_of(controller_->cellArray, isOpen));
 }
 
 // Whatever ends the use of a view (a row closes, a sheet is answered, a press ends) defers work, so it is
@@ -119,8 +125,23 @@ void Panel::lookAgainWhenIdle() {
         if (!window) // the panel is gone with its window
             return;
         looksWhenIdle_ = false;
+        hideIfFocusIsLost();
         loadIfAwaited();
     });
+}
+
+void Panel::hideIfFocusIsLost() {
+    if (!window_->isVisible() || !hidesOnFocusLoss_ || !hadFocus_ || window_->isFocused())
+        return;
+    if (!platform::MainQueue::current().isIdle() || isHeld())
+        lookAgainWhenIdle();
+    else
+        close();
+}
+
+void Panel::focusChanged() {
+    hadFocus_ = hadFocus_ || window_->isFocused();
+    hideIfFocusIsLost();
 }
 
 void Panel::awaitLoad() {
@@ -129,6 +150,8 @@ void Panel::awaitLoad() {
 }
 
 void Panel::open(const Opening& opening) {
+    hidesOnFocusLoss_ = opening.hidesOnFocusLoss;
+    hadFocus_ = window_->isVisible() && window_->isFocused();
     awaitLoad();
     if (!window_->isVisible()) {
         window_->dock(screenNamed(opening.screen));

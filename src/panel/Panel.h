@@ -31,8 +31,8 @@ struct Opening {
 // The widget in its window. Each opening loads a new controller and view, and so does each trigger while the
 // panel is open. If an action that the user chose is still pending, the old view stays until the action has
 // been performed, and while the view is in use: a mouse button is pressed, a row is open or an action sheet
-// is shown. The panel asks the widget for an update when it opens and every 15 minutes; the answer changes
-// nothing on screen.
+// is shown. A panel that hides when it loses the focus waits likewise, but not for a row to close. The panel
+// asks the widget for an update when it opens and every 15 minutes; the answer changes nothing on screen.
 class Panel final {
 public:
     // Without triggers, the list stays as it was when the panel was opened.
@@ -61,8 +61,11 @@ public:
 private:
     void awaitLoad();
     void loadIfAwaited();
+    void hideIfFocusIsLost();
     void lookAgainWhenIdle();
+    [[nodiscard]] bool isHeld() const;
     [[nodiscard]] bool isInUse() const;
+    void focusChanged();
     void escapePressed();
     void askForUpdate() const;
     void tellCounts();
@@ -74,6 +77,8 @@ private:
     QTimer updateTimer_;
     bool awaitsLoad_ = false;    // the panel still shows an old view
     bool looksWhenIdle_ = false; // the queue will call back once it is idle
+    bool hidesOnFocusLoss_ = false;
+    bool hadFocus_ = false; // since it was asked for
     std::function<void()> shown_;
     std::function<void()> closed_;
     std::function<void(const Counts&)> countsChanged_;

@@ -162,7 +162,11 @@ void PanelWindow::setWindowHeight(int height) {
     setFixedHeight(height);
 }
 
+// Qt learns late that the focus has left a hidden window. If it is shown again before, Qt never tells that it
+// has the focus; a new window of the window system has it told.
 void PanelWindow::dock(QScreen* screen) {
+    if (isFocused())
+        destroy();
     place_.dock(screen);
     setContentHeight(contentHeight_);
 }
@@ -189,6 +193,10 @@ void PanelWindow::takeFocus(const QString& activationToken) {
     windowHandle()->requestActivate();
     if (hasToken)
         qunsetenv(variable);
+}
+
+bool PanelWindow::isFocused() const {
+    return windowHandle() && QGuiApplication::focusWindow() == windowHandle();
 }
 
 void PanelWindow::paintEvent(QPaintEvent*) {

@@ -43,6 +43,8 @@ public:
     // Raises the window, which is shown, and asks for the focus. On Wayland the desktop gives it for a token
     // of what the user did.
     void takeFocus(const QString& activationToken);
+    // Whether the focus of the desktop is in it, as far as the toolkit knows.
+    [[nodiscard]] bool isFocused() const;
 
     // The margins around the content, points.
     static constexpr int horizontalMargin = 12;

@@ -314,5 +314,59 @@ class Screens(WindowTest):
         self.assert_docked_with_rows(2, right=640)
 
 
+class FocusLoss(WindowTest):
+    """A window that was opened to hide when another one takes the focus."""
+
+    def setUp(self):
+        super().setUp()
+        self.other = self.desktop.run([WINDOW]).window()
+
+    def open_hiding(self, records):
+        panel = self.open(records)
+        panel.hide()
+        panel.show("hiding")
+        panel.wait_for_rows(len(records))
+        self.wait_for_focus()
+        return panel
+
+    def wait_for_focus(self):
+        """A panel that is shown again at once has another window."""
+        shown = self.panel.program.windows
+        harness.wait_for(lambda: self.focused() in [window.ident for window in shown()], "a panel with the focus")
+
+    def focused(self):
+        done = subprocess.run(["xdotool", "getwindowfocus"], env=self.desktop.env, capture_output=True, text=True,
+                              timeout=harness.DEADLINE)
+        return done.stdout.strip()
+
+    def take_focus(self):
+        self.other.click(190, 90)
+        harness.wait_for(lambda: self.focused() == self.other.ident, "another window with the focus")
+
+    def test_hides_it(self):
+        panel = self.open_hiding([overdue(1)])
+        self.take_focus()
+        panel.wait_until_hidden()
+        panel.show("hiding")
+        self.assert_docked_with_rows(1)
+
+    def test_hides_it_when_it_opens_again_at_once(self):
+        panel = self.open_hiding([overdue(1)])
+        for _ in range(3):
+            panel.call("close\nopen", "hiding")
+            self.wait_for_focus()
+        self.take_focus()
+        panel.wait_until_hidden()
+
+    def test_hides_it_after_a_sheet_is_answered(self):
+        panel = self.open_hiding([overdue(1), overdue(2)])
+        self.open_sheet("Later", 0, shown=2, choices=3)
+        self.take_focus()
+        panel.choose(1)
+        harness.wait_for(self.log_file().exists, "an action log")
+        self.take_focus()
+        panel.wait_until_hidden()
+
+
 if __name__ == "__main__":
     unittest.main()

@@ -71,12 +71,12 @@ class Host:
 class Panel:
     """A panel that shows a container's list."""
 
-    def __init__(self, desktop, container, locale=LEFT_TO_RIGHT, scale=1, env=()):
+    def __init__(self, desktop, container, locale=LEFT_TO_RIGHT, scale=1, added=()):
         self.container, self.scale = container, scale
         self.mirrored = locale == RIGHT_TO_LEFT
-        env = {"QT_SCALE_FACTOR": str(scale), "LC_ALL": locale, "LANGUAGE": "",
-               "LOCPATH": os.environ["KORVEL_TEST_LOCALES"]} | dict(env)
-        self.program = desktop.run([PANEL, "--containers", container.containers], env)
+        env = {"LC_ALL": locale, "LANGUAGE": "", "LOCPATH": os.environ["KORVEL_TEST_LOCALES"]}
+        self.program = desktop.run([PANEL, "--containers", container.containers],
+                                   env | desktop.environment_at_scale(scale) | dict(added))
         self.window = self.program.window()
 
     def wait_until_hidden(self):
@@ -294,3 +294,25 @@ class Flow(harness.DesktopTest):
         self.assertEqual(self.log_file().read_bytes(), property_list(self.log))
         self.assertEqual(self.settings_file().read_bytes(), self.settings_before)
         self.assertEqual(self.host.received(), b"")
+
+
+class Choosing(Flow):
+    """Flows that end while a choice waits to be carried out."""
+
+    def choose(self, variant=VARIANTS[0]):
+        """Answers a sheet and waits until its other buttons fade. The answer is carried out half a second after the
+        click."""
+        self.records = [overdue(1), overdue(2)]
+        panel = self.open(self.records, variant)
+        self.open_sheet("Later", 0, shown=2, choices=3)
+        before = self.cancel_button()
+        panel.choose(2)
+        harness.wait_for(lambda: self.cancel_button() != before, "an answered sheet")
+
+    def cancel_button(self):
+        picture = self.panel.window.picture()
+        return [picture[self.panel.at(x, CANCEL[3])] for x in range(WIDTH)]
+
+    def assert_later_carried_out(self):
+        moved = self.records[0] | {"date": days_from_now(3)}
+        self.assert_carried_out([moved, self.records[1]], logged(2, self.records[0], 3))

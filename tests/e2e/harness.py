@@ -413,6 +413,11 @@ class Desktop:
         subprocess.run(["xdotool", *map(str, words)], env=self.env, stdin=subprocess.DEVNULL,
                        stdout=subprocess.DEVNULL, timeout=DEADLINE, check=True)
 
+    @staticmethod
+    def environment_at_scale(scale):
+        """The environment of a program that draws so many pixels to a point."""
+        return {"QT_SCALE_FACTOR": str(scale)}
+
     def run(self, command, env=None):
         """Starts a program on this desktop."""
         return Program(self, command, env)
@@ -458,9 +463,10 @@ class Desktop:
 
 
 class DesktopTest(unittest.TestCase):
-    """A test with a desktop. A class says what its desktops are like in `desktop_options`; when a test fails, what
+    """A test with a desktop. A class says what its desktops are like in `desktop_kind` and `desktop_options`; when a test fails, what
     its screen showed stays as a picture in KORVEL_FAILURES."""
 
+    desktop_kind = Desktop
     desktop_options = {}
 
     def run(self, result=None):
@@ -469,7 +475,7 @@ class DesktopTest(unittest.TestCase):
 
     def setUp(self):
         faults = self._faults()
-        self.desktop = Desktop(**self.desktop_options)
+        self.desktop = self.desktop_kind(**self.desktop_options)
         self.addCleanup(self.desktop.end)
         self.addCleanup(self._keep_picture_of_failure, faults)
 

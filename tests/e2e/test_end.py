@@ -8,29 +8,10 @@ import subprocess
 import unittest
 
 import flows
-import harness
-from flows import days_from_now, logged, overdue
+from flows import overdue
 
 
-class RightAfterAChoice(flows.Flow):
-    def choose(self):
-        """Answers a sheet and waits until its other buttons fade. The answer is carried out half a second after the
-        click."""
-        self.records = [overdue(1), overdue(2)]
-        panel = self.open(self.records)
-        self.open_sheet("Later", 0, shown=2, choices=3)
-        before = self.cancel_button()
-        panel.choose(2)
-        harness.wait_for(lambda: self.cancel_button() != before, "an answered sheet")
-
-    def cancel_button(self):
-        picture = self.panel.window.picture()
-        return [picture[self.panel.at(x, flows.CANCEL[3])] for x in range(flows.WIDTH)]
-
-    def assert_later_carried_out(self):
-        moved = self.records[0] | {"date": days_from_now(3)}
-        self.assert_carried_out([moved, self.records[1]], logged(2, self.records[0], 3))
-
+class RightAfterAChoice(flows.Choosing):
     def test_a_signal_ends_the_panel_only_when_the_choice_is_written(self):
         for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
             with self.subTest(signal=number.name):

@@ -111,7 +111,7 @@ class Host(Truth):
         panel.open_row(row)
         elsewhere = self.desktop.folder / "another-run"
         elsewhere.mkdir(mode=0o700)
-        witness = flows.Panel(self.desktop, self.container, env={"XDG_RUNTIME_DIR": str(elsewhere)})
+        witness = flows.Panel(self.desktop, self.container, added={"XDG_RUNTIME_DIR": str(elsewhere)})
         witness.wait_for_rows(len(records))
         for feed in written:
             self.replace_feed(feed)

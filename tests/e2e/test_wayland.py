@@ -133,6 +133,11 @@ class Window(WaylandFlow):
         self.assert_carried_out(records[1:], logged(1, records[0], 0))
         self.close()
 
+    def test_window_has_the_identifier_of_the_application(self):
+        panel = self.open([])
+        self.assertEqual(panel.window.app_id(), "com.korvel.today")
+        self.close()
+
     def test_compositor_closes_the_panel_with_a_waiting_sheet_and_nothing_is_chosen(self):
         panel = self.open([overdue(1, single=False), overdue(2)])
         self.open_sheet("Delete", 0, shown=2, choices=2)

@@ -8,6 +8,7 @@ import subprocess
 import unittest
 
 import flows
+import harness
 from flows import overdue
 
 

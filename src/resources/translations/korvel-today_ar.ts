@@ -79,5 +79,41 @@
         <source></source>
         <translation>الإجراءات معروضة</translation>
     </message>
+    <message id="OverdueCountText">
+        <source></source>
+        <translation>متأخر: %L1</translation>
+    </message>
+    <message id="DueTodayCountText">
+        <source></source>
+        <translation>مستحق اليوم: %L1</translation>
+    </message>
+    <message id="BothCountsText">
+        <source></source>
+        <translation>%1، %2</translation>
+    </message>
+    <message id="NothingIsDueText">
+        <source></source>
+        <translation>لا شيء مستحق</translation>
+    </message>
+    <message id="TrayShowTitle">
+        <source></source>
+        <translation>إظهار</translation>
+    </message>
+    <message id="TrayAddTitle">
+        <source></source>
+        <translation>إضافة معاملة</translation>
+    </message>
+    <message id="TrayOpenApplicationTitle">
+        <source></source>
+        <translation>فتح التطبيق المالي</translation>
+    </message>
+    <message id="TrayShowFolderTitle">
+        <source></source>
+        <translation>إظهار المجلد المشترك</translation>
+    </message>
+    <message id="TrayQuitTitle">
+        <source></source>
+        <translation>إنهاء</translation>
+    </message>
 </context>
 </TS>

@@ -79,5 +79,41 @@
         <source></source>
         <translation>Aktionen sichtbar</translation>
     </message>
+    <message id="OverdueCountText">
+        <source></source>
+        <translation>%L1 überfällig</translation>
+    </message>
+    <message id="DueTodayCountText">
+        <source></source>
+        <translation>%L1 heute fällig</translation>
+    </message>
+    <message id="BothCountsText">
+        <source></source>
+        <translation>%1, %2</translation>
+    </message>
+    <message id="NothingIsDueText">
+        <source></source>
+        <translation>Nichts ist fällig</translation>
+    </message>
+    <message id="TrayShowTitle">
+        <source></source>
+        <translation>Anzeigen</translation>
+    </message>
+    <message id="TrayAddTitle">
+        <source></source>
+        <translation>Buchung hinzufügen</translation>
+    </message>
+    <message id="TrayOpenApplicationTitle">
+        <source></source>
+        <translation>Finanzprogramm öffnen</translation>
+    </message>
+    <message id="TrayShowFolderTitle">
+        <source></source>
+        <translation>Gemeinsamen Ordner anzeigen</translation>
+    </message>
+    <message id="TrayQuitTitle">
+        <source></source>
+        <translation>Beenden</translation>
+    </message>
 </context>
 </TS>

@@ -79,5 +79,41 @@
         <source></source>
         <translation>actions shown</translation>
     </message>
+    <message id="OverdueCountText">
+        <source></source>
+        <translation>%L1 overdue</translation>
+    </message>
+    <message id="DueTodayCountText">
+        <source></source>
+        <translation>%L1 due today</translation>
+    </message>
+    <message id="BothCountsText">
+        <source></source>
+        <translation>%1, %2</translation>
+    </message>
+    <message id="NothingIsDueText">
+        <source></source>
+        <translation>Nothing is due</translation>
+    </message>
+    <message id="TrayShowTitle">
+        <source></source>
+        <translation>Show</translation>
+    </message>
+    <message id="TrayAddTitle">
+        <source></source>
+        <translation>Add a transaction</translation>
+    </message>
+    <message id="TrayOpenApplicationTitle">
+        <source></source>
+        <translation>Open the finance application</translation>
+    </message>
+    <message id="TrayShowFolderTitle">
+        <source></source>
+        <translation>Show the shared folder</translation>
+    </message>
+    <message id="TrayQuitTitle">
+        <source></source>
+        <translation>Quit</translation>
+    </message>
 </context>
 </TS>

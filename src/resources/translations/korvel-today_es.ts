@@ -79,5 +79,41 @@
         <source></source>
         <translation>acciones visibles</translation>
     </message>
+    <message id="OverdueCountText">
+        <source></source>
+        <translation>%L1 con retraso</translation>
+    </message>
+    <message id="DueTodayCountText">
+        <source></source>
+        <translation>%L1 para hoy</translation>
+    </message>
+    <message id="BothCountsText">
+        <source></source>
+        <translation>%1, %2</translation>
+    </message>
+    <message id="NothingIsDueText">
+        <source></source>
+        <translation>No hay nada pendiente</translation>
+    </message>
+    <message id="TrayShowTitle">
+        <source></source>
+        <translation>Mostrar</translation>
+    </message>
+    <message id="TrayAddTitle">
+        <source></source>
+        <translation>Añadir una transacción</translation>
+    </message>
+    <message id="TrayOpenApplicationTitle">
+        <source></source>
+        <translation>Abrir la aplicación de finanzas</translation>
+    </message>
+    <message id="TrayShowFolderTitle">
+        <source></source>
+        <translation>Mostrar la carpeta compartida</translation>
+    </message>
+    <message id="TrayQuitTitle">
+        <source></source>
+        <translation>Salir</translation>
+    </message>
 </context>
 </TS>

@@ -79,5 +79,41 @@
         <source></source>
         <translation>کنش‌ها نمایان‌اند</translation>
     </message>
+    <message id="OverdueCountText">
+        <source></source>
+        <translation>سررسید گذشته: %L1</translation>
+    </message>
+    <message id="DueTodayCountText">
+        <source></source>
+        <translation>سررسید امروز: %L1</translation>
+    </message>
+    <message id="BothCountsText">
+        <source></source>
+        <translation>%1، %2</translation>
+    </message>
+    <message id="NothingIsDueText">
+        <source></source>
+        <translation>موردی سررسید نشده</translation>
+    </message>
+    <message id="TrayShowTitle">
+        <source></source>
+        <translation>نمایش</translation>
+    </message>
+    <message id="TrayAddTitle">
+        <source></source>
+        <translation>افزودن تراکنش</translation>
+    </message>
+    <message id="TrayOpenApplicationTitle">
+        <source></source>
+        <translation>باز کردن برنامهٔ مالی</translation>
+    </message>
+    <message id="TrayShowFolderTitle">
+        <source></source>
+        <translation>نمایش پوشهٔ مشترک</translation>
+    </message>
+    <message id="TrayQuitTitle">
+        <source></source>
+        <translation>خروج</translation>
+    </message>
 </context>
 </TS>

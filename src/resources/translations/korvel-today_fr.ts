@@ -79,5 +79,41 @@
         <source></source>
         <translation>actions affichées</translation>
     </message>
+    <message id="OverdueCountText">
+        <source></source>
+        <translation>%L1 en retard</translation>
+    </message>
+    <message id="DueTodayCountText">
+        <source></source>
+        <translation>%L1 pour aujourd’hui</translation>
+    </message>
+    <message id="BothCountsText">
+        <source></source>
+        <translation>%1, %2</translation>
+    </message>
+    <message id="NothingIsDueText">
+        <source></source>
+        <translation>Rien n’est à échéance</translation>
+    </message>
+    <message id="TrayShowTitle">
+        <source></source>
+        <translation>Afficher</translation>
+    </message>
+    <message id="TrayAddTitle">
+        <source></source>
+        <translation>Ajouter une opération</translation>
+    </message>
+    <message id="TrayOpenApplicationTitle">
+        <source></source>
+        <translation>Ouvrir l’application de finances</translation>
+    </message>
+    <message id="TrayShowFolderTitle">
+        <source></source>
+        <translation>Afficher le dossier partagé</translation>
+    </message>
+    <message id="TrayQuitTitle">
+        <source></source>
+        <translation>Quitter</translation>
+    </message>
 </context>
 </TS>

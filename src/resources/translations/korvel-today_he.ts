@@ -79,5 +79,41 @@
         <source></source>
         <translation>הפעולות מוצגות</translation>
     </message>
+    <message id="OverdueCountText">
+        <source></source>
+        <translation>באיחור: %L1</translation>
+    </message>
+    <message id="DueTodayCountText">
+        <source></source>
+        <translation>להיום: %L1</translation>
+    </message>
+    <message id="BothCountsText">
+        <source></source>
+        <translation>%1, %2</translation>
+    </message>
+    <message id="NothingIsDueText">
+        <source></source>
+        <translation>אין תשלומים שמועדם הגיע</translation>
+    </message>
+    <message id="TrayShowTitle">
+        <source></source>
+        <translation>הצג</translation>
+    </message>
+    <message id="TrayAddTitle">
+        <source></source>
+        <translation>הוסף תנועה</translation>
+    </message>
+    <message id="TrayOpenApplicationTitle">
+        <source></source>
+        <translation>פתח את יישום הכספים</translation>
+    </message>
+    <message id="TrayShowFolderTitle">
+        <source></source>
+        <translation>הצג את התיקייה המשותפת</translation>
+    </message>
+    <message id="TrayQuitTitle">
+        <source></source>
+        <translation>יציאה</translation>
+    </message>
 </context>
 </TS>

@@ -79,5 +79,41 @@
         <source></source>
         <translation>azioni visibili</translation>
     </message>
+    <message id="OverdueCountText">
+        <source></source>
+        <translation>%L1 in ritardo</translation>
+    </message>
+    <message id="DueTodayCountText">
+        <source></source>
+        <translation>%L1 per oggi</translation>
+    </message>
+    <message id="BothCountsText">
+        <source></source>
+        <translation>%1, %2</translation>
+    </message>
+    <message id="NothingIsDueText">
+        <source></source>
+        <translation>Nulla in scadenza</translation>
+    </message>
+    <message id="TrayShowTitle">
+        <source></source>
+        <translation>Mostra</translation>
+    </message>
+    <message id="TrayAddTitle">
+        <source></source>
+        <translation>Aggiungi un movimento</translation>
+    </message>
+    <message id="TrayOpenApplicationTitle">
+        <source></source>
+        <translation>Apri l’applicazione di finanza</translation>
+    </message>
+    <message id="TrayShowFolderTitle">
+        <source></source>
+        <translation>Mostra la cartella condivisa</translation>
+    </message>
+    <message id="TrayQuitTitle">
+        <source></source>
+        <translation>Esci</translation>
+    </message>
 </context>
 </TS>

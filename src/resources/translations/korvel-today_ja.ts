@@ -79,5 +79,41 @@
         <source></source>
         <translation>操作を表示中</translation>
     </message>
+    <message id="OverdueCountText">
+        <source></source>
+        <translation>期限超過 %L1件</translation>
+    </message>
+    <message id="DueTodayCountText">
+        <source></source>
+        <translation>本日期限 %L1件</translation>
+    </message>
+    <message id="BothCountsText">
+        <source></source>
+        <translation>%1、%2</translation>
+    </message>
+    <message id="NothingIsDueText">
+        <source></source>
+        <translation>期限の来た取引はありません</translation>
+    </message>
+    <message id="TrayShowTitle">
+        <source></source>
+        <translation>表示</translation>
+    </message>
+    <message id="TrayAddTitle">
+        <source></source>
+        <translation>取引を追加</translation>
+    </message>
+    <message id="TrayOpenApplicationTitle">
+        <source></source>
+        <translation>家計簿アプリを開く</translation>
+    </message>
+    <message id="TrayShowFolderTitle">
+        <source></source>
+        <translation>共有フォルダーを表示</translation>
+    </message>
+    <message id="TrayQuitTitle">
+        <source></source>
+        <translation>終了</translation>
+    </message>
 </context>
 </TS>

@@ -79,5 +79,41 @@
         <source></source>
         <translation>действия показаны</translation>
     </message>
+    <message id="OverdueCountText">
+        <source></source>
+        <translation>просрочено: %L1</translation>
+    </message>
+    <message id="DueTodayCountText">
+        <source></source>
+        <translation>на сегодня: %L1</translation>
+    </message>
+    <message id="BothCountsText">
+        <source></source>
+        <translation>%1, %2</translation>
+    </message>
+    <message id="NothingIsDueText">
+        <source></source>
+        <translation>Ничего не нужно оплачивать</translation>
+    </message>
+    <message id="TrayShowTitle">
+        <source></source>
+        <translation>Показать</translation>
+    </message>
+    <message id="TrayAddTitle">
+        <source></source>
+        <translation>Добавить операцию</translation>
+    </message>
+    <message id="TrayOpenApplicationTitle">
+        <source></source>
+        <translation>Открыть финансовое приложение</translation>
+    </message>
+    <message id="TrayShowFolderTitle">
+        <source></source>
+        <translation>Показать общую папку</translation>
+    </message>
+    <message id="TrayQuitTitle">
+        <source></source>
+        <translation>Завершить</translation>
+    </message>
 </context>
 </TS>

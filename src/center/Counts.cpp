@@ -1,0 +1,18 @@
+#include "center/Counts.h"
+
+#include <QCoreApplication>
+
+namespace center {
+
+// The texts are worded so that no language needs a form for each number.
+QString countsText(const Counts& counts) {
+    const QString overdue = qtTrId("OverdueCountText").arg(counts.overdue);
+    const QString dueToday = qtTrId("DueTodayCountText").arg(counts.dueToday);
+    if (counts.overdue > 0 && counts.dueToday > 0)
+        return qtTrId("BothCountsText").arg(overdue, dueToday);
+    if (counts.overdue > 0)
+        return overdue;
+    return counts.dueToday > 0 ? dueToday : qtTrId("NothingIsDueText");
+}
+
+} // namespace center

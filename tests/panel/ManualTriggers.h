@@ -1,32 +1,15 @@
 #pragma once
 
 #include "panel/LoadTriggers.h"
+#include "support/ManualWatches.h"
 
 #include <memory>
 #include <utility>
 
-// A watcher and an alarm that tell what a test has them tell.
-class ManualWatcher final : public platform::PathWatcher {
-public:
-    void watch(const Paths& newPaths) override {
-        paths = newPaths;
-        ++followed;
-    }
-    using PathWatcher::tell;
+using support::ManualAlarm;
+using support::ManualWatcher;
 
-    Paths paths;
-    int followed = 0;
-};
-
-class ManualAlarm final : public platform::WallClockAlarm {
-public:
-    void setMoment(double newMoment) override { moment = newMoment; }
-    using WallClockAlarm::ring;
-
-    double moment = 0;
-};
-
-// Triggers with such a watcher and alarm, which live as long as the triggers.
+// Triggers with a watcher and an alarm that live as long as they do.
 struct ManualTriggers {
     ManualTriggers() {
         auto ownWatcher = std::make_unique<ManualWatcher>();

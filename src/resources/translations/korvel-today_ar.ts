@@ -115,5 +115,13 @@
         <source></source>
         <translation>إنهاء</translation>
     </message>
+    <message id="NotificationOpenTitle">
+        <source></source>
+        <translation>فتح</translation>
+    </message>
+    <message id="NotificationNotTodayTitle">
+        <source></source>
+        <translation>ليس اليوم</translation>
+    </message>
 </context>
 </TS>

@@ -115,5 +115,13 @@
         <source></source>
         <translation>Beenden</translation>
     </message>
+    <message id="NotificationOpenTitle">
+        <source></source>
+        <translation>Öffnen</translation>
+    </message>
+    <message id="NotificationNotTodayTitle">
+        <source></source>
+        <translation>Heute nicht</translation>
+    </message>
 </context>
 </TS>

@@ -115,5 +115,13 @@
         <source></source>
         <translation>Quit</translation>
     </message>
+    <message id="NotificationOpenTitle">
+        <source></source>
+        <translation>Open</translation>
+    </message>
+    <message id="NotificationNotTodayTitle">
+        <source></source>
+        <translation>Not today</translation>
+    </message>
 </context>
 </TS>

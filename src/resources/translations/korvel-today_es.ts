@@ -115,5 +115,13 @@
         <source></source>
         <translation>Salir</translation>
     </message>
+    <message id="NotificationOpenTitle">
+        <source></source>
+        <translation>Abrir</translation>
+    </message>
+    <message id="NotificationNotTodayTitle">
+        <source></source>
+        <translation>Hoy no</translation>
+    </message>
 </context>
 </TS>

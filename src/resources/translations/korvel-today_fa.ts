@@ -115,5 +115,13 @@
         <source></source>
         <translation>خروج</translation>
     </message>
+    <message id="NotificationOpenTitle">
+        <source></source>
+        <translation>باز کردن</translation>
+    </message>
+    <message id="NotificationNotTodayTitle">
+        <source></source>
+        <translation>امروز نه</translation>
+    </message>
 </context>
 </TS>

@@ -115,5 +115,13 @@
         <source></source>
         <translation>Quitter</translation>
     </message>
+    <message id="NotificationOpenTitle">
+        <source></source>
+        <translation>Ouvrir</translation>
+    </message>
+    <message id="NotificationNotTodayTitle">
+        <source></source>
+        <translation>Pas aujourd’hui</translation>
+    </message>
 </context>
 </TS>

@@ -115,5 +115,13 @@
         <source></source>
         <translation>יציאה</translation>
     </message>
+    <message id="NotificationOpenTitle">
+        <source></source>
+        <translation>פתח</translation>
+    </message>
+    <message id="NotificationNotTodayTitle">
+        <source></source>
+        <translation>לא היום</translation>
+    </message>
 </context>
 </TS>

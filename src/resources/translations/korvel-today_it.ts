@@ -115,5 +115,13 @@
         <source></source>
         <translation>Esci</translation>
     </message>
+    <message id="NotificationOpenTitle">
+        <source></source>
+        <translation>Apri</translation>
+    </message>
+    <message id="NotificationNotTodayTitle">
+        <source></source>
+        <translation>Non oggi</translation>
+    </message>
 </context>
 </TS>

@@ -115,5 +115,13 @@
         <source></source>
         <translation>終了</translation>
     </message>
+    <message id="NotificationOpenTitle">
+        <source></source>
+        <translation>開く</translation>
+    </message>
+    <message id="NotificationNotTodayTitle">
+        <source></source>
+        <translation>今日はしない</translation>
+    </message>
 </context>
 </TS>

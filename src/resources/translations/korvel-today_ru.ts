@@ -115,5 +115,13 @@
         <source></source>
         <translation>Завершить</translation>
     </message>
+    <message id="NotificationOpenTitle">
+        <source></source>
+        <translation>Открыть</translation>
+    </message>
+    <message id="NotificationNotTodayTitle">
+        <source></source>
+        <translation>Не сегодня</translation>
+    </message>
 </context>
 </TS>

@@ -58,14 +58,21 @@ private:
 
 class FakeService::Life final {
 public:
-    explicit Life(const PrivateBus& bus)
-        : connection(QDBusConnection::connectToBus(bus.address(), freshConnectionName())) {
+    Life(const PrivateBus& itsBus, QString itsName)
+        : bus(itsBus)
+        , name(std::move(itsName))
+        , connection(QDBusConnection::connectToBus(itsBus.address(), freshConnectionName())) {
         // Qt adds children to the object, on the object's own thread only.
         EXPECT_TRUE(connection.registerVirtualObject(QStringLiteral("/"), &object, QDBusConnection::SubPath));
         object.moveToThread(&thread);
         thread.start();
+        EXPECT_TRUE(connection.registerService(name)) << qPrintable(name);
+        bus.fakeServices_.append(connection.baseService());
     }
+    // The name first, which the bus has released when this returns.
     ~Life() {
+        bus.fakeServices_.removeAll(connection.baseService());
+        connection.unregisterService(name);
         connection.unregisterObject(QStringLiteral("/"), QDBusConnection::UnregisterTree);
         QDBusConnection::disconnectFromBus(connection.name());
         thread.quit();
@@ -74,15 +81,15 @@ public:
     Life(const Life&) = delete;
     Life& operator=(const Life&) = delete;
 
+    const PrivateBus& bus;
+    QString name;
     QDBusConnection connection;
     QThread thread;
     Object object;
 };
 
 FakeService::FakeService(const PrivateBus& bus, const QString& name)
-    : life_(std::make_unique<Life>(bus)) {
-    EXPECT_TRUE(life_->connection.registerService(name)) << qPrintable(name);
-}
+    : life_(std::make_unique<Life>(bus, name)) {}
 
 FakeService::~FakeService() = default;
 

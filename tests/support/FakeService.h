@@ -12,7 +12,7 @@
 namespace support {
 
 // A service on a private bus that answers as a test has told it and keeps what it was asked. It lives on a
-// thread of its own, so that a program that waits for it gets its answer.
+// thread of its own, so that a program that waits for it gets its answer. The bus outlives it.
 class FakeService final {
 public:
     struct Call {

@@ -95,13 +95,19 @@ support::PrivateBus::~PrivateBus() {
     }
 }
 
-// The bus delivers in order, so that the answer to a question comes after all that was sent before it.
+// The bus delivers in order, and a fake service handles in order, so that the answer to a question comes
+// after all that was sent before it.
 void support::PrivateBus::settle() const {
-    const QString bus = QStringLiteral("org.freedesktop.DBus");
-    for (int round = 0; round < 8; ++round) {
-        QDBusPendingCallWatcher question(connection_.asyncCall(QDBusMessage::createMethodCall(
-            bus, QStringLiteral("/org/freedesktop/DBus"), bus, QStringLiteral("GetId"))));
-        EXPECT_TRUE(waitFor([&] { return question.isFinished(); }));
+    for (int round = 0; round < 6; ++round) {
+        awaitAnswer(QStringLiteral("org.freedesktop.DBus"));
+        for (const QString& service : fakeServices_)
+            awaitAnswer(service);
         QCoreApplication::processEvents();
     }
+}
+
+void support::PrivateBus::awaitAnswer(const QString& service) const {
+    const QDBusPendingCallWatcher question(connection_.asyncCall(QDBusMessage::createMethodCall(
+        service, QStringLiteral("/"), QStringLiteral("org.example.Settling"), QStringLiteral("Settle"))));
+    EXPECT_TRUE(waitFor([&] { return question.isFinished(); }));
 }

@@ -4,6 +4,7 @@
 
 #include <QDBusConnection>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <sys/types.h>
@@ -26,15 +27,21 @@ public:
     // The connection of the program under test.
     [[nodiscard]] const QDBusConnection& connection() const { return connection_; }
 
-    // Processes events until all messages that were sent so far, by this process or a fake service, have
-    // arrived, and those that were sent because of them: some rounds of it.
+    // Processes events until all messages that were sent so far, by the program or a fake service, have been
+    // handled, and those that were sent because of them: some rounds of it.
     void settle() const;
 
 private:
+    friend class FakeService;
+
+    // An error is an answer, too.
+    void awaitAnswer(const QString& service) const;
+
     TemporaryFolder folder_;
     pid_t daemon_ = -1;
     QString address_;
     QDBusConnection connection_;
+    mutable QStringList fakeServices_; // the unique names of those that are there
 };
 
 // A connection's name that no other has.

@@ -1,5 +1,7 @@
 #include "center/TrayIcon.h"
 
+#include "support/TemporaryFolder.h"
+
 #include <gtest/gtest.h>
 
 #include <QImage>
@@ -7,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 
 using center::ColorScheme;
 using center::trayColor;
@@ -78,4 +81,25 @@ TEST(TrayIconTest, canBeSeenOnTheTraysOfTheScheme) {
     EXPECT_GE(contrast(trayColor(ColorScheme::Dark), blackTray), 7);
     EXPECT_GE(contrast(trayColor(ColorScheme::Light), lightTray), 3);
     EXPECT_GE(contrast(trayColor(ColorScheme::Light), blackTray), 3) << "a dark tray beside light windows";
+}
+
+// The host of the tray draws such an icon in its own colour.
+TEST(TrayIconTest, isThatOfTheIconThemeWhereItHasOne) {
+    const support::TemporaryFolder folder;
+    folder.write("made-up/index.theme", "[Icon Theme]\nName=Made up\nDirectories=16\n[16]\nSize=16\n");
+    std::filesystem::create_directory(folder.path("made-up/16"));
+    QImage pixels(16, 16, QImage::Format_ARGB32);
+    pixels.fill(Qt::white);
+    EXPECT_TRUE(pixels.save(QString::fromStdString(folder.path("made-up/16/com.korvel.today-symbolic.png"))));
+    EXPECT_EQ(trayIcon(TrayPicture::Usual, ColorScheme::Light).name(), QString());
+    const QStringList paths = QIcon::themeSearchPaths();
+    const QString theme = QIcon::themeName();
+    QIcon::setThemeSearchPaths({QString::fromStdString(folder.path())});
+    QIcon::setThemeName(QStringLiteral("made-up"));
+    EXPECT_EQ(trayIcon(TrayPicture::Usual, ColorScheme::Light).name(),
+              QStringLiteral("com.korvel.today-symbolic"));
+    EXPECT_EQ(trayIcon(TrayPicture::Overdue, ColorScheme::Light).name(), QString())
+        << "a theme without the other icon";
+    QIcon::setThemeName(theme);
+    QIcon::setThemeSearchPaths(paths);
 }

@@ -259,6 +259,28 @@ TEST_F(TrayTest, needsAWatcherThatKnowsItsHosts) {
     EXPECT_FALSE(tray.isShown());
 }
 
+TEST_F(TrayTest, doesNotWaitForAWatcherThatDoesNotAnswer) {
+    startWatcher(Host::Registered);
+    watcher->staySilentTo(QStringLiteral("Get"));
+    const Tray tray(bus.connection());
+    bus.settle();
+    EXPECT_FALSE(watcher->calls(QStringLiteral("Get")).empty());
+    EXPECT_FALSE(tray.isShown());
+}
+
+// The first answer belongs to a host that has gone meanwhile.
+TEST_F(TrayTest, believesTheLastAnswer) {
+    startWatcher(Host::Absent);
+    const Tray tray(bus.connection());
+    bus.settle();
+    hostComes();
+    hostGoes();
+    hostComes();
+    hostGoes();
+    bus.settle();
+    EXPECT_FALSE(tray.isShown());
+}
+
 TEST_F(TrayTest, isAbsentWithoutABus) {
     startWatcher(Host::Registered);
     Tray tray(QDBusConnection(QStringLiteral("none")));

@@ -1,7 +1,6 @@
 #include "center/BusService.h"
 
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
+#include <QDBusError>
 
 #include <chrono>
 
@@ -13,13 +12,33 @@ namespace {
 
 constexpr std::chrono::milliseconds timeLimit = 10s; // a service that has to be started first needs some
 
-void whenReplied(const QDBusPendingCall& call, QObject* context, BusService::Handler handler) {
-    auto* watcher = new QDBusPendingCallWatcher(call, context);
-    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, context,
-                     [handler = std::move(handler)](QDBusPendingCallWatcher* finished) {
-                         finished->deleteLater();
-                         handler(finished->reply());
-                     });
+// Waits for the reply of one call, and goes after it or with its parent. Qt gives it the reply in turn with
+// the signals that came before and after; a QDBusPendingCallWatcher that is made when the reply is there
+// already would be told later than of such a signal.
+class Answer final : public QObject {
+    Q_OBJECT
+
+public:
+    Answer(BusService::Handler handler, QObject* parent)
+        : QObject(parent)
+        , handler_(std::move(handler)) {}
+
+    Q_SLOT void replied(const QDBusMessage& reply) {
+        deleteLater();
+        handler_(reply);
+    }
+    Q_SLOT void failed(const QDBusError& error, const QDBusMessage& call) {
+        replied(call.createErrorReply(error));
+    }
+
+private:
+    BusService::Handler handler_;
+};
+
+void send(const QDBusConnection& bus, const QDBusMessage& call, QObject* context,
+          BusService::Handler handler) {
+    bus.callWithCallback(call, new Answer(std::move(handler), context), SLOT(replied(QDBusMessage)),
+                         SLOT(failed(QDBusError,QDBusMessage)), static_cast<int>(timeLimit.count()));
 }
 
 } // namespace
@@ -38,12 +57,10 @@ BusService::BusService(const QDBusConnection& bus, QString name, Start start)
     QDBusMessage question = QDBusMessage::createMethodCall(itself, QStringLiteral("/org/freedesktop/DBus"),
                                                            itself, QStringLiteral("GetNameOwner"));
     question << name_;
-    whenReplied(bus_.asyncCall(question, static_cast<int>(timeLimit.count())), this,
-                [this](const QDBusMessage& reply) {
-                    setOwner(reply.type() == QDBusMessage::ReplyMessage
-                                 ? reply.arguments().value(0).toString()
-                                 : QString());
-                });
+    send(bus_, question, this, [this](const QDBusMessage& reply) {
+        setOwner(reply.type() == QDBusMessage::ReplyMessage ? reply.arguments().value(0).toString()
+                                                            : QString());
+    });
 }
 
 BusService::~BusService() {
@@ -66,11 +83,11 @@ void BusService::call(const QString& path, const QString& interface, const QStri
     message.setAutoStartService(start_ == Start::ByCall);
     if (!replied)
         replied = [](const QDBusMessage&) {};
-    whenReplied(bus_.asyncCall(message, static_cast<int>(timeLimit.count())), this,
-                [this, asked = owner_, replied = std::move(replied)](const QDBusMessage& reply) {
-                    if (asked.isEmpty() || asked == owner_)
-                        replied(reply);
-                });
+    send(bus_, message, this,
+         [this, asked = owner_, replied = std::move(replied)](const QDBusMessage& reply) {
+             if (asked.isEmpty() || asked == owner_)
+                 replied(reply);
+         });
 }
 
 void BusService::readProperty(const QString& path, const QString& interface, const QString& property,
@@ -118,3 +135,5 @@ void BusService::disconnectSignal(const Listener& listener) {
 }
 
 } // namespace center
+
+#include "BusService.moc"

@@ -38,7 +38,7 @@ private:
 void send(const QDBusConnection& bus, const QDBusMessage& call, QObject* context,
           BusService::Handler handler) {
     bus.callWithCallback(call, new Answer(std::move(handler), context), SLOT(replied(QDBusMessage)),
-                         SLOT(failed(QDBusError,QDBusMessage)), static_cast<int>(timeLimit.count()));
+                         SLOT(failed(QDBusError, QDBusMessage)), static_cast<int>(timeLimit.count()));
 }
 
 } // namespace

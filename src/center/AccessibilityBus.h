@@ -13,8 +13,8 @@
 namespace center {
 
 // The bus on which assistive programs reach others: org.a11y.Bus on the session bus knows its address. It is
-// of interest while any such program is in use (org.a11y.Status), or where QT_LINUX_ACCESSIBILITY_ALWAYS_ON is
-// set. Main thread only.
+// of interest while any such program is in use (org.a11y.Status), or where QT_LINUX_ACCESSIBILITY_ALWAYS_ON
+// is set. Main thread only.
 class AccessibilityBus final : public QObject {
     Q_OBJECT
 

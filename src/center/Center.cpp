@@ -13,6 +13,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
+constexpr auto aMoment = 200ms;  // between the loss of the focus and the click that took it
 constexpr auto settling = 100ms; // a host writes several files, one after the other
 
 RestartPolicy::Duration now() {
@@ -88,6 +89,7 @@ void Center::quit() {
 }
 
 void Center::extensionReady() {
+    extension_.send(channel::Motion{isMotionReduced_});
     if (isAskedFor())
         extension_.send(*asked_);
 }
@@ -127,6 +129,15 @@ void Center::showFailure() {
     failure_->open(QString::fromStdString(asked_->screen));
 }
 
+bool Center::hasJustClosed() const {
+    return closedAt_ && now() - *closedAt_ < aMoment;
+}
+
+void Center::setReducedMotion(bool isReduced) {
+    isMotionReduced_ = isReduced;
+    extension_.send(channel::Motion{isReduced});
+}
+
 void Center::setAccessibilityBus(const QString& address) {
     extension_.setAccessibilityBus(address);
     startsAnewWhenHidden_ = extension_.isRunning();
@@ -154,7 +165,8 @@ void Center::take(const channel::FromExtension& message) {
         if (failure_)
             failure_->hide();
     } else if (std::holds_alternative<channel::Closed>(message)) {
-        asked_.reset();
+        if (std::exchange(asked_, std::nullopt))
+            closedAt_ = now();
         startAnewIfHidden();
     }
 }

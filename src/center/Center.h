@@ -33,6 +33,12 @@ public:
     // Ends the extension once nothing is pending, then tells it.
     void quit();
 
+    // Whether the panel has been hidden a moment ago, and not because hide() was called.
+    [[nodiscard]] bool hasJustClosed() const;
+
+    // Whether the user prefers that nothing moves.
+    void setReducedMotion(bool isReduced);
+
     // Where assistive programs reach the panel; empty while there are none. An extension that runs is
     // replaced by one that knows it once the panel is hidden.
     void setAccessibilityBus(const QString& address);
@@ -61,7 +67,9 @@ private:
     ContainerChanges changes_;
     std::unique_ptr<FailureWindow> failure_;
     QTimer nextStart_;
-    std::optional<channel::Show> asked_; // while the user wants to see the panel
+    std::optional<channel::Show> asked_;              // while the user wants to see the panel
+    std::optional<RestartPolicy::Duration> closedAt_; // by itself, last
+    bool isMotionReduced_ = false;
     bool startsAnewWhenHidden_ = false;
     bool isQuitting_ = false;
     std::function<void(const channel::Counts&)> countsChanged_;

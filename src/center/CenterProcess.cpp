@@ -1,15 +1,22 @@
 #include "center/CenterProcess.h"
 
 #include "center/AccessibilityBus.h"
+#include "center/Appearance.h"
 #include "center/ApplicationService.h"
 #include "center/Center.h"
 #include "center/Commands.h"
+#include "center/Notifications.h"
+#include "center/Reminder.h"
+#include "center/SessionState.h"
+#include "center/Settings.h"
+#include "center/Tray.h"
 #include "model/GroupIdentifiers.h"
 #include "model/HostUrls.h"
 #include "platform/storage/GroupContainers.h"
 #include "platform/storage/InotifyWatcher.h"
 #include "platform/system/DisplayConnection.h"
 #include "platform/system/TerminationSignals.h"
+#include "platform/system/TimerAlarm.h"
 #include "platform/system/Workspace.h"
 
 #include <QApplication>
@@ -17,20 +24,34 @@
 #include <QCursor>
 #include <QScreen>
 
+#include <csignal>
 #include <cstdio>
 #include <filesystem>
+#include <memory>
+#include <utility>
 
 namespace center {
 
 namespace {
 
-// That of the pointer, where the user looks.
-std::string screenOfPointer() {
-    const QScreen* screen = QGuiApplication::screenAt(QCursor::pos());
+std::string nameOf(const QScreen* screen) {
     return screen ? screen->name().toStdString() : std::string();
 }
 
-// The container, or what there is of the way to it.
+// Where the user looks.
+std::string screenOfPointer() {
+    return nameOf(QGuiApplication::screenAt(QCursor::pos()));
+}
+
+void addTransaction() {
+    platform::Workspace::openUrl(model::hostUrl(model::newTransactionRequest));
+}
+
+void openApplication() {
+    platform::Workspace::openUrl(model::hostUrl(model::allTransactionsRequest));
+}
+
+// Opens the container, or what there is of the way to it.
 void showSharedFolder() {
     std::filesystem::path folder =
         platform::GroupContainers::containerPath(std::string(fullEditionGroupIdentifier));
@@ -52,12 +73,71 @@ void perform(Center& center, const channel::Command& command) {
     else if (command.name == quitCommand)
         center.quit();
     else if (command.name == addCommand)
-        platform::Workspace::openUrl(model::hostUrl(model::newTransactionRequest));
+        addTransaction();
     else if (command.name == openApplicationCommand)
-        platform::Workspace::openUrl(model::hostUrl(model::allTransactionsRequest));
+        openApplication();
     else if (command.name == showFolderCommand)
         showSharedFolder();
 }
+
+std::unique_ptr<platform::PathWatcher> watcher() {
+    return std::make_unique<platform::InotifyWatcher>();
+}
+
+// The item of the tray, and what the panel's life has to do with it.
+class TrayOfCenter final {
+public:
+    TrayOfCenter(const QDBusConnection& bus, Center& center)
+        : tray_(bus) {
+        // A click that takes the focus from the panel has hidden it already.
+        tray_.setToggled([&center](QPoint pointer) {
+            const QScreen* screen = pointer.isNull() ? nullptr : QGuiApplication::screenAt(pointer);
+            if (!center.hasJustClosed())
+                center.toggle({screen ? nameOf(screen) : screenOfPointer(), {}, true});
+        });
+        tray_.setShowChosen([&center] { center.show({screenOfPointer(), {}, true}); });
+        tray_.setAddChosen(addTransaction);
+        tray_.setOpenApplicationChosen(openApplication);
+        tray_.setShowFolderChosen(showSharedFolder);
+        tray_.setQuitChosen([&center] { center.quit(); });
+    }
+
+    void setCounts(const channel::Counts& counts) { tray_.setCounts(counts.overdue, counts.dueToday); }
+    void setColorScheme(ColorScheme scheme) { tray_.setColorScheme(scheme); }
+
+private:
+    Tray tray_;
+};
+
+// The daily reminder: what it rests on, and how the user is told.
+class ReminderOfCenter final {
+public:
+    ReminderOfCenter(const QDBusConnection& bus, const SessionState& session, Center& center)
+        : session_(session)
+        , settings_(Settings::defaultFile(), watcher())
+        , reminder_(Reminder::defaultFile(), std::make_unique<platform::TimerAlarm>(), watcher())
+        , notifications_(bus) {
+        reminder_.setSettings(settings_.notifications());
+        settings_.setChanged([this] { reminder_.setSettings(settings_.notifications()); });
+        reminder_.setRemind([this](int overdue, int dueToday) { notifications_.show(overdue, dueToday); });
+        notifications_.setOpened([&center](const QString& token) {
+            center.show({screenOfPointer(), token.toStdString(), false});
+        });
+        sessionChanged();
+    }
+
+    void setCounts(const channel::Counts& counts) {
+        reminder_.setCounts(counts.overdue, counts.dueToday);
+        notifications_.setCounts(counts.overdue, counts.dueToday);
+    }
+    void sessionChanged() { reminder_.setSessionInUse(session_.isActiveAndUnlocked()); }
+
+private:
+    const SessionState& session_;
+    Settings settings_;
+    Reminder reminder_;
+    Notifications notifications_;
+};
 
 bool wantsNothingOfANewOne(const channel::Command& command) {
     return command.name == hideCommand || command.name == quitCommand;
@@ -86,16 +166,42 @@ std::optional<int> askRunning(const SingleInstance& instance, const Start& start
 }
 
 int runCenter(SingleInstance& instance, const Start& start) {
+    std::signal(SIGXFSZ, SIG_IGN); // a file that grows beyond the process's limit is a write that fails
     QApplication::setQuitOnLastWindowClosed(false);
     const QDBusConnection bus = QDBusConnection::sessionBus();
-    Center center(std::make_unique<platform::InotifyWatcher>());
+    Center center(watcher());
     center.setQuitted([] { QApplication::quit(); });
     platform::DisplayConnection::setBeforeEnd([&center] { center.waitForExtension(); });
+    const platform::TerminationSignals signals([&center] { center.quit(); });
+
     const auto asked = [&center](const channel::Command& command) { perform(center, command); };
     instance.listen(asked);
+    const bool isUsersOwn = start.containers.empty();
     std::optional<ApplicationService> service;
-    if (start.containers.empty())
+    if (isUsersOwn)
         service.emplace(bus, asked);
+
+    TrayOfCenter tray(bus, center);
+    SessionState session(QDBusConnection::systemBus(), bus);
+    session.setLocked([&center] { center.hide(); });
+    std::optional<ReminderOfCenter> reminder;
+    if (isUsersOwn) {
+        reminder.emplace(bus, session, center);
+        session.setChanged([&reminder] { reminder->sessionChanged(); });
+    }
+    center.setCountsChanged([&](const channel::Counts& counts) {
+        tray.setCounts(counts);
+        if (reminder)
+            reminder->setCounts(counts);
+    });
+
+    Appearance appearance(bus, Appearance::defaultKdeFile(), watcher());
+    tray.setColorScheme(appearance.colorScheme());
+    appearance.setColorSchemeChanged([&tray](ColorScheme scheme) { tray.setColorScheme(scheme); });
+    center.setReducedMotion(appearance.isMotionReduced());
+    appearance.setReducedMotionChanged([&center](bool isReduced) { center.setReducedMotion(isReduced); });
+
+    // The first that is known of assistive programs is waited for, since an extension keeps what it is given.
     AccessibilityBus accessibility(bus);
     accessibility.setChanged([&, isFirst = true](const QString& address) mutable {
         center.setAccessibilityBus(address);
@@ -104,7 +210,6 @@ int runCenter(SingleInstance& instance, const Start& start) {
         center.start();
         perform(center, start.command);
     });
-    const platform::TerminationSignals signals([&center] { center.quit(); });
     return QApplication::exec();
 }
 

@@ -308,7 +308,8 @@ class Desktop:
         for name, folder in folders.items():
             (self.folder / folder).mkdir(mode=0o700, parents=True)
             kept[name] = str(self.folder / folder)
-        return kept | {"LANG": "C.UTF-8", "TZ": "UTC", "QT_QPA_PLATFORM": "xcb", "NO_AT_BRIDGE": "1"}
+        return kept | {"LANG": "C.UTF-8", "TZ": "UTC", "QT_QPA_PLATFORM": "xcb", "NO_AT_BRIDGE": "1",
+                       "DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/dev/null"}
 
     def start(self, command, env=None, **streams):
         """Starts a process of this desktop in a group of its own; it dies with the test in any case."""

@@ -1,5 +1,6 @@
 #include "platform/views/Box.h"
 
+#include "platform/views/DevicePixels.h"
 #include "platform/views/LayerView.h"
 
 #include <QPainter>
@@ -27,7 +28,7 @@ void Box::paintEvent(QPaintEvent*) {
     painter.setPen(Qt::NoPen);
     painter.setBrush(fillColor_);
     const QRectF mask = QRectF(holder->rect()).translated(-QPointF(pos()));
-    painter.drawRoundedRect(mask, holder->cornerRadius(), holder->cornerRadius());
+    painter.drawRoundedRect(onDevicePixels(painter, mask), holder->cornerRadius(), holder->cornerRadius());
 }
 
 } // namespace platform

@@ -160,6 +160,28 @@ TEST_F(RoundCorners, followTheLayersSize) {
     EXPECT_EQ(image.pixelColor(59, 0).alpha(), 0);
 }
 
+TEST_F(RoundCorners, haveSharpEdgesAtEachScale) {
+    layer.setFrame(QRectF(0, 0, 41, 41));
+    box.setFrame(QRectF(0, 0, 41, 41));
+    for (const double scale : {1.25, 1.5, 1.75}) {
+        for (const int y : {0, 1, 2, 3}) {
+            QImage image(80, 80, QImage::Format_ARGB32_Premultiplied);
+            image.setDevicePixelRatio(scale);
+            image.fill(Qt::transparent);
+            layer.render(&image, QPoint(y, y), QRegion(), QWidget::DrawChildren);
+            image.setDevicePixelRatio(1);
+            const QPoint middle = support::inkOf(image).center();
+            for (int along = 0; along < 80; ++along) {
+                for (const QPoint at : {QPoint(along, middle.y()), QPoint(middle.x(), along)}) {
+                    const int alpha = image.pixelColor(at).alpha();
+                    ASSERT_TRUE(alpha == 0 || alpha == 255)
+                        << alpha << " at " << at.x() << ", " << at.y() << " of " << scale;
+                }
+            }
+        }
+    }
+}
+
 TEST(LayerView, isPlainAtFirst) {
     const LayerView layer;
     EXPECT_EQ(layer.cornerRadius(), 0);

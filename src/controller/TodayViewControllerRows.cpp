@@ -38,6 +38,7 @@ TodayViewController::tableViewViewForTableColumnRow(platform::TableView& table, 
     // Assistive programs name the effect of a click even if the row has no text.
     if (trCount.isCustom())
         addRow->setAccessibleName(qtTrId("ShowAllTitle"));
+    addRow->contentIsClickable = trCount.isCustom();
     addRow->delegate = sharedSelf();
     return addRow;
 }

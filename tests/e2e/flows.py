@@ -166,9 +166,12 @@ class Panel:
 
     def hold_row(self, row):
         """Presses a closed row and waits until it shows that. What the mouse did before has been handled then."""
-        before = self.row_picture(row)
         self.window.hold(*self.on_row(row))
-        harness.wait_for(lambda: self.row_picture(row) != before, f"a held row {row}")
+        harness.wait_for(lambda: max(map(max, self.row_picture(row))) < 200, f"a held row {row}, which is dim")
+
+    def rest(self):
+        """Puts the mouse where it is on no row, so that none shows it."""
+        self.window.move_pointer(*self.at(-MARGIN_X / 2, ROW / 2))
 
     def row_picture(self, row):
         """The pixels of a row's middle line, without those of the hairlines between rows."""

@@ -56,6 +56,7 @@ class Rows(flows.Flow):
         # The end of the closing slide came first and has not brought back what an open row hides.
         self.assertFalse(self.panel.shows_title(1))
         self.panel.click_row(1)
+        self.panel.rest()
         self.panel.wait_for_row(1, self.closed[1])
         self.assertTrue(self.panel.shows_title(1))
         self.close_untouched()

@@ -1,6 +1,7 @@
 #include "support/Events.h"
 
 #include <QApplication>
+#include <QPointer>
 #include <QTest>
 #include <QWheelEvent>
 #include <QWidget>
@@ -13,6 +14,9 @@ namespace {
 QWindow& windowOf(QWidget& widget) {
     return *widget.window()->windowHandle();
 }
+
+// The window that the mouse has come into, which the window system would tell it.
+QPointer<QWindow> windowWithMouse;
 
 // When the last press was, by the clock of the events.
 int lastPress = 0;
@@ -39,6 +43,23 @@ void support::press(QWidget& widget, QPoint point, Qt::MouseButton button) {
 
 void support::drag(QWidget& widget, QPoint point) {
     QTest::mouseMove(&windowOf(widget), inWindow(widget, point));
+}
+
+void support::hover(QWidget& widget, QPoint point) {
+    QWindow& window = windowOf(widget);
+    const QPoint place = inWindow(widget, point);
+    if (windowWithMouse != &window) {
+        windowWithMouse = &window;
+        QEnterEvent event(place, place, window.mapToGlobal(place));
+        QCoreApplication::sendEvent(&window, &event);
+    }
+    QTest::mouseMove(&window, place);
+}
+
+void support::leave(QWidget& widget) {
+    windowWithMouse = nullptr;
+    QEvent event(QEvent::Leave);
+    QCoreApplication::sendEvent(&windowOf(widget), &event);
 }
 
 void support::release(QWidget& widget, QPoint point, Qt::MouseButton button) {

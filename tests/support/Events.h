@@ -14,6 +14,9 @@ namespace support {
 
 void press(QWidget& widget, QPoint point, Qt::MouseButton button = Qt::LeftButton);
 void drag(QWidget& widget, QPoint point);
+// The mouse comes to rest at a point, with no button pressed; and it leaves the window.
+void hover(QWidget& widget, QPoint point);
+void leave(QWidget& widget);
 void release(QWidget& widget, QPoint point, Qt::MouseButton button = Qt::LeftButton);
 void click(QWidget& widget, QPoint point, Qt::MouseButton button = Qt::LeftButton);
 // Two presses and releases in quick succession.

@@ -120,6 +120,8 @@ void Button::performAccessibleAction(const QString& action) {
 void Button::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const QRectF rect = bounds();
+    if (showsHover())
+        paintHover(painter, rect);
     if (bordered_ || (showsFocus() && focusRingType_ == FocusRingType::Default)) {
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(QPen(showsFocus() ? focusColor : borderColor, 1));

@@ -52,6 +52,7 @@ public:
     void mouseDragged(const MouseEvent& event) override;
     void mouseUp(const MouseEvent& event) override;
     void mouseCancelled() override;
+    [[nodiscard]] View* clickTarget() override { return action_ ? this : nullptr; }
     [[nodiscard]] AccessibleTraits accessibleTraits() const override;
     void performAccessibleAction(const QString& action) override;
 

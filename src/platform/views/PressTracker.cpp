@@ -10,13 +10,6 @@ namespace platform {
 
 namespace {
 
-View& rootOf(View& view) {
-    View* root = &view;
-    while (View* above = root->superview())
-        root = above;
-    return *root;
-}
-
 // The nearest view above that shared references own, or the view itself. The toolkit's tree owns the others.
 std::shared_ptr<View> ownerOf(View& view) {
     for (View* above = &view; above; above = above->superview())
@@ -42,11 +35,8 @@ PressTracker& PressTracker::shared() {
 void PressTracker::press(View& receiver, const QMouseEvent& event) {
     cancel();
     QWidget& window = *receiver.window();
-    View& root = rootOf(receiver);
     const QPointF place = placeIn(window, receiver, event);
-    View* hit = root.hitTest(root.mapFrom(&window, place) + root.geometry().topLeft());
-    if (hit && !hit->isEnabled())
-        hit = nullptr;
+    View* hit = receiver.rootView().viewAtPointOfWindow(place);
     View* target = viewInSeries(hit, event);
     if (!target)
         return;

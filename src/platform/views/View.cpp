@@ -1,11 +1,14 @@
 #include "platform/views/View.h"
 
 #include "platform/views/Accessibility.h"
+#include "platform/views/DevicePixels.h"
+#include "platform/views/HoverTracker.h"
 #include "platform/views/PressTracker.h"
 
 #include <QFocusEvent>
 #include <QGraphicsOpacityEffect>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QStyle>
 
 #include <utility>
@@ -13,6 +16,9 @@
 namespace platform {
 
 namespace {
+
+constexpr QColor hoverColor(255, 255, 255, 20);
+constexpr double hoverRadius = 6;
 
 // A rectangle includes its upper and left edges and excludes its lower and right ones.
 bool contains(const QRectF& rect, QPointF point) {
@@ -163,6 +169,18 @@ View* View::hitTest(QPointF point) {
     return this;
 }
 
+View& View::rootView() {
+    View* root = this;
+    while (View* above = root->superview())
+        root = above;
+    return *root;
+}
+
+View* View::viewAtPointOfWindow(QPointF point) {
+    View* hit = hitTest(mapFrom(window(), point) + origin());
+    return hit && hit->isEnabled() ? hit : nullptr;
+}
+
 void View::mouseDown(const MouseEvent& event) {
     if (View* next = superview())
         next->mouseDown(event);
@@ -183,6 +201,11 @@ void View::mouseCancelled() {
         next->mouseCancelled();
 }
 
+View* View::clickTarget() {
+    View* above = superview();
+    return above ? above->clickTarget() : nullptr;
+}
+
 bool View::isPressHeld() {
     return PressTracker::shared().isHeld();
 }
@@ -192,6 +215,8 @@ void View::dropHeldPress() {
 }
 
 bool View::event(QEvent* event) {
+    if (event->type() == QEvent::Enter)
+        HoverTracker::shared().enter(*this, static_cast<QEnterEvent*>(event)->position());
     return routeMouse(*event) || QWidget::event(event);
 }
 
@@ -243,6 +268,20 @@ void View::changeEvent(QEvent* event) {
 void View::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     layoutViews();
+}
+
+void View::setHovered(bool hovered) {
+    showsHover_ = hovered;
+    update();
+}
+
+void View::paintHover(QPainter& painter, const QRectF& rect) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(hoverColor);
+    painter.drawRoundedRect(onDevicePixels(painter, rect), hoverRadius, hoverRadius);
+    painter.restore();
 }
 
 void View::focusInEvent(QFocusEvent* event) {

@@ -13,6 +13,8 @@
 #include <utility>
 #include <vector>
 
+class QPainter;
+
 namespace platform {
 
 // A mouse event on its way through the views.
@@ -98,11 +100,19 @@ public:
     // itself, in place of its subviews, and takes no press.
     [[nodiscard]] virtual View* hitTest(QPointF point);
 
+    // The view that takes a press at a point of the window, for a root view; null if none does.
+    [[nodiscard]] View* viewAtPointOfWindow(QPointF point);
+    [[nodiscard]] View& rootView();
+
     virtual void mouseDown(const MouseEvent& event);
     virtual void mouseDragged(const MouseEvent& event);
     virtual void mouseUp(const MouseEvent& event);
     // In place of mouseUp: the press has ended without a release, so it has no effect.
     virtual void mouseCancelled();
+
+    // The view that a click on this one acts on, which shows when the mouse rests there; null if a click does
+    // nothing. Like a press, the question climbs the superviews.
+    [[nodiscard]] virtual View* clickTarget();
 
     // Whether a press waits for its release. Dropped, the release reaches nobody: a window that hides
     // meanwhile never hears of it.
@@ -131,6 +141,11 @@ protected:
     // Whether to draw a focus ring: a key has moved the focus to the view, not a click or a new window.
     [[nodiscard]] bool showsFocus() const { return showsFocus_; }
 
+    // Whether the mouse rests on the view and a click would act on it.
+    [[nodiscard]] bool showsHover() const { return showsHover_; }
+    // Paints the tint of a view that shows the hover.
+    static void paintHover(QPainter& painter, const QRectF& rect);
+
     // The view's upper left corner in the superview. (A window's pos() would be its title bar's.)
     [[nodiscard]] QPointF origin() const { return geometry().topLeft(); }
 
@@ -142,9 +157,11 @@ protected:
 
 private:
     friend class AnimationGroup;
+    friend class HoverTracker;
 
     [[nodiscard]] bool routeMouse(QEvent& event);
     void applyVisibility();
+    void setHovered(bool hovered);
     void place(const QRectF& frame, const QRect& geometry);
 
     QRectF frame_;
@@ -154,6 +171,7 @@ private:
     bool hidden_ = false;
     bool fillsSuperview_ = false;
     bool showsFocus_ = false;
+    bool showsHover_ = false;
 };
 
 // Makes a view that its references own: a Qt parent never deletes it, and the last reference takes it out of

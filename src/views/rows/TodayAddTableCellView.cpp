@@ -71,6 +71,10 @@ platform::View* TodayAddTableCellView::hitTest(QPointF point) {
     return &*clickView;
 }
 
+platform::View* TodayAddTableCellView::clickTarget() {
+    return contentIsClickable ? this : nullptr;
+}
+
 void TodayAddTableCellView::layoutViews() {
     const double right = bounds().width();
     clickView->setLogicalFrame(bounds());
@@ -93,9 +97,13 @@ void TodayAddTableCellView::performAccessibleAction(const QString&) {
 }
 
 void TodayAddTableCellView::paintEvent(QPaintEvent*) {
-    if (!showsFocus())
+    if (!showsFocus() && !showsHover())
         return;
     QPainter painter(this);
+    if (showsHover())
+        paintHover(painter, QRectF(rect()).adjusted(0, 1, 0, -2));
+    if (!showsFocus())
+        return;
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(white(focusAlpha), 1));
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 1.5, -0.5, -2.5), focusRadius, focusRadius);

@@ -25,6 +25,7 @@ public:
     explicit TodayAddTableCellView(QWidget* parent = nullptr);
 
     std::shared_ptr<TodayAddTableViewCellDelegate> delegate;
+    bool contentIsClickable = true; // whether the delegate does something at a click beside the button
 
     // Connected by the interface file.
     platform::Outlet<platform::Button> addButton;
@@ -38,6 +39,7 @@ public:
     void mouseUp(const platform::MouseEvent& event) override;
     void mouseCancelled() override;
     [[nodiscard]] platform::View* hitTest(QPointF point) override;
+    [[nodiscard]] platform::View* clickTarget() override;
 
     void layoutViews() override;
     [[nodiscard]] platform::AccessibleTraits accessibleTraits() const override;

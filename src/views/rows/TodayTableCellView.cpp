@@ -248,6 +248,10 @@ platform::View* TodayTableCellView::hitTest(QPointF point) {
     return holder == cellContentView.get() ? cellContentView.get() : hit;
 }
 
+platform::View* TodayTableCellView::clickTarget() {
+    return this;
+}
+
 void TodayTableCellView::buttonsPanelUserClickAction(TodayTransactionAction action) {
     const auto self = weak_from_this().lock();
     if (const auto receiver = delegate)
@@ -281,9 +285,13 @@ void TodayTableCellView::performAccessibleAction(const QString&) {
 }
 
 void TodayTableCellView::paintEvent(QPaintEvent*) {
-    if (!showsFocus())
+    if (!showsFocus() && !showsHover())
         return;
     QPainter painter(this);
+    if (showsHover())
+        paintHover(painter, QRectF(rect()).adjusted(0, 1, 0, -2));
+    if (!showsFocus())
+        return;
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(focusColor, 1));
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 1.5, -0.5, -2.5), badgeCornerRadius,

@@ -83,6 +83,7 @@ public:
     void mouseUp(const platform::MouseEvent& event) override;
     void mouseCancelled() override;
     [[nodiscard]] platform::View* hitTest(QPointF point) override;
+    [[nodiscard]] platform::View* clickTarget() override;
     void buttonsPanelUserClickAction(TodayTransactionAction action) override;
 
     void layoutViews() override;

@@ -223,6 +223,23 @@ TEST_F(ActionSheetClicks, checkWithTheWhitePaidImage) {
     EXPECT_EQ(sheet->checkButton1->image().pixels(1), paid.tinted(Qt::white).pixels(1));
 }
 
+TEST_F(ActionSheetClicks, showTheMouseUntilTheSheetIsAnswered) {
+    const auto cursor = [this] { return root.cursor().shape(); };
+    for (const Button* button : buttons()) {
+        support::hover(root, sheet->mapTo(&root, button->geometry().center()));
+        EXPECT_EQ(cursor(), Qt::PointingHandCursor);
+    }
+    support::hover(root, sheet->mapTo(&root, sheet->titleLabel->geometry().center()));
+    EXPECT_EQ(cursor(), Qt::ArrowCursor);
+    support::hover(root, sheet->mapTo(&root, sheet->checkButton1->geometry().center()));
+    ASSERT_EQ(cursor(), Qt::PointingHandCursor);
+    sheet->checkButtonClick1();
+    queue.advance(50ms);
+    support::settle();
+    EXPECT_EQ(cursor(), Qt::ArrowCursor);
+    support::leave(root);
+}
+
 class ActionSheetCheck : public ActionSheetClicks, public testing::WithParamInterface<Qt::LayoutDirection> {};
 
 TEST_P(ActionSheetCheck, standsAtTheLeadingEdgeInTheMiddleOfTheHeight) {

@@ -11,8 +11,10 @@ namespace {
 QStringList warnings;
 
 void handleMessage(QtMsgType type, const QMessageLogContext&, const QString& text) {
-    // The offscreen platform prints the first warning for each window and the second one without a desktop.
+    // The offscreen platform prints the first warning for each window, the second one for each tooltip and
+    // the third one without a desktop.
     if (type == QtDebugMsg || text.contains(QLatin1String("propagateSizeHints")) ||
+        text.contains(QLatin1String("does not support raise()")) ||
         text.contains(QLatin1String("XDG_RUNTIME_DIR")))
         return;
     warnings.append(text);

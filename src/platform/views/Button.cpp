@@ -2,10 +2,8 @@
 
 #include "platform/images/BundleImages.h"
 
-#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QPainter>
-#include <QToolTip>
 
 namespace platform {
 
@@ -60,11 +58,8 @@ void Button::setFocusRingType(FocusRingType type) {
     update();
 }
 
-bool Button::event(QEvent* event) {
-    if (event->type() != QEvent::ToolTip || !helpTextKey_)
-        return View::event(event);
-    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), qtTrId(helpTextKey_), this);
-    return true;
+QString Button::toolTipText() const {
+    return helpTextKey_ && isEnabled() ? qtTrId(helpTextKey_) : QString();
 }
 
 void Button::performClick() {

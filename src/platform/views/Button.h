@@ -53,11 +53,11 @@ public:
     void mouseUp(const MouseEvent& event) override;
     void mouseCancelled() override;
     [[nodiscard]] View* clickTarget() override { return action_ ? this : nullptr; }
+    [[nodiscard]] QString toolTipText() const override;
     [[nodiscard]] AccessibleTraits accessibleTraits() const override;
     void performAccessibleAction(const QString& action) override;
 
 protected:
-    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 

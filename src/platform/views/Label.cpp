@@ -17,9 +17,13 @@ namespace {
 // long for a megabyte.
 constexpr qsizetype longestShown = 2000;
 
+bool isElided(const QString& head, const QFont& font, double width, Label::LineBreakMode mode) {
+    return mode == Label::LineBreakMode::TruncatingTail && textWidth(head, font) > width;
+}
+
 TextLine shownLine(const QString& text, const QFont& font, double width, Label::LineBreakMode mode) {
-    const QString head = text.size() > longestShown ? text.left(longestShown) : text;
-    if (mode == Label::LineBreakMode::Clipping || textWidth(head, font) <= width)
+    const QString head = text.left(longestShown);
+    if (!isElided(head, font, width, mode))
         return TextLine(head, font);
     const ExactFont exact = exactFont(font);
     const QString elided =
@@ -71,6 +75,10 @@ void Label::sizeToFit() {
     const ExactFont exact = exactFont(font_);
     const double height = std::ceil(QFontMetricsF(exact.font).height() * exact.scale);
     setFrame(QRectF(frame().topLeft(), QSizeF(std::ceil(textWidth(text_, font_)), height)));
+}
+
+QString Label::toolTipText() const {
+    return isElided(text_.left(longestShown), font_, width(), lineBreakMode_) ? text_ : QString();
 }
 
 AccessibleTraits Label::accessibleTraits() const {

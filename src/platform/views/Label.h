@@ -33,6 +33,8 @@ public:
     // Gives the frame the size that the text takes, its origin kept.
     void sizeToFit();
 
+    // The whole text, where the label has no room for it and shows that.
+    [[nodiscard]] QString toolTipText() const override;
     [[nodiscard]] AccessibleTraits accessibleTraits() const override;
 
 protected:

@@ -4,9 +4,11 @@
 #include "platform/views/DevicePixels.h"
 #include "platform/views/HoverTracker.h"
 #include "platform/views/PressTracker.h"
+#include "platform/views/ToolTip.h"
 
 #include <QFocusEvent>
 #include <QGraphicsOpacityEffect>
+#include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyle>
@@ -217,7 +219,7 @@ void View::dropHeldPress() {
 bool View::event(QEvent* event) {
     if (event->type() == QEvent::Enter)
         HoverTracker::shared().enter(*this, static_cast<QEnterEvent*>(event)->position());
-    return routeMouse(*event) || QWidget::event(event);
+    return routeMouse(*event) || explain(*event) || QWidget::event(event);
 }
 
 // Qt hands an event to the deepest widget under the mouse; the tracker knows which view it is for.
@@ -239,6 +241,16 @@ bool View::routeMouse(QEvent& event) {
             tracker.press(*this, mouse);
     }
     return true;
+}
+
+// Without a text here the toolkit asks the superview.
+bool View::explain(QEvent& event) {
+    if (event.type() != QEvent::ToolTip)
+        return false;
+    const QString text = toolTipText();
+    if (!text.isEmpty())
+        showToolTip(static_cast<QHelpEvent&>(event).globalPos(), text, *this);
+    return !text.isEmpty();
 }
 
 void View::notifyExpandedChanged() {

@@ -122,6 +122,9 @@ public:
     // Called once, when the view and its outlets have come out of an interface file.
     virtual void awakeFromNib() {}
 
+    // The text of the tooltip; none where it is empty.
+    [[nodiscard]] virtual QString toolTipText() const { return {}; }
+
     // What assistive programs are told of this view.
     [[nodiscard]] virtual AccessibleTraits accessibleTraits() const { return {}; }
     // Performs one of the actions that the traits name, as an assistive program asked.
@@ -160,6 +163,7 @@ private:
     friend class HoverTracker;
 
     [[nodiscard]] bool routeMouse(QEvent& event);
+    [[nodiscard]] bool explain(QEvent& event);
     void applyVisibility();
     void setHovered(bool hovered);
     void place(const QRectF& frame, const QRect& geometry);

@@ -16,7 +16,7 @@ void ManualMainQueue::after(Duration delay, Work work) {
 }
 
 std::unique_ptr<platform::MainQueue::Ticking> ManualMainQueue::animate(Duration duration, Tick tick) {
-    return animations_.start(now_, duration, std::move(tick));
+    return animations_.start(now_, timeOfTicks(duration), std::move(tick));
 }
 
 void ManualMainQueue::advance(Duration duration) {

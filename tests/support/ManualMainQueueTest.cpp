@@ -165,6 +165,22 @@ TEST_F(ManualMainQueueTest, anAnimationWithoutDurationEndsAtTheFirstTick) {
     EXPECT_THAT(ticks, ElementsAre(1.0, 1.0));
 }
 
+TEST_F(ManualMainQueueTest, withReducedMotionAnAnimationEndsAtTheFirstTick) {
+    const auto before = queue.animate(200ms, tick);
+    queue.setReducedMotion(true);
+    const auto animation =
+        queue.animate(200ms, [this](double progress) { notes.push_back(progress == 1.0 ? "end" : "tick"); });
+    queue.after(200ms, note("completion"));
+    EXPECT_THAT(notes, ElementsAre());
+    queue.advance(50ms);
+    EXPECT_THAT(notes, ElementsAre("end"));
+    EXPECT_THAT(ticks, ElementsAre(0.25)) << "it had started before";
+    queue.advance(149ms);
+    EXPECT_THAT(notes, ElementsAre("end"));
+    queue.advance(1ms);
+    EXPECT_THAT(notes, ElementsAre("end", "completion"));
+}
+
 TEST_F(ManualMainQueueTest, ticksComeBeforeWorkThatIsDueThen) {
     queue.after(200ms, note("completion"));
     const auto animation =

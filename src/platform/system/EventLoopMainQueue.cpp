@@ -38,7 +38,7 @@ void EventLoopMainQueue::after(Duration delay, Work work) {
 }
 
 std::unique_ptr<MainQueue::Ticking> EventLoopMainQueue::animate(Duration duration, Tick tick) {
-    auto animation = animations_.start(now(), duration, std::move(tick));
+    auto animation = animations_.start(now(), timeOfTicks(duration), std::move(tick));
     if (!frameTimer_) {
         frameTimer_ = makeTimer();
         frameTimer_->setInterval(frame);

@@ -32,6 +32,11 @@ public:
     // tick may destroy any handle, including its own.
     [[nodiscard]] virtual std::unique_ptr<Ticking> animate(Duration duration, Tick tick) = 0;
 
+    // Whether animations that start from now on show no motion, as users ask of their desktop: each of them
+    // ticks once, with 1, where it would have ticked first. Deferred work keeps its time.
+    void setReducedMotion(bool reduced) { reducedMotion_ = reduced; }
+    [[nodiscard]] bool reducedMotion() const { return reducedMotion_; }
+
     // Whether no deferred work is pending. Work that is running and animations do not count.
     [[nodiscard]] virtual bool isIdle() const = 0;
 
@@ -49,6 +54,15 @@ public:
     // Replaces the queue of the program by one that outlives its use; nullptr restores the event loop's
     // queue. Returns the queue that was set before, or nullptr.
     static MainQueue* setCurrent(MainQueue* queue);
+
+protected:
+    // The time for which an animation ticks.
+    [[nodiscard]] Duration timeOfTicks(Duration duration) const {
+        return reducedMotion_ ? Duration::zero() : duration;
+    }
+
+private:
+    bool reducedMotion_ = false;
 };
 
 } // namespace platform

@@ -205,6 +205,21 @@ TEST_F(EventLoopMainQueueTest, aTickMayStartAnotherAnimation) {
     EXPECT_TRUE(second); // the inner animation has ended the loop
 }
 
+TEST_F(EventLoopMainQueueTest, withReducedMotionNoTimerRunsAfterTheOneTick) {
+    queue.setReducedMotion(true);
+    bool isTickingStill = true;
+    const auto animation = queue.animate(10s, tick);
+    queue.after(60ms, [&] {
+        isTickingStill = isTicking(); // the timer of this work has stopped
+        loop.quit();
+    });
+    const auto start = Clock::now();
+    run();
+    EXPECT_THAT(ticks, ElementsAre(1.0));
+    EXPECT_FALSE(isTickingStill);
+    EXPECT_GE(Clock::now() - start, 60ms) << "deferred work keeps its time";
+}
+
 TEST_F(EventLoopMainQueueTest, aHandleMayOutliveTheQueue) {
     std::unique_ptr<MainQueue::Ticking> animation;
     {

@@ -71,6 +71,20 @@ TEST_F(ExpansionTest, openItIsAsFarAsTheButtonsAreWide) {
     EXPECT_TRUE(queue.isIdle());
 }
 
+TEST_F(ExpansionTest, withReducedMotionItShowsAndCoversItsButtonsAtOnce) {
+    queue.setReducedMotion(true);
+    row->cellClicked();
+    queue.advance(0ms);
+    EXPECT_EQ(offset(), -slide);
+    row->cellClicked();
+    queue.advance(0ms);
+    EXPECT_EQ(offset(), 0);
+    queue.advance(199ms);
+    EXPECT_FALSE(showsBadge());
+    queue.advance(1ms);
+    expectAllShown();
+}
+
 TEST_F(ExpansionTest, closingItShowsThePartsOnlyAtTheEndOfTheSlide) {
     open();
     row->cellClicked();

@@ -1,6 +1,8 @@
 #include "panel/LoadTriggers.h"
 
 #include "exchange/SharedFiles.h"
+#include "model/GroupIdentifiers.h"
+#include "platform/storage/GroupContainers.h"
 #include "platform/storage/OwnReplacements.h"
 #include "platform/system/Clock.h"
 #include "platform/system/CurrentTimeZone.h"
@@ -9,6 +11,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <string>
 
 namespace panel {
 
@@ -49,6 +52,10 @@ LoadTriggers::~LoadTriggers() = default;
 void LoadTriggers::listWillLoad() {
     paths_ = exchange::pathsOfList();
     paths_.files.push_back(platform::currentTimeZoneFile());
+    // A container that comes is a list, even without a file in it.
+    const std::string group(fullEditionGroupIdentifier);
+    if (!platform::GroupContainers::containerForGroup(group))
+        paths_.files.push_back(platform::GroupContainers::containerPath(group));
     watcher_->watch(paths_);
     known_ = versions();
     entriesHaveChanged_ = false;

@@ -2,6 +2,7 @@
 
 #include "controller/WidgetInterfaceFiles.h"
 #include "panel/ListFocus.h"
+#include "panel/Welcome.h"
 #include "platform/system/Clock.h"
 #include "platform/system/CurrentTimeZone.h"
 #include "platform/system/MainQueue.h"
@@ -83,10 +84,14 @@ void Panel::load() {
     const auto old = std::exchange(controller_, std::make_shared<TodayViewController>());
     controller_->setExtensionContext(std::make_shared<platform::ExtensionContext>());
     std::optional<ListFocus> focus;
-    if (old && window_->isVisible())
+    if (old && old->isViewLoaded() && window_->isVisible())
         focus.emplace(*old, window_->focusWidget());
-    window_->setContent(controller_);
-    if (focus)
+    // The controller of a list that is not there keeps no view.
+    std::shared_ptr<platform::ViewController> content = controller_;
+    if (Welcome::isDue())
+        content = std::make_shared<Welcome>();
+    window_->setContent(content);
+    if (focus && controller_->isViewLoaded())
         focus->giveTo(*controller_);
     if (old)
         old->releaseViews();

@@ -73,10 +73,20 @@ class OnScreen(harness.DesktopTest):
         self.assertEqual(program.terminate(), 0)
         self.assertEqual(feed.read_bytes(), before)
 
-    def test_opens_without_a_container(self):
-        program = self.desktop.run([PANEL, "--containers", self.desktop.folder / "nowhere"])
-        program.window().wait_for_size(*panel_size(1))
-        self.assertFalse((self.desktop.folder / "nowhere").exists())
+    def test_shows_the_list_as_soon_as_there_is_a_container(self):
+        nowhere = self.desktop.folder / "nowhere"
+        program = self.desktop.run([PANEL, "--containers", nowhere])
+        window = program.window()
+        here = window.wait_for_size(panel_size(1)[0], None)
+        self.assertGreater(here.height, panel_size(2)[1])
+        self.assertFalse(nowhere.exists())
+        (nowhere / os.environ["KORVEL_GROUP"]).mkdir(parents=True)
+        window.wait_for_size(*panel_size(1))
+        containers.Container(nowhere).write_feed([containers.transaction(number) for number in range(3)])
+        window.wait_for_size(*panel_size(4))
+        window.press("Escape")
+        self.assertEqual(program.end_status(), 0)
+        self.assertEqual(program.err, "")
 
 
 class LowScreen(harness.DesktopTest):

@@ -3,6 +3,18 @@
 <TS version="2.1" language="ar">
 <context>
     <name></name>
+    <message id="WelcomeWhat">
+        <source></source>
+        <translation>تعرض هذه اللوحة ما هو مخطط في برنامج مالي: المدفوعات والإيرادات المتأخرة والمستحقة اليوم وفي الأيام القادمة.</translation>
+    </message>
+    <message id="WelcomeFolder">
+        <source></source>
+        <translation>تظهر القائمة حالما يحفظها البرنامج في هذا المجلد:</translation>
+    </message>
+    <message id="WelcomeDocumentation">
+        <source></source>
+        <translation>توضح وثائق Korvel Today كيف يتصل برنامج بها.</translation>
+    </message>
     <message id="TodayViewEmtyText">
         <source></source>
         <translation>لا شيء مستحق</translation>

@@ -3,6 +3,18 @@
 <TS version="2.1" language="de">
 <context>
     <name></name>
+    <message id="WelcomeWhat">
+        <source></source>
+        <translation>Zeigt, was ein Finanzprogramm plant: Zahlungen und Einnahmen, die überfällig sind, heute oder in den nächsten Tagen fällig werden.</translation>
+    </message>
+    <message id="WelcomeFolder">
+        <source></source>
+        <translation>Die Liste erscheint, sobald das Programm sie in diesem Ordner ablegt:</translation>
+    </message>
+    <message id="WelcomeDocumentation">
+        <source></source>
+        <translation>Wie ein Programm sich verbindet, beschreibt die Dokumentation von Korvel Today.</translation>
+    </message>
     <message id="TodayViewEmtyText">
         <source></source>
         <translation>Nichts fällig</translation>

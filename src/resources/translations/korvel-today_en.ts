@@ -3,6 +3,18 @@
 <TS version="2.1" language="en">
 <context>
     <name></name>
+    <message id="WelcomeWhat">
+        <source></source>
+        <translation>Shows what a finance program has planned: payments and income that are overdue, due today or due in the coming days.</translation>
+    </message>
+    <message id="WelcomeFolder">
+        <source></source>
+        <translation>The list appears as soon as the program keeps it in this folder:</translation>
+    </message>
+    <message id="WelcomeDocumentation">
+        <source></source>
+        <translation>The documentation of Korvel Today describes how a program connects.</translation>
+    </message>
     <message id="TodayViewEmtyText">
         <source></source>
         <translation>Nothing due</translation>

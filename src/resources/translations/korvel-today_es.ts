@@ -3,6 +3,18 @@
 <TS version="2.1" language="es">
 <context>
     <name></name>
+    <message id="WelcomeWhat">
+        <source></source>
+        <translation>Muestra lo que un programa de finanzas tiene previsto: pagos e ingresos vencidos, de hoy y de los próximos días.</translation>
+    </message>
+    <message id="WelcomeFolder">
+        <source></source>
+        <translation>La lista aparece en cuanto el programa la guarda en esta carpeta:</translation>
+    </message>
+    <message id="WelcomeDocumentation">
+        <source></source>
+        <translation>La documentación de Korvel Today explica cómo se conecta un programa.</translation>
+    </message>
     <message id="TodayViewEmtyText">
         <source></source>
         <translation>Nada pendiente</translation>

@@ -3,6 +3,18 @@
 <TS version="2.1" language="fa">
 <context>
     <name></name>
+    <message id="WelcomeWhat">
+        <source></source>
+        <translation>این پنجره آنچه را در یک برنامهٔ مالی برنامه‌ریزی شده است نشان می‌دهد: پرداخت‌ها و درآمدهای سررسید گذشته، امروز و روزهای آینده.</translation>
+    </message>
+    <message id="WelcomeFolder">
+        <source></source>
+        <translation>فهرست همین که برنامه آن را در این پوشه ذخیره کند نمایان می‌شود:</translation>
+    </message>
+    <message id="WelcomeDocumentation">
+        <source></source>
+        <translation>مستندات Korvel Today شرح می‌دهد که یک برنامه چگونه وصل می‌شود.</translation>
+    </message>
     <message id="TodayViewEmtyText">
         <source></source>
         <translation>موردی سررسید نشده</translation>

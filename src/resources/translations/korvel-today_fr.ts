@@ -3,6 +3,18 @@
 <TS version="2.1" language="fr">
 <context>
     <name></name>
+    <message id="WelcomeWhat">
+        <source></source>
+        <translation>Affiche ce qu’un logiciel de finances a prévu : paiements et revenus en retard, à échéance aujourd’hui ou dans les prochains jours.</translation>
+    </message>
+    <message id="WelcomeFolder">
+        <source></source>
+        <translation>La liste apparaît dès que le logiciel la dépose dans ce dossier :</translation>
+    </message>
+    <message id="WelcomeDocumentation">
+        <source></source>
+        <translation>La documentation de Korvel Today explique comment un logiciel se connecte.</translation>
+    </message>
     <message id="TodayViewEmtyText">
         <source></source>
         <translation>Rien à échéance</translation>

@@ -3,6 +3,18 @@
 <TS version="2.1" language="he">
 <context>
     <name></name>
+    <message id="WelcomeWhat">
+        <source></source>
+        <translation>מציג את מה שמתוכנן בתוכנת כספים: תשלומים והכנסות באיחור, להיום ולימים הקרובים.</translation>
+    </message>
+    <message id="WelcomeFolder">
+        <source></source>
+        <translation>הרשימה תופיע ברגע שהתוכנה תשמור אותה בתיקייה זו:</translation>
+    </message>
+    <message id="WelcomeDocumentation">
+        <source></source>
+        <translation>התיעוד של Korvel Today מתאר כיצד תוכנה מתחברת.</translation>
+    </message>
     <message id="TodayViewEmtyText">
         <source></source>
         <translation>אין תשלומים קרובים</translation>

@@ -3,6 +3,18 @@
 <TS version="2.1" language="it">
 <context>
     <name></name>
+    <message id="WelcomeWhat">
+        <source></source>
+        <translation>Mostra ciò che è pianificato in un programma di finanza: pagamenti ed entrate scaduti, in scadenza oggi o nei prossimi giorni.</translation>
+    </message>
+    <message id="WelcomeFolder">
+        <source></source>
+        <translation>L’elenco appare non appena il programma lo salva in questa cartella:</translation>
+    </message>
+    <message id="WelcomeDocumentation">
+        <source></source>
+        <translation>La documentazione di Korvel Today spiega come si collega un programma.</translation>
+    </message>
     <message id="TodayViewEmtyText">
         <source></source>
         <translation>Nulla in scadenza</translation>

@@ -3,6 +3,18 @@
 <TS version="2.1" language="ja">
 <context>
     <name></name>
+    <message id="WelcomeWhat">
+        <source></source>
+        <translation>家計ソフトに登録された予定のうち、期限を過ぎたもの、今日のもの、今後数日のものを表示します。</translation>
+    </message>
+    <message id="WelcomeFolder">
+        <source></source>
+        <translation>ソフトが次のフォルダーに一覧を保存すると、ここに表示されます:</translation>
+    </message>
+    <message id="WelcomeDocumentation">
+        <source></source>
+        <translation>ソフトの接続方法は Korvel Today のドキュメントに記載されています。</translation>
+    </message>
     <message id="TodayViewEmtyText">
         <source></source>
         <translation>予定はありません</translation>

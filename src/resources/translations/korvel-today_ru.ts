@@ -3,6 +3,18 @@
 <TS version="2.1" language="ru">
 <context>
     <name></name>
+    <message id="WelcomeWhat">
+        <source></source>
+        <translation>Показывает, что запланировано в финансовой программе: просроченные, сегодняшние и ближайшие платежи и поступления.</translation>
+    </message>
+    <message id="WelcomeFolder">
+        <source></source>
+        <translation>Список появится, как только программа сохранит его в этой папке:</translation>
+    </message>
+    <message id="WelcomeDocumentation">
+        <source></source>
+        <translation>Как подключается программа, описано в документации Korvel Today.</translation>
+    </message>
     <message id="TodayViewEmtyText">
         <source></source>
         <translation>Нет предстоящих платежей</translation>

@@ -78,7 +78,8 @@ class Rows(flows.Flow):
                 self.panel.wait_until_open(0)
             else:
                 self.panel.wait_for_row(0, self.closed[0])
-            self.assertEqual(self.panel.row_picture(2), self.closed[2])
+            self.panel.rest()
+            self.panel.wait_for_row(2, self.closed[2])
         self.close_untouched()
 
     def test_press_dragged_off_a_button_presses_nothing(self):
@@ -103,6 +104,7 @@ class Rows(flows.Flow):
             self.panel.window.let_go(*self.panel.on_row(2))
             self.panel.wait_for_row(1, self.closed[1])
             self.panel.click_row(2)
+            self.panel.rest()
             self.panel.wait_for_row(2, self.closed[2])
         self.close_untouched()
 

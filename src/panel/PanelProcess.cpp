@@ -71,7 +71,9 @@ private:
     }
     void take(const channel::Hide&) { panel_.close(); }
     void take(const channel::Quit&) { end(); }
-    void take(const channel::Motion&) {}
+    void take(const channel::Motion& asked) {
+        platform::MainQueue::current().setReducedMotion(asked.isReduced);
+    }
 
     void tellClosed() {
         center_.send(channel::Closed{});

@@ -238,9 +238,7 @@ class Program:
 
     def windows(self):
         """Its windows that can be seen now, and those of its children."""
-        found = [_output(("xdotool", "search", "--onlyvisible", "--pid", str(pid)), self.desktop.env) or b""
-                 for pid in self.pids()]
-        return [Window(self.desktop, ident) for ident in b"".join(found).decode().split()]
+        return [window for pid in self.pids() for window in self.desktop.windows_of(pid)]
 
     def window(self):
         """Its one window, once it is there."""
@@ -431,6 +429,11 @@ class Desktop:
         if done.returncode != 0:
             raise AssertionError(f"accessible.py {' '.join(words)}: {done.stderr}")
         return json.loads(done.stdout)
+
+    def windows_of(self, pid):
+        """The windows of a process that can be seen now."""
+        found = _output(("xdotool", "search", "--onlyvisible", "--pid", str(pid)), self.env) or b""
+        return [Window(self, ident) for ident in found.decode().split()]
 
     def save_picture(self, path):
         """Writes the whole screen to a PNG file."""

@@ -326,6 +326,28 @@ class OnTheBus(Resident):
         """The caller's own name is gone with it."""
         return "true" in self.bus("NameHasOwner", name.strip("'"))
 
+    def test_the_bus_starts_it_when_it_is_asked_for(self):
+        template = pathlib.Path(os.environ["KORVEL_SOURCE_DIR"], "packaging/com.korvel.today.service.in").read_text()
+        services = self.desktop.folder / "run" / "dbus-1" / "services"  # where a bus finds what a session brings along
+        services.mkdir(parents=True, exist_ok=True)
+        (services / "com.korvel.today.service").write_text(
+            template.replace("@KORVEL_BINARY_FOLDER@", str(pathlib.Path(PANEL).parent)))
+        self.bus("ReloadConfig")
+        self.bus("UpdateActivationEnvironment", "{%s}" % ", ".join(
+            f"'{name}': '{value}'" for name, value in
+            (self.desktop.env | {"KORVEL_GROUP_CONTAINERS": str(self.container.containers)}).items()))
+        self.application("Activate", "{}")
+        name = self.bus("GetConnectionUnixProcessID", "com.korvel.today")
+        started = int(re.search(r"uint32 (\d+)", name)[1])
+        self.addCleanup(lambda: harness.state(started) and os.kill(started, signal.SIGTERM))
+
+        def shown():
+            pids = [started, *harness.children(started)]
+            return [window for pid in pids for window in self.desktop.windows_of(pid)]
+        harness.wait_for(shown, "the panel")
+        self.application("ActivateAction", "quit", "[]", "{}")
+        harness.wait_for(lambda: harness.state(started) in (None, "Z"), "the end")
+
     def test_a_bus_that_goes_leaves_the_program_running(self):
         program = self.start()
         window = self.assert_list(program, 2)

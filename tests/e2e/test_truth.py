@@ -98,7 +98,8 @@ class Host(Truth):
         self.container.write_feed([overdue(1), overdue(2)])
         self.container.containers = self.desktop.folder / "not" / "there"
         panel = self.start({})
-        panel.wait_for_rows(0)
+        here = panel.window.wait_for_size(flows.WIDTH + 2 * flows.MARGIN_X, None)
+        self.assertGreater(here.height, flows.ROW * 3, "what the panel says while there is no container")
         (self.desktop.folder / "not").mkdir()
         (self.desktop.folder / "elsewhere").rename(self.desktop.folder / "not" / "there")
         panel.wait_for_rows(2)

@@ -159,6 +159,8 @@ void Panel::open(const Opening& opening) {
     hadFocus_ = window_->isVisible() && window_->isFocused();
     awaitLoad();
     if (!window_->isVisible()) {
+        if (backdropOfDesktop_)
+            window_->setBackdrop(backdropOfDesktop_());
         window_->dock(screenNamed(opening.screen));
         window_->show();
     }

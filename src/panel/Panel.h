@@ -42,6 +42,9 @@ public:
     Panel(const Panel&) = delete;
     Panel& operator=(const Panel&) = delete;
 
+    // Asked at each opening of a hidden panel, as a compositor may come or go.
+    void setBackdropOfDesktop(std::function<Backdrop()> source) { backdropOfDesktop_ = std::move(source); }
+
     // Shows the window and gives it the focus. A window that is shown already stays where it is.
     void open(const Opening& opening = {});
     // Hides the window at once. Pending actions are still performed, and the list stays true.
@@ -83,6 +86,7 @@ private:
     std::function<void()> closed_;
     std::function<void(const Counts&)> countsChanged_;
     std::optional<Counts> counts_; // as told last
+    std::function<Backdrop()> backdropOfDesktop_;
 };
 
 } // namespace panel

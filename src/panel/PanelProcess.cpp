@@ -45,6 +45,7 @@ public:
             std::visit([this](const auto& asked) { take(asked); }, message);
         });
         center_.setEnded([this] { end(); });
+        panel_.setBackdropOfDesktop(backdropOfDesktop);
         panel_.setShown([this] { center_.send(channel::Shown{}); });
         panel_.setClosed([this] { tellClosed(); });
         panel_.load();

@@ -75,6 +75,14 @@ void paintRoundSheet(QPainter& painter, const QRect& sheet) {
     painter.drawRoundedRect(QRectF(sheet).adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius, cornerRadius);
 }
 
+// No compositor makes a shadow around it: a hairline sets it off from a dark window behind it.
+void paintSquareSheet(QPainter& painter, const QRect& sheet) {
+    painter.fillRect(sheet, opaqueColor);
+    const QRect inner = sheet.adjusted(1, 1, -1, -1);
+    for (const QRect& side : QRegion(sheet) - inner)
+        painter.fillRect(side, edgeColor);
+}
+
 } // namespace
 
 PanelWindow::PanelWindow(Backdrop backdrop, Height height, int contentWidth)
@@ -84,10 +92,7 @@ PanelWindow::PanelWindow(Backdrop backdrop, Height height, int contentWidth)
     , scrollView_(new platform::ScrollView(this)) {
     setWindowTitle(QStringLiteral("Korvel Today"));
     setWindowFlags(windowKind());
-    if (backdrop == Backdrop::RoundTranslucent)
-        setAttribute(Qt::WA_TranslucentBackground);
-    else
-        setAttribute(Qt::WA_OpaquePaintEvent);
+    applyBackdrop();
     // The first Tab moves the focus to the first row; until then no row has a focus ring.
     setFocusProxy(scrollView_);
     scrollView_->setFocus();
@@ -102,6 +107,21 @@ PanelWindow::PanelWindow(Backdrop backdrop, Height height, int contentWidth)
         screensChanged();
     });
     connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, &PanelWindow::screensChanged);
+}
+
+void PanelWindow::applyBackdrop() {
+    const bool isTranslucent = backdrop_ == Backdrop::RoundTranslucent;
+    setAttribute(Qt::WA_TranslucentBackground, isTranslucent);
+    setAttribute(Qt::WA_NoSystemBackground, isTranslucent);
+    setAttribute(Qt::WA_OpaquePaintEvent, !isTranslucent);
+}
+
+void PanelWindow::setBackdrop(Backdrop backdrop) {
+    if (backdrop == backdrop_)
+        return;
+    backdrop_ = backdrop;
+    destroy(); // a window has its pixels' form for life
+    applyBackdrop();
 }
 
 PanelWindow::~PanelWindow() {
@@ -141,19 +161,49 @@ void PanelWindow::preferredSizeChanged() {
         setContentHeight(target);
         return;
     }
+    if (backdrop_ == Backdrop::RoundTranslucent) {
+        grantedHeight_ = isX11() ? sheetHeight_ : tallestPicture;
+        setWindowHeight(std::max(sheetHeight_, sheetHeightOf(target)));
+    }
     resizing_ = platform::MainQueue::current().animate(
         resizeDuration, [this, start = contentHeight_, target](double progress) {
             const double eased = QEasingCurve(QEasingCurve::InOutSine).valueForProgress(progress);
-            setContentHeight(progress >= 1 ? target : start + (target - start) * eased);
+            setSheet(progress >= 1 ? target : start + (target - start) * eased);
+            if (progress < 1 || height() == sheetHeight_)
+                return;
+            repaint(); // a window that is lowered first would cut the sheet of before
+            setWindowHeight(sheetHeight_);
         });
 }
 
+int PanelWindow::sheetHeightOf(double contentHeight) const {
+    const int whole = static_cast<int>(std::min(std::ceil(contentHeight), 1e6)) + 2 * verticalMargin;
+    return std::clamp(whole, 1, tallest());
+}
+
 void PanelWindow::setContentHeight(double height) {
-    contentHeight_ = height;
-    const int whole = static_cast<int>(std::min(std::ceil(height), 1e6)) + 2 * verticalMargin;
-    setWindowHeight(std::clamp(whole, 1, tallest()));
+    setWindowHeight(sheetHeightOf(height));
+    setSheet(height);
+}
+
+// While its height changes, a translucent window is as high as the taller of both heights, and the sheet
+// moves in it. The window manager takes its time for a new size, so that a sheet which has the new one
+// already would be cut: it would have square corners.
+void PanelWindow::setSheet(double contentHeight) {
+    contentHeight_ = contentHeight;
+    sheetHeight_ = sheetHeightOf(contentHeight);
+    if (backdrop_ == Backdrop::SquareOpaque)
+        setWindowHeight(sheetHeight_);
     layoutScrollView();
-    scrollView_->setDocumentHeight(height);
+    scrollView_->setDocumentHeight(contentHeight);
+    update();
+}
+
+QRect PanelWindow::sheet() const {
+    if (backdrop_ == Backdrop::SquareOpaque)
+        return rect();
+    const bool isMoving = contentHeight_ != targetHeight_;
+    return rect() & QRect(0, 0, width(), isMoving ? std::min(sheetHeight_, grantedHeight_) : sheetHeight_);
 }
 
 // Qt states a place with each size, and on X11 it may have a wrong one in mind.
@@ -209,10 +259,10 @@ void PanelWindow::paintEvent(QPaintEvent*) {
     }
     QPainter painter(this);
     if (backdrop_ == Backdrop::SquareOpaque) {
-        painter.fillRect(rect(), opaqueColor);
+        paintSquareSheet(painter, rect());
         return;
     }
-    paintRoundSheet(painter, rect());
+    paintRoundSheet(painter, sheet());
 }
 
 void PanelWindow::resizeEvent(QResizeEvent* event) {
@@ -228,7 +278,7 @@ void PanelWindow::moveEvent(QMoveEvent* event) {
 
 // A hidden window has no resize event, so this is called for each change of the height.
 void PanelWindow::layoutScrollView() {
-    scrollView_->setFrame(QRectF(rect().adjusted(0, verticalMargin, 0, -verticalMargin)));
+    scrollView_->setFrame(QRectF(sheet().adjusted(0, verticalMargin, 0, -verticalMargin)));
 }
 
 void PanelWindow::keyPressEvent(QKeyEvent* event) {
@@ -248,6 +298,7 @@ void PanelWindow::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     tellsPainted_ = true;
     windowHandle()->installEventFilter(this);
+    setX11Background(*windowHandle(), backdrop_ == Backdrop::SquareOpaque ? opaqueColor.rgb() : 0);
 }
 
 void PanelWindow::hideEvent(QHideEvent* event) {
@@ -260,6 +311,8 @@ void PanelWindow::hideEvent(QHideEvent* event) {
 bool PanelWindow::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::Expose && isVisible() && windowHandle()->isExposed())
         isPlaced_ = true;
+    if (event->type() == QEvent::Resize)
+        grantedHeight_ = static_cast<QResizeEvent*>(event)->size().height();
     if (event->type() == QEvent::MouseButtonRelease && mouseReleased_)
         mouseReleased_();
     return QWidget::eventFilter(watched, event);

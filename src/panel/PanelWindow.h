@@ -26,6 +26,8 @@ public:
     PanelWindow(Backdrop backdrop, Height height, int contentWidth);
     ~PanelWindow() override;
 
+    // Of a window that is hidden.
+    void setBackdrop(Backdrop backdrop);
     // Shows the view of a controller. A window that is open stays scrolled to where it is.
     void setContent(std::shared_ptr<platform::ViewController> controller);
     void setEscapePressed(std::function<void()> handler) { escapePressed_ = std::move(handler); }
@@ -63,7 +65,11 @@ protected:
 private:
     [[nodiscard]] int tallest() const;
     void preferredSizeChanged();
+    void applyBackdrop();
+    [[nodiscard]] int sheetHeightOf(double contentHeight) const;
+    [[nodiscard]] QRect sheet() const;
     void setContentHeight(double height);
+    void setSheet(double contentHeight);
     void setWindowHeight(int height);
     void watch(const QScreen& screen);
     void screensChanged();
@@ -78,6 +84,8 @@ private:
     platform::ScrollView* scrollView_;
     double contentHeight_ = 0;
     double targetHeight_ = 0;
+    int grantedHeight_ = 0; // the window's, as the X server tells
+    int sheetHeight_ = 0;   // of what is painted, which a translucent window may be higher than
     std::unique_ptr<platform::MainQueue::Ticking> resizing_;
     std::function<void()> escapePressed_;
     std::function<void()> closeRequested_;

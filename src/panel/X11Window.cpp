@@ -27,11 +27,15 @@ QPoint inPoints(QPoint pixels) {
     return corner + (pixels - corner) / (*screen)->devicePixelRatio();
 }
 
+xcb_connection_t* connectionToServer() {
+    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    return x11 ? x11->connection() : nullptr;
+}
+
 } // namespace
 
 std::optional<QPoint> placeOfX11Window(const QWindow& window) {
-    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    xcb_connection_t* connection = x11 ? x11->connection() : nullptr;
+    xcb_connection_t* connection = connectionToServer();
     if (!connection)
         return std::nullopt;
     const auto id = static_cast<xcb_window_t>(window.winId());
@@ -42,6 +46,12 @@ std::optional<QPoint> placeOfX11Window(const QWindow& window) {
     if (!reply)
         return std::nullopt;
     return inPoints({reply->dst_x, reply->dst_y});
+}
+
+void setX11Background(const QWindow& window, std::uint32_t pixel) {
+    if (xcb_connection_t* connection = connectionToServer())
+        xcb_change_window_attributes(connection, static_cast<xcb_window_t>(window.winId()), XCB_CW_BACK_PIXEL,
+                                     &pixel);
 }
 
 } // namespace panel

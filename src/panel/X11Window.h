@@ -2,6 +2,7 @@
 
 #include <QPoint>
 
+#include <cstdint>
 #include <optional>
 
 class QWindow;
@@ -13,5 +14,10 @@ namespace panel {
 // Qt asks the server while a window manager is still placing the window, and may believe from then on that it
 // is at the screen's corner; with the next size that it states it would move it there.
 [[nodiscard]] std::optional<QPoint> placeOfX11Window(const QWindow& window);
+
+// What the X server shows where the window is new and not painted yet: a pixel of the window's own form, 0
+// for nothing in a translucent one. Qt has the server leave there what was on the screen. No effect on other
+// platforms.
+void setX11Background(const QWindow& window, std::uint32_t pixel);
 
 } // namespace panel

@@ -42,6 +42,7 @@ int main(int argc, char** argv) {
     panel::Panel panel(panel::backdropOfDesktop(), panel::Height::OfScreen, 320,
                        std::make_unique<panel::LoadTriggers>(std::make_unique<platform::InotifyWatcher>(),
                                                              std::make_unique<platform::TimerAlarm>()));
+    panel.setBackdropOfDesktop(panel::backdropOfDesktop);
     QSocketNotifier notifier(pipe, QSocketNotifier::Read);
     QObject::connect(&notifier, &QSocketNotifier::activated, [&] {
         std::array<char, 512> bytes; // a write of a line is one read

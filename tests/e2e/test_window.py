@@ -368,5 +368,61 @@ class FocusLoss(WindowTest):
         panel.wait_until_hidden()
 
 
+class Corners(WindowTest):
+    """Whether a window has round corners is seen at each opening. No corner is square while the height changes."""
+
+    desktop_options = {"compositor": True}
+
+    def corners(self):
+        """The colours of the corners of what is drawn of the panel, whose height is read from the picture."""
+        here = self.panel.window.geometry()
+        picture = self.panel.window.picture()
+        middle = here.width // 2
+        # Without a picture of its own the screen is grey all over; no panel is.
+        ground = picture[0, 0]
+        bottom = max(y for y in range(here.height) if picture[middle, y] != ground)
+        return bottom + 1, [picture[x, y] for y in (0, bottom) for x in (0, here.width - 1)]
+
+    def test_are_round_while_the_height_changes(self):
+        panel = self.open([overdue(1)])
+        panel.wait_for_rows(1)
+        start, moving = flows.ROW * 2 + 2 * MARGIN_Y, set()
+        for count in (5, 1) * 10:
+            end = flows.ROW * (count + 1) + 2 * MARGIN_Y
+            self.container.write_feed([overdue(number) for number in range(1, count + 1)])
+            harness.wait_for(lambda: self.corners()[0] != start, "a sheet that moves")
+            with panel.program.paused():
+                self.desktop.wait_for_window_manager()
+                height, corners = self.corners()
+            self.assertEqual(len(set(corners)), 1, f"corners at a height of {height}: {corners}")
+            panel.wait_for_rows(count)
+            if height not in (start, end):
+                moving.add(height)
+            if len(moving) == 5:
+                break
+            start = end
+        self.assertTrue(moving, "no sheet was seen on its way")
+
+    def test_are_round_only_where_something_composes_the_screen(self):
+        panel = self.open([overdue(1)])
+        panel.wait_for_rows(1)
+        compositor = self.desktop._processes[2]
+        compositor.terminate()
+        compositor.wait(harness.DEADLINE)
+        panel.hide()
+        panel.show()
+        self.assert_docked_with_rows(1)
+        harness.wait_for(lambda: panel.window.picture()[5, 5] == (29, 33, 38), "an opaque panel")
+        picture = panel.window.picture()
+        self.assertEqual(len({picture[x, y] for x, y in ((0, 0), (343, 115), (100, 0), (0, 50))}), 1)
+        self.assertNotEqual(picture[0, 0], picture[5, 5], "an outline")
+        self.desktop._start_compositor()
+        panel.hide()
+        panel.show()
+        self.assert_docked_with_rows(1)
+        harness.wait_for(lambda: len(set(self.corners()[1])) == 1 and self.corners()[1][0] != picture[0, 0],
+                         "round corners")
+
+
 if __name__ == "__main__":
     unittest.main()

@@ -34,10 +34,9 @@ std::string feedOf(int count) {
 
 class PanelTest : public testing::Test {
 protected:
-    void open(int transactions) {
+    void open(int transactions, panel::Backdrop backdrop = panel::Backdrop::RoundTranslucent) {
         containers.writeFeed(feedOf(transactions));
-        panel =
-            std::make_unique<panel::Panel>(panel::Backdrop::RoundTranslucent, panel::Height::OfScreen, 320);
+        panel = std::make_unique<panel::Panel>(backdrop, panel::Height::OfScreen, 320);
         panel->setClosed([this] { ++closed; });
         panel->open();
     }
@@ -88,7 +87,7 @@ TEST_F(PanelTest, isAsHighAsTheControllerPrefers) {
 }
 
 TEST_F(PanelTest, followsANewHeightInAFifthOfASecond) {
-    open(7);
+    open(7, panel::Backdrop::SquareOpaque);
     ASSERT_EQ(window().height(), 300 + around);
     panel->controller().showAllTransactions(0);
     EXPECT_EQ(window().height(), 300 + around);
@@ -96,6 +95,53 @@ TEST_F(PanelTest, followsANewHeightInAFifthOfASecond) {
     EXPECT_EQ(window().height(), 350 + around);
     queue.advance(100ms);
     EXPECT_EQ(window().height(), 400 + around);
+}
+
+// The sheet moves in a window that is not painted below it.
+TEST_F(PanelTest, isAsHighAsTheTallerOfBothHeightsWhileATranslucentSheetMoves) {
+    open(7);
+    const auto* scroll = window().findChild<platform::ScrollView*>();
+    const auto expectHeights = [&](int ofWindow, int ofSheet) {
+        EXPECT_EQ(window().height(), ofWindow + around);
+        EXPECT_EQ(scroll->height(), ofSheet);
+        const QImage picture = window().grab().toImage();
+        EXPECT_GT(qAlpha(picture.pixel(170, ofSheet + around - 1)), 200);
+        EXPECT_EQ(qAlpha(picture.pixel(0, ofSheet + around - 1)), 0) << "a square corner";
+        if (ofWindow > ofSheet) {
+            EXPECT_EQ(qAlpha(picture.pixel(170, ofSheet + around)), 0);
+        }
+    };
+    panel->controller().showAllTransactions(0);
+    expectHeights(400, 300);
+    queue.advance(100ms);
+    expectHeights(400, 350);
+    queue.advance(100ms);
+    expectHeights(400, 400);
+    containers.writeFeed(feedOf(3));
+    panel->open();
+    expectHeights(400, 400);
+    queue.advance(100ms);
+    expectHeights(400, 300);
+    queue.advance(100ms);
+    expectHeights(200, 200);
+}
+
+TEST_F(PanelTest, takesTheBackdropThatTheDesktopSupportsWhenItOpens) {
+    auto backdrop = panel::Backdrop::SquareOpaque;
+    open(1);
+    panel->setBackdropOfDesktop([&] { return backdrop; });
+    EXPECT_EQ(qAlpha(window().grab().toImage().pixel(0, 0)), 0);
+    panel->open();
+    EXPECT_EQ(qAlpha(window().grab().toImage().pixel(0, 0)), 0) << "it is shown";
+    panel->close();
+    panel->open();
+    EXPECT_EQ(qAlpha(window().grab().toImage().pixel(0, 0)), 255);
+    EXPECT_FALSE(window().windowHandle()->requestedFormat().hasAlpha());
+    backdrop = panel::Backdrop::RoundTranslucent;
+    panel->close();
+    panel->open();
+    EXPECT_EQ(qAlpha(window().grab().toImage().pixel(0, 0)), 0);
+    EXPECT_TRUE(window().windowHandle()->requestedFormat().hasAlpha());
 }
 
 TEST_F(PanelTest, isNeverTallerThanTheScreenAndScrolls) {

@@ -85,7 +85,8 @@ class OnScreen(harness.DesktopTest):
         containers.Container(nowhere).write_feed([containers.transaction(number) for number in range(3)])
         window.wait_for_size(*panel_size(4))
         window.press("Escape")
-        self.assertEqual(program.end_status(), 0)
+        harness.wait_for(lambda: not window.shown(), "a hidden panel")
+        self.assertEqual(program.terminate(), 0)
         self.assertEqual(program.err, "")
 
 

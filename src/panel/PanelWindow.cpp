@@ -228,8 +228,10 @@ void PanelWindow::watch(const QScreen& screen) {
 }
 
 void PanelWindow::screensChanged() {
-    if (isVisible())
-        setContentHeight(contentHeight_);
+    if (!isVisible())
+        return;
+    screensSettle_.setRemainingTime(1s);
+    setContentHeight(contentHeight_);
 }
 
 // Qt takes the token from the environment as it asks; no child process is to inherit it.
@@ -270,10 +272,18 @@ void PanelWindow::resizeEvent(QResizeEvent* event) {
     layoutScrollView();
 }
 
+// A window manager moves windows of its own accord when the screens change, perhaps after this window has
+// been docked anew; then its place is stated once more.
 void PanelWindow::moveEvent(QMoveEvent* event) {
     QWidget::moveEvent(event);
-    if (isPlaced_)
-        place_.windowIsAt(placeOfX11Window(*windowHandle()).value_or(pos()));
+    if (!isPlaced_)
+        return;
+    const QPoint here = placeOfX11Window(*windowHandle()).value_or(pos());
+    const bool isManagers = !place_.isMoved() && !place_.isStated(here) && !screensSettle_.hasExpired();
+    if (!isManagers)
+        return place_.windowIsAt(here);
+    screensSettle_ = QDeadlineTimer();
+    setWindowHeight(height());
 }
 
 // A hidden window has no resize event, so this is called for each change of the height.

@@ -6,6 +6,7 @@
 #include "platform/system/MainQueue.h"
 #include "platform/views/ScrollView.h"
 
+#include <QDeadlineTimer>
 #include <QWidget>
 
 #include <functional>
@@ -79,7 +80,8 @@ private:
     Height height_;
     int contentWidth_;
     WindowPlace place_;
-    bool isPlaced_ = false; // by the window manager, since the window was shown
+    bool isPlaced_ = false;        // by the window manager, since the window was shown
+    QDeadlineTimer screensSettle_; // after they have changed
     std::shared_ptr<platform::ViewController> controller_;
     platform::ScrollView* scrollView_;
     double contentHeight_ = 0;

@@ -45,6 +45,10 @@ void WindowPlace::windowIsAt(QPoint point) {
     stated_ = {point};
 }
 
+bool WindowPlace::isStated(QPoint point) const {
+    return std::ranges::any_of(stated_, [&](QPoint stated) { return isSame(stated, point); });
+}
+
 QPoint WindowPlace::state(QSize size) {
     size_ = size;
     isMoved_ = isMoved_ && isOnAnyScreen({moved_, size});

@@ -23,6 +23,9 @@ public:
     // unless it is the edge.
     void windowIsAt(QPoint point);
 
+    [[nodiscard]] bool isMoved() const { return isMoved_; }
+    [[nodiscard]] bool isStated(QPoint point) const;
+
     // The place to state together with a size.
     [[nodiscard]] QPoint state(QSize size);
 

@@ -30,6 +30,15 @@ class PanelOnCall(flows.Panel):
         self._calls = os.open(calls, os.O_RDWR)
         self.show()
 
+    def wait_for_height(self, content):
+        """A translucent window has its new height before what is drawn in it has."""
+        super().wait_for_height(content)
+        harness.wait_for(self._is_drawn_to_its_bottom, f"a panel that is drawn {content} points high")
+
+    def _is_drawn_to_its_bottom(self):
+        picture = self.window.picture()
+        return picture[picture.width // 2, picture.height - 3] != picture[0, 0]
+
     def call(self, *words):
         os.write(self._calls, (" ".join(words) + "\n").encode())
 
@@ -375,13 +384,10 @@ class Corners(WindowTest):
 
     def corners(self):
         """The colours of the corners of what is drawn of the panel, whose height is read from the picture."""
-        here = self.panel.window.geometry()
         picture = self.panel.window.picture()
-        middle = here.width // 2
-        # Without a picture of its own the screen is grey all over; no panel is.
-        ground = picture[0, 0]
-        bottom = max(y for y in range(here.height) if picture[middle, y] != ground)
-        return bottom + 1, [picture[x, y] for y in (0, bottom) for x in (0, here.width - 1)]
+        middle, ground = picture.width // 2, picture[0, 0]
+        bottom = max(y for y in range(picture.height) if picture[middle, y] != ground)
+        return bottom + 1, [picture[x, y] for y in (0, bottom) for x in (0, picture.width - 1)]
 
     def test_are_round_while_the_height_changes(self):
         panel = self.open([overdue(1)])

@@ -203,7 +203,8 @@ QRect PanelWindow::sheet() const {
     if (backdrop_ == Backdrop::SquareOpaque)
         return rect();
     const bool isMoving = contentHeight_ != targetHeight_;
-    return rect() & QRect(0, 0, width(), isMoving ? std::min(sheetHeight_, grantedHeight_) : sheetHeight_);
+    const int shown = isMoving ? std::min(sheetHeight_, grantedHeight_) : sheetHeight_;
+    return {0, 0, width(), std::min(shown, height())}; // as wide also where it has no height yet
 }
 
 // Qt states a place with each size, and on X11 it may have a wrong one in mind.

@@ -315,8 +315,8 @@ class Desktop:
             _libc.prctl(_PR_SET_PDEATHSIG, signal.SIGKILL, 0, 0, 0)
         process = subprocess.Popen(
             [str(word) for word in command], env=self.env | dict(env or {}), cwd=self.folder,
-            stdin=subprocess.DEVNULL, start_new_session=True, preexec_fn=die_with_parent,
-            **({"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL} | streams))
+            start_new_session=True, preexec_fn=die_with_parent,
+            **(dict.fromkeys(("stdin", "stdout", "stderr"), subprocess.DEVNULL) | streams))
         self._processes.append(process)
         return process
 

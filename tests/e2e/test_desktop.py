@@ -2,8 +2,10 @@
 and other windows."""
 
 import contextlib
+import itertools
 import json
 import os
+import re
 import signal
 import stat
 import subprocess
@@ -332,6 +334,55 @@ class Windows(ServicesTest):
                              f"a panel at {right}")
             self.ask("--hide")
             self.assert_hidden(program)
+
+
+class Motion(ServicesTest):
+    def test_a_panel_changes_its_height_at_once_where_the_user_wants_less_motion(self):
+        self.choose_reduced(True)
+        self.services.ask("Portal", "come")
+        program = self.start()
+        self.heights = Heights(self.desktop, self.assert_list(program, 2))
+        self.assertEqual(self.heights_until(program, 4), [266])
+        self.choose_reduced(False)
+        self.assertGreater(len(self.heights_until(program, 1)), 1)
+        self.choose_reduced(True)
+        self.assertEqual(self.heights_until(program, 4), [266])
+
+    def choose_reduced(self, is_reduced):
+        self.services.ask("Portal", "choose", APPEARANCE, "reduced-motion", f"uint32 {int(is_reduced)}")
+
+    def heights_until(self, program, rows):
+        """The heights of the window on its way to a list of so many rows."""
+        self.settle()
+        self.heights.forget()
+        self.container.write_feed([overdue(number) for number in range(1, rows + 1)])
+        self.assert_list(program, rows)
+        return self.heights.until(50 * (rows + 1) + 16)
+
+
+class Heights:
+    """The heights that a window gets, each that the X server tells its clients."""
+
+    def __init__(self, desktop, window):
+        self._program = desktop.run(["stdbuf", "-oL", "xev", "-id", window.ident, "-event", "structure"])
+        self._known = 0
+        places = itertools.cycle((200, 201))
+
+        def is_listening():
+            desktop.xdotool("windowmove", window.ident, next(places), 100)
+            return self._seen()
+        harness.wait_for(is_listening, "a moved window")
+
+    def _seen(self):
+        return [int(height) for height in re.findall(r"width \d+, height (\d+),", self._program.out)]
+
+    def forget(self):
+        self._known = len(self._seen())
+
+    def until(self, last):
+        """Those that came after the one it had, without repetitions."""
+        harness.wait_for(lambda: last in self._seen()[self._known:], f"a height of {last}")
+        return [height for height, _ in itertools.groupby(self._seen()[self._known - 1:])][1:]
 
 
 class Bus(ServicesTest):

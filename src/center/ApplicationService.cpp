@@ -47,7 +47,9 @@ bool ApplicationService::ask(QDBusConnection bus, const channel::Command& comman
         platformData.insert(QStringLiteral("activation-token"),
                             QString::fromStdString(command.activationToken));
     call << QString::fromStdString(command.name) << QVariantList() << platformData;
-    return bus.call(call).type() == QDBusMessage::ReplyMessage;
+    constexpr int longestWait = 5000; // milliseconds
+    return bus.isConnected() &&
+           bus.call(call, QDBus::Block, longestWait).type() == QDBusMessage::ReplyMessage;
 }
 
 void ApplicationService::Activate(const QVariantMap& platformData) {

@@ -13,8 +13,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto aMoment = 200ms;  // between the loss of the focus and the click that took it
-constexpr auto settling = 100ms; // a host writes several files, one after the other
+constexpr auto longestClick = 500ms; // from the press that takes the focus to what comes of it
+constexpr auto settling = 100ms;     // a host writes several files, one after the other
 
 RestartPolicy::Duration now() {
     return std::chrono::steady_clock::now().time_since_epoch();
@@ -38,9 +38,10 @@ void Center::start() {
 }
 
 void Center::startExtension() {
-    stopWaiting();
     if (extension_.isRunning() || isQuitting_)
         return;
+    stopWaiting();
+    startsAnewWhenHidden_ = isPending_ = false;
     policy_.started(now());
     extension_.start();
 }
@@ -51,7 +52,9 @@ void Center::stopWaiting() {
 }
 
 void Center::show(const channel::Show& request) {
-    asked_ = request;
+    if (isQuitting_)
+        return;
+    asked_ = lastAsked_ = request;
     if (extension_.isReady()) {
         extension_.send(request);
         return;
@@ -82,6 +85,8 @@ void Center::quit() {
     stopWaiting();
     if (failure_)
         failure_->hide();
+    if (quitting_)
+        quitting_();
     if (extension_.isRunning())
         extension_.quit();
     else if (quitted_)
@@ -104,7 +109,7 @@ void Center::extensionEnded(bool wasAsked) {
         return;
     }
     if (wasAsked) {
-        startExtension();
+        startAt(policy_.nextStartAfterChange(now()));
         return;
     }
     startAt(policy_.nextStart());
@@ -130,7 +135,7 @@ void Center::showFailure() {
 }
 
 bool Center::hasJustClosed() const {
-    return closedAt_ && now() - *closedAt_ < aMoment;
+    return closedAt_ && now() - *closedAt_ < longestClick;
 }
 
 void Center::setReducedMotion(bool isReduced) {
@@ -145,7 +150,7 @@ void Center::setAccessibilityBus(const QString& address) {
 }
 
 void Center::startAnewIfHidden() {
-    if (!startsAnewWhenHidden_ || isAskedFor())
+    if (!startsAnewWhenHidden_ || isAskedFor() || isPending_)
         return;
     startsAnewWhenHidden_ = false;
     extension_.quit();
@@ -161,12 +166,15 @@ void Center::take(const channel::FromExtension& message) {
             countsChanged_(*counts);
     } else if (std::holds_alternative<channel::Shown>(message)) {
         if (!asked_) // it was asked for while it closed
-            asked_.emplace();
+            asked_ = lastAsked_;
         if (failure_)
             failure_->hide();
     } else if (std::holds_alternative<channel::Closed>(message)) {
         if (std::exchange(asked_, std::nullopt))
             closedAt_ = now();
+        startAnewIfHidden();
+    } else if (const auto* pending = std::get_if<channel::Pending>(&message)) {
+        isPending_ = pending->isPending;
         startAnewIfHidden();
     }
 }

@@ -48,6 +48,8 @@ public:
     void setCountsChanged(std::function<void(const channel::Counts&)> handler) {
         countsChanged_ = std::move(handler);
     }
+    // Called once, as soon as it is asked to quit; nothing is shown any more.
+    void setQuitting(std::function<void()> handler) { quitting_ = std::move(handler); }
     void setQuitted(std::function<void()> handler) { quitted_ = std::move(handler); }
 
 private:
@@ -69,10 +71,13 @@ private:
     QTimer nextStart_;
     std::optional<channel::Show> asked_;              // while the user wants to see the panel
     std::optional<RestartPolicy::Duration> closedAt_; // by itself, last
+    channel::Show lastAsked_;
+    bool isPending_ = false;
     bool isMotionReduced_ = false;
     bool startsAnewWhenHidden_ = false;
     bool isQuitting_ = false;
     std::function<void(const channel::Counts&)> countsChanged_;
+    std::function<void()> quitting_;
     std::function<void()> quitted_;
 };
 

@@ -139,7 +139,8 @@ private:
     Notifications notifications_;
 };
 
-bool wantsNothingOfANewOne(const channel::Command& command) {
+// Whether a command is carried out by there being no panel.
+bool endsAnother(const channel::Command& command) {
     return command.name == hideCommand || command.name == quitCommand;
 }
 
@@ -156,10 +157,11 @@ std::string instanceName(const std::string& containers) {
     return name + "-" + hash.toHex().left(16).toStdString();
 }
 
-std::optional<int> askRunning(const SingleInstance& instance, const Start& start) {
-    if (instance.isFirst())
-        return wantsNothingOfANewOne(start.command) ? std::optional(0) : std::nullopt;
-    if (instance.ask(start.command))
+std::optional<int> askRunning(SingleInstance& instance, const Start& start) {
+    const auto answer = instance.isFirst() ? std::nullopt : instance.ask(start.command);
+    if (!answer)
+        return instance.isLocked() && endsAnother(start.command) ? std::optional(0) : std::nullopt;
+    if (answer == SingleInstance::Answer::Done)
         return 0;
     std::fputs("korvel-today: the one that runs already does not answer\n", stderr);
     return 1;
@@ -169,6 +171,12 @@ int runCenter(SingleInstance& instance, const Start& start) {
     std::signal(SIGXFSZ, SIG_IGN); // a file that grows beyond the process's limit is a write that fails
     QApplication::setQuitOnLastWindowClosed(false);
     const QDBusConnection bus = QDBusConnection::sessionBus();
+    const bool isUsersOwn = start.containers.empty();
+    // Another runtime folder, or none, hides another lock; the bus is the same.
+    if (isUsersOwn && ApplicationService::ask(bus, start.command))
+        return 0;
+    if (!instance.isLocked() && endsAnother(start.command))
+        return 0;
     Center center(watcher());
     center.setQuitted([] { QApplication::quit(); });
     platform::DisplayConnection::setBeforeEnd([&center] { center.waitForExtension(); });
@@ -176,10 +184,18 @@ int runCenter(SingleInstance& instance, const Start& start) {
 
     const auto asked = [&center](const channel::Command& command) { perform(center, command); };
     instance.listen(asked);
-    const bool isUsersOwn = start.containers.empty();
     std::optional<ApplicationService> service;
     if (isUsersOwn)
         service.emplace(bus, asked);
+
+    // Who asks from now on starts another one, which waits for the end of this one.
+    center.setQuitting([&] {
+        const auto refuse = [&] {
+            instance.stopListening();
+            service.reset();
+        };
+        QMetaObject::invokeMethod(qApp, refuse, Qt::QueuedConnection); // it may be one of them that asks
+    });
 
     TrayOfCenter tray(bus, center);
     SessionState session(QDBusConnection::systemBus(), bus);
@@ -201,7 +217,8 @@ int runCenter(SingleInstance& instance, const Start& start) {
     center.setReducedMotion(appearance.isMotionReduced());
     appearance.setReducedMotionChanged([&center](bool isReduced) { center.setReducedMotion(isReduced); });
 
-    // The first that is known of assistive programs is waited for, since an extension keeps what it is given.
+    // The extension is started once it is known whether assistive programs are in use: it is told at its
+    // start only.
     AccessibilityBus accessibility(bus);
     accessibility.setChanged([&, isFirst = true](const QString& address) mutable {
         center.setAccessibilityBus(address);

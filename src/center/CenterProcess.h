@@ -21,7 +21,7 @@ struct Start {
 
 // Asks the centre that runs already, if one does: the exit status of this start. Absent where this start is
 // to be the centre. Needs no application, and so no display.
-[[nodiscard]] std::optional<int> askRunning(const SingleInstance& instance, const Start& start);
+[[nodiscard]] std::optional<int> askRunning(SingleInstance& instance, const Start& start);
 
 // Runs the centre until it is asked to quit. Returns the exit status.
 int runCenter(SingleInstance& instance, const Start& start);

@@ -18,7 +18,8 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr int socketOfExtension = 3; // the first descriptor after the standard streams
-constexpr auto longestEnd = 10s;
+constexpr auto longestAnswer = 15s;  // of a process that has much to do
+constexpr auto longestEnd = 5s;      // a choice is carried out after half a second
 
 // The program's own path; where an update has put another file there, the file that runs.
 QString ownProgram() {
@@ -35,8 +36,8 @@ QString ownProgram() {
 } // namespace
 
 Extension::Extension() {
-    patience_.setSingleShot(true);
-    QObject::connect(&patience_, &QTimer::timeout, &patience_, [this] {
+    deadline_.setSingleShot(true);
+    QObject::connect(&deadline_, &QTimer::timeout, &deadline_, [this] {
         if (process_)
             process_->kill();
     });
@@ -69,12 +70,17 @@ void Extension::start() {
     if (process_)
         return;
     int ends[2];
-    if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0)
-        return;
     isReady_ = wasAsked_ = false;
+    if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0) {
+        QTimer::singleShot(0, &deadline_, [this] {
+            if (ended_)
+                ended_(false);
+        });
+        return;
+    }
     connection_ = std::make_unique<channel::ConnectionToExtension>(ends[0]);
     connection_->setReceived([this](const channel::FromExtension& message) { take(message); });
-    connection_->setEnded([this] { giveUp(); });
+    connection_->setEnded([this] { terminate(); });
     process_ = std::make_unique<QProcess>();
     process_->setProcessEnvironment(environment());
     process_->setProcessChannelMode(QProcess::ForwardedChannels);
@@ -96,14 +102,17 @@ void Extension::start() {
         Qt::QueuedConnection);
     process_->start(ownProgram(), {QStringLiteral("--extension"), QString::number(socketOfExtension)});
     close(ends[1]);
+    deadline_.start(longestAnswer);
 }
 
 void Extension::quit() {
     if (!process_)
         return;
     wasAsked_ = true;
-    send(channel::Quit{});
-    patience_.start(longestEnd);
+    isReady_ = false;
+    if (connection_)
+        connection_->send(channel::Quit{});
+    deadline_.start(longestEnd);
 }
 
 void Extension::waitForEnd() {
@@ -113,11 +122,19 @@ void Extension::waitForEnd() {
 }
 
 void Extension::send(const channel::ToExtension& message) {
-    if (connection_)
-        connection_->send(message);
+    if (!connection_)
+        return;
+    connection_->send(message);
+    const bool isAnswered =
+        std::holds_alternative<channel::Show>(message) || std::holds_alternative<channel::Hide>(message);
+    if (isAnswered && isReady_)
+        deadline_.start(longestAnswer);
 }
 
 void Extension::take(const channel::FromExtension& message) {
+    if (!wasAsked_ &&
+        (std::holds_alternative<channel::Shown>(message) || std::holds_alternative<channel::Closed>(message)))
+        deadline_.stop();
     const auto* ready = std::get_if<channel::Ready>(&message);
     if (!ready) {
         if (received_)
@@ -125,27 +142,30 @@ void Extension::take(const channel::FromExtension& message) {
         return;
     }
     if (ready->version != channel::protocolVersion) {
-        giveUp();
+        terminate();
         return;
     }
+    if (wasAsked_)
+        return;
+    deadline_.stop();
     isReady_ = true;
     if (ready_)
         ready_();
 }
 
-// Whatever says what it may not is asked to end, and made to if it does not.
-void Extension::giveUp() {
+// One that does not end by itself is killed.
+void Extension::terminate() {
     isReady_ = false;
     if (!process_)
         return;
     process_->terminate();
-    patience_.start(longestEnd);
+    deadline_.start(longestEnd);
 }
 
 void Extension::processEnded() {
     if (!process_)
         return;
-    patience_.stop();
+    deadline_.stop();
     connection_.reset();
     std::exchange(process_, nullptr).release()->deleteLater();
     isReady_ = false;

@@ -28,8 +28,8 @@ public:
     [[nodiscard]] bool isRunning() const { return process_ != nullptr; }
     [[nodiscard]] bool isReady() const { return isReady_; }
 
-    // Asks it to end when nothing that the user has chosen is pending; one that does not within ten seconds
-    // is killed.
+    // Asks it to end when nothing that the user has chosen is pending; one that does not within five seconds
+    // is killed, as is one that does not get ready, or show or hide its panel, within fifteen.
     void quit();
     // Waits for its end, two seconds at most; for when this process is about to end at once.
     void waitForEnd();
@@ -47,12 +47,12 @@ public:
 private:
     [[nodiscard]] QProcessEnvironment environment() const;
     void take(const channel::FromExtension& message);
-    void giveUp();
+    void terminate();
     void processEnded();
 
     std::unique_ptr<QProcess> process_;
     std::unique_ptr<channel::ConnectionToExtension> connection_;
-    QTimer patience_; // with one that was asked to end
+    QTimer deadline_; // of the answer that is waited for, or of its end
     bool isReady_ = false;
     bool wasAsked_ = false;
     QString accessibilityBus_;

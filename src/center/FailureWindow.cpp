@@ -78,6 +78,8 @@ FailureWindow::FailureWindow()
     setFixedWidth(panelWidth);
 
     connect(again, &QPushButton::clicked, this, [this] {
+        forgetFindings();
+        dock();
         if (tryAgain_)
             tryAgain_();
     });
@@ -90,10 +92,8 @@ FailureWindow::~FailureWindow() {
 }
 
 void FailureWindow::open(const QString& screen) {
-    if (!isVisible()) {
-        findings_->hide();
-        explain_->setEnabled(true);
-    }
+    if (!isVisible())
+        forgetFindings();
     screen_ = screen;
     dock();
     show();
@@ -110,6 +110,13 @@ void FailureWindow::dock() {
     const QRect room =
         (found == screens.end() ? QGuiApplication::primaryScreen() : *found)->availableGeometry();
     move(room.right() + 1 - panelWidth - screenMargin, room.top() + screenMargin);
+}
+
+void FailureWindow::forgetFindings() {
+    if (check_)
+        check_->disconnect();
+    findings_->hide();
+    explain_->setEnabled(true);
 }
 
 void FailureWindow::runCheck() {

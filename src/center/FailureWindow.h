@@ -33,6 +33,7 @@ public:
     void reject() override;
 
 private:
+    void forgetFindings();
     void runCheck();
     void showCheck(const QString& text);
     void dock();

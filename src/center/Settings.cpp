@@ -8,7 +8,9 @@
 #include <QSettings>
 
 #include <cstdio>
+#include <filesystem>
 #include <optional>
+#include <system_error>
 
 namespace center {
 
@@ -37,13 +39,19 @@ std::optional<int> minutesOf(const QString& value) {
     return found.captured(1).toInt() * 60 + found.captured(2).toInt();
 }
 
+// Only a file is read: a pipe would be waited for.
+bool isFile(const std::string& path) {
+    std::error_code error;
+    return std::filesystem::is_regular_file(path, error);
+}
+
 // Reads one file, and notes what is wrong with it. QSettings keeps what it has read for as long as the file
 // has the same length and the same time of its last change; only of two versions within one tick of that
 // clock might it give the first.
 class Reading final {
 public:
     explicit Reading(const std::string& file)
-        : settings_(QString::fromStdString(file), QSettings::IniFormat) {
+        : settings_(QString::fromStdString(isFile(file) ? file : "/dev/null"), QSettings::IniFormat) {
         if (settings_.status() != QSettings::NoError)
             faults_.append(settings_.fileName() + QStringLiteral(": cannot be read as an INI file"));
     }

@@ -41,7 +41,7 @@ private:
     std::function<void()> ended_;
 };
 
-// A connection on which messages of two kinds go the two ways. A packet that holds none ends it.
+// A connection that receives messages of one kind and sends those of another. A malformed packet ends it.
 template <class Incoming, class Outgoing>
 class Connection final {
 public:

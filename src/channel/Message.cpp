@@ -20,8 +20,8 @@ bool append(std::string& packet, int number) {
     return number >= 0;
 }
 
-bool append(std::string& packet, bool truth) {
-    return append(packet, truth ? 1 : 0);
+bool append(std::string& packet, bool value) {
+    return append(packet, value ? 1 : 0);
 }
 
 bool read(std::string_view field, std::string& text) {
@@ -37,9 +37,9 @@ bool read(std::string_view field, int& number) {
     return error == std::errc() && stop == end;
 }
 
-bool read(std::string_view field, bool& truth) {
-    truth = field == "1";
-    return truth || field == "0";
+bool read(std::string_view field, bool& value) {
+    value = field == "1";
+    return value || field == "0";
 }
 
 std::vector<std::string_view> fieldsOf(std::string_view packet) {
@@ -56,14 +56,14 @@ std::vector<std::string_view> fieldsOf(std::string_view packet) {
 template <class Message>
 std::optional<Message> read(const std::vector<std::string_view>& texts) {
     Message message;
-    const bool isSound = std::apply(
+    const bool isWellFormed = std::apply(
         [&](auto&... fields) {
             std::size_t next = 0;
             return texts.size() == 1 + sizeof...(fields) && texts.front() == Message::packetName &&
                    (read(texts[++next], fields) && ...);
         },
         Message::fields(message));
-    return isSound ? std::optional(std::move(message)) : std::nullopt;
+    return isWellFormed ? std::optional(std::move(message)) : std::nullopt;
 }
 
 template <class Messages, std::size_t... index>
@@ -84,11 +84,11 @@ std::optional<std::string> packetOf(const Messages& message) {
     return std::visit(
         [](const auto& alternative) {
             std::string packet(alternative.packetName);
-            const bool isSound =
+            const bool isWellFormed =
                 std::apply([&](const auto&... fields) { return (append(packet, fields) && ...); },
                            alternative.fields(alternative));
-            return isSound && packet.size() <= longestPacket ? std::optional(std::move(packet))
-                                                             : std::nullopt;
+            return isWellFormed && packet.size() <= longestPacket ? std::optional(std::move(packet))
+                                                                  : std::nullopt;
         },
         message);
 }
@@ -102,11 +102,11 @@ std::optional<Messages> messageOf(std::string_view packet) {
 
 template std::optional<std::string> packetOf(const ToExtension&);
 template std::optional<std::string> packetOf(const FromExtension&);
-template std::optional<std::string> packetOf(const FromSecondStart&);
-template std::optional<std::string> packetOf(const ToSecondStart&);
+template std::optional<std::string> packetOf(const FromFurtherStart&);
+template std::optional<std::string> packetOf(const ToFurtherStart&);
 template std::optional<ToExtension> messageOf(std::string_view);
 template std::optional<FromExtension> messageOf(std::string_view);
-template std::optional<FromSecondStart> messageOf(std::string_view);
-template std::optional<ToSecondStart> messageOf(std::string_view);
+template std::optional<FromFurtherStart> messageOf(std::string_view);
+template std::optional<ToFurtherStart> messageOf(std::string_view);
 
 } // namespace channel

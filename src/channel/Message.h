@@ -7,12 +7,12 @@
 #include <tuple>
 #include <variant>
 
-// What the two processes of korvel-today, and a second start of it, say to each other: docs/messages.md. A
+// What the two processes of korvel-today, and a further start of it, say to each other: docs/messages.md. A
 // message is a packet of a local socket: fields with a zero byte between them, the first of which names the
 // message. Texts are bytes other than zero; numbers are decimal digits.
 namespace channel {
 
-// Stated by the extension when it is ready. The centre takes part with no other.
+// Stated by the extension when it is ready. The centre rejects any other.
 inline constexpr int protocolVersion = 1;
 
 // A longer packet is malformed, and so is a text of more than a quarter of that.
@@ -20,10 +20,12 @@ inline constexpr std::size_t longestPacket = 4096;
 
 // From the centre to the extension.
 struct Show {
-    std::string screen; // its name; empty for the one that the panel was last on
-    std::string
-        activationToken; // of whoever asked, by which the desktop gives the focus; empty if there is none
-    bool hidesOnFocusLoss = false; // as soon as the user turns to another window
+    // A screen's name; empty for the one that the panel was last on.
+    std::string screen;
+    // Of whoever asked, by which the desktop gives the focus; empty if there is none.
+    std::string activationToken;
+    // As soon as the user turns to another window.
+    bool hidesOnFocusLoss = false;
     static constexpr std::string_view packetName = "show";
     static auto fields(auto& message) {
         return std::tie(message.screen, message.activationToken, message.hidesOnFocusLoss);
@@ -66,15 +68,15 @@ struct Closed { // the panel is hidden
     static auto fields(auto&) { return std::tie(); }
     bool operator==(const Closed&) const = default;
 };
-struct Counts { // of the transactions that the list knows, shown or not
+struct Counts { // of all transactions of the list, also those beyond the shown count
     int overdue = 0;
     int dueToday = 0; // due later today
     static constexpr std::string_view packetName = "counts";
     static auto fields(auto& message) { return std::tie(message.overdue, message.dueToday); }
     bool operator==(const Counts&) const = default;
 };
-struct Pending { // whether something that the user has chosen is not yet carried out while the panel is
-                 // hidden
+// Told when the panel is hidden, and again when it has changed.
+struct Pending { // whether a choice of the user is still to be carried out
     bool isPending = false;
     static constexpr std::string_view packetName = "pending";
     static auto fields(auto& message) { return std::tie(message.isPending); }
@@ -87,7 +89,7 @@ struct OpenUrl {
     bool operator==(const OpenUrl&) const = default;
 };
 
-// From a second start to the centre that runs already.
+// From a further start to the centre that runs already.
 struct Command {
     std::string name; // an action of the application
     std::string activationToken;
@@ -104,8 +106,8 @@ struct Done {
 
 using ToExtension = std::variant<Show, Hide, Quit, Motion>;
 using FromExtension = std::variant<Ready, Shown, Closed, Counts, Pending, OpenUrl>;
-using FromSecondStart = std::variant<Command>;
-using ToSecondStart = std::variant<Done>;
+using FromFurtherStart = std::variant<Command>;
+using ToFurtherStart = std::variant<Done>;
 
 // The packet of a message. Absent where it would be malformed: a text that is too long or holds a zero byte,
 // a negative number.
@@ -119,11 +121,11 @@ template <class Messages>
 
 extern template std::optional<std::string> packetOf(const ToExtension&);
 extern template std::optional<std::string> packetOf(const FromExtension&);
-extern template std::optional<std::string> packetOf(const FromSecondStart&);
-extern template std::optional<std::string> packetOf(const ToSecondStart&);
+extern template std::optional<std::string> packetOf(const FromFurtherStart&);
+extern template std::optional<std::string> packetOf(const ToFurtherStart&);
 extern template std::optional<ToExtension> messageOf(std::string_view);
 extern template std::optional<FromExtension> messageOf(std::string_view);
-extern template std::optional<FromSecondStart> messageOf(std::string_view);
-extern template std::optional<ToSecondStart> messageOf(std::string_view);
+extern template std::optional<FromFurtherStart> messageOf(std::string_view);
+extern template std::optional<ToFurtherStart> messageOf(std::string_view);
 
 } // namespace channel

@@ -1,7 +1,7 @@
 #include "controller/TodayViewController.h"
 
-#include "model/GroupIdentifiers.h"
 #include "exchange/TodayWidgetLogic.h"
+#include "model/GroupIdentifiers.h"
 #include "platform/storage/SharedDefaults.h"
 #include "platform/system/Fatal.h"
 #include "platform/views/InterfaceFile.h"

@@ -1,8 +1,8 @@
 #include "ctl/Host.h"
 
 #include "ctl/Input.h"
-#include "model/GroupIdentifiers.h"
 #include "exchange/SharedSettings.h"
+#include "model/GroupIdentifiers.h"
 #include "platform/plist/Reader.h"
 #include "platform/storage/Files.h"
 #include "platform/storage/GroupContainers.h"

@@ -62,10 +62,10 @@ Panel::Panel(Backdrop backdrop, Height height, int contentWidth, std::unique_ptr
     QObject::connect(&updateTimer_, &QTimer::timeout, window_.get(), [this] { askForUpdate(); });
     if (triggers_)
         triggers_->setLoadNeeded([this] { awaitLoad(); });
-    // A press can end without deferring work. The empty work makes the queue tell that it is idle after the
-    // release.
     QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, window_.get(),
                      [this] { focusChanged(); });
+    // A press can end without deferring work. The empty work makes the queue tell that it is idle after the
+    // release.
     window_->setMouseReleased([this] {
         if (looksWhenIdle_)
             platform::MainQueue::current().after(0ms, {});
@@ -163,6 +163,8 @@ void Panel::open(const Opening& opening) {
             window_->setBackdrop(backdropOfDesktop_());
         window_->dock(screenNamed(opening.screen));
         window_->show();
+    } else if (shown_) {
+        shown_();
     }
     window_->takeFocus(opening.activationToken);
     askForUpdate();

@@ -28,11 +28,12 @@ struct Opening {
     bool hidesOnFocusLoss = false;
 };
 
-// The widget in its window. Each opening loads a new controller and view, and so does each trigger while the
-// panel is open. If an action that the user chose is still pending, the old view stays until the action has
-// been performed, and while the view is in use: a mouse button is pressed, a row is open or an action sheet
-// is shown. A panel that hides when it loses the focus waits likewise, but not for a row to close. The panel
-// asks the widget for an update when it opens and every 15 minutes; the answer changes nothing on screen.
+// The widget in its window. Each opening loads a new controller and view, and so does each trigger, also
+// while the panel is hidden. If an action that the user chose is still pending, the old view stays until the
+// action has been performed, and while the view is in use: a mouse button is pressed, a row is open or an
+// action sheet is shown. A panel that hides when it loses the focus waits likewise, but not for a row to
+// close. The panel asks the widget for an update when it opens and every 15 minutes; the answer changes
+// nothing on screen.
 class Panel final {
 public:
     // Without triggers, the list stays as it was when the panel was opened.
@@ -49,7 +50,7 @@ public:
     void open(const Opening& opening = {});
     // Hides the window at once. Pending actions are still performed, and the list stays true.
     void close();
-    // Called when the panel that was opened has been painted.
+    // Called at each opening, once the panel is painted.
     void setShown(std::function<void()> handler) { shown_ = std::move(handler); }
     void setClosed(std::function<void()> handler) { closed_ = std::move(handler); }
     // Told at once, and again whenever they have changed.
@@ -78,10 +79,10 @@ private:
     std::unique_ptr<LoadTriggers> triggers_;
     std::shared_ptr<TodayViewController> controller_;
     QTimer updateTimer_;
-    bool awaitsLoad_ = false;    // the panel still shows an old view
-    bool looksWhenIdle_ = false; // the queue will call back once it is idle
-    bool hidesOnFocusLoss_ = false;
-    bool hadFocus_ = false; // since it was asked for
+    bool awaitsLoad_ = false;       // the panel still shows an old view
+    bool looksWhenIdle_ = false;    // the queue will call back once it is idle
+    bool hidesOnFocusLoss_ = false; // as the opening says
+    bool hadFocus_ = false;         // since it was asked for
     std::function<void()> shown_;
     std::function<void()> closed_;
     std::function<void(const Counts&)> countsChanged_;

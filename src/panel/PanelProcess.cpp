@@ -70,19 +70,25 @@ private:
                      .activationToken = QString::fromStdString(asked.activationToken),
                      .hidesOnFocusLoss = asked.hidesOnFocusLoss});
     }
-    void take(const channel::Hide&) { panel_.close(); }
+    // The answer comes in any case.
+    void take(const channel::Hide&) {
+        if (panel_.window().isVisible())
+            panel_.close();
+        else
+            tellClosed();
+    }
     void take(const channel::Quit&) { end(); }
     void take(const channel::Motion& asked) {
         platform::MainQueue::current().setReducedMotion(asked.isReduced);
     }
 
     void tellClosed() {
-        center_.send(channel::Closed{});
         platform::MainQueue& queue = platform::MainQueue::current();
-        if (queue.isIdle())
-            return;
-        center_.send(channel::Pending{true});
-        queue.whenNextIdle([this] { center_.send(channel::Pending{false}); });
+        if (!queue.isIdle()) {
+            center_.send(channel::Pending{true});
+            queue.whenNextIdle([this] { center_.send(channel::Pending{false}); });
+        }
+        center_.send(channel::Closed{});
     }
 
     Panel panel_;

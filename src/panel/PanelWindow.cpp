@@ -209,6 +209,7 @@ QRect PanelWindow::sheet() const {
 
 // Qt states a place with each size, and on X11 it may have a wrong one in mind.
 void PanelWindow::setWindowHeight(int height) {
+    triesForHeight_ = 0;
     move(place_.state({width(), height}));
     setFixedHeight(height);
 }
@@ -255,7 +256,7 @@ bool PanelWindow::isFocused() const {
 void PanelWindow::paintEvent(QPaintEvent*) {
     if (std::exchange(tellsPainted_, false) && painted_) {
         const auto tell = [this] {
-            if (painted_)
+            if (isVisible() && painted_)
                 painted_();
         };
         QMetaObject::invokeMethod(this, tell, Qt::QueuedConnection); // the views above are painted after it
@@ -271,10 +272,23 @@ void PanelWindow::paintEvent(QPaintEvent*) {
 void PanelWindow::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     layoutScrollView();
+    if (isWayland())
+        insistOnHeight();
 }
 
 // A window manager moves windows of its own accord when the screens change, perhaps after this window has
 // been docked anew; then its place is stated once more.
+// A Wayland compositor answers each size with that size. An answer that comes after the window has taken
+// another height gives it the former one back. The limit is for a compositor that insists on its own.
+void PanelWindow::insistOnHeight() {
+    constexpr int mostTries = 3;
+    if (height() == minimumHeight() || triesForHeight_ == mostTries)
+        return;
+    ++triesForHeight_;
+    QMetaObject::invokeMethod(
+        this, [this] { resize(minimumSize()); }, Qt::QueuedConnection);
+}
+
 void PanelWindow::moveEvent(QMoveEvent* event) {
     QWidget::moveEvent(event);
     if (!isPlaced_)

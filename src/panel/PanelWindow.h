@@ -72,6 +72,7 @@ private:
     void setContentHeight(double height);
     void setSheet(double contentHeight);
     void setWindowHeight(int height);
+    void insistOnHeight();
     void watch(const QScreen& screen);
     void screensChanged();
     void layoutScrollView();
@@ -86,8 +87,9 @@ private:
     platform::ScrollView* scrollView_;
     double contentHeight_ = 0;
     double targetHeight_ = 0;
-    int grantedHeight_ = 0; // the window's, as the X server tells
-    int sheetHeight_ = 0;   // of what is painted, which a translucent window may be higher than
+    int triesForHeight_ = 0; // since it was set
+    int grantedHeight_ = 0;  // the window's, as the X server tells
+    int sheetHeight_ = 0;    // of what is painted, which a translucent window may be higher than
     std::unique_ptr<platform::MainQueue::Ticking> resizing_;
     std::function<void()> escapePressed_;
     std::function<void()> closeRequested_;

@@ -13,21 +13,37 @@
 #include <QFile>
 
 #include <cstdio>
+#include <fcntl.h>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace program {
 
 namespace {
 
 // That of whoever has started this program: of Wayland, else of X11's startup notification.
-std::string activationToken() {
-    for (const char* name : {"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"})
-        if (const QByteArray token = qgetenv(name); !token.isEmpty())
-            return token.toStdString();
-    return {};
+// It is taken out of the environment, since what this program starts has none of it.
+std::string takeActivationToken() {
+    std::string taken;
+    for (const char* name : {"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"}) {
+        if (taken.empty())
+            taken = qgetenv(name).toStdString();
+        qunsetenv(name);
+    }
+    return taken;
+}
+
+// A file that is opened later must not become a standard stream.
+void openStandardStreams() {
+    int descriptor = 0;
+    while (descriptor >= 0 && descriptor <= STDERR_FILENO)
+        descriptor = open("/dev/null", O_RDWR);
+    if (descriptor > STDERR_FILENO)
+        close(descriptor);
 }
 
 // Without an address, the library of the bus would start one where there is none.
@@ -74,6 +90,7 @@ int usageError(const QString& message) {
 } // namespace
 
 int run(int argc, char** argv) {
+    openStandardStreams();
     if (const auto socket = socketOfExtension(argc, argv)) {
         if (!isSocket(*socket))
             return usageError(QStringLiteral("--extension is for the program itself"));
@@ -84,7 +101,9 @@ int run(int argc, char** argv) {
     const auto parsed = parseOptions({argv + 1, argv + argc});
     if (const auto* fault = std::get_if<UsageError>(&parsed))
         return usageError(fault->message);
-    const auto& options = std::get<Options>(parsed);
+    auto options = std::get<Options>(parsed);
+    if (!options.containers.empty())
+        options.containers = std::filesystem::absolute(options.containers).string();
     if (options.showsHelp || options.showsVersion) {
         std::fputs(qUtf8Printable(options.showsHelp ? helpText() : versionText()), stdout);
         return 0;
@@ -93,7 +112,7 @@ int run(int argc, char** argv) {
         platform::GroupContainers::setFolder(options.containers);
     if (options.snapshot)
         panel::prepareSnapshot(*options.snapshot);
-    const center::Start start{{options.command, activationToken()}, options.containers};
+    const center::Start start{{options.command, takeActivationToken()}, options.containers};
     std::optional<center::SingleInstance> instance;
     if (!options.snapshot) {
         instance.emplace(center::instanceName(options.containers));

@@ -69,18 +69,18 @@ TEST(Message, openHasAUrl) {
 }
 
 TEST(Message, commandHasANameAndAToken) {
-    expectPacket<FromSecondStart>(Command{"toggle", "t"}, "command\0toggle\0t"s);
+    expectPacket<FromFurtherStart>(Command{"toggle", "t"}, "command\0toggle\0t"s);
 }
 
 TEST(Message, doneHasNone) {
-    expectPacket<ToSecondStart>(Done{}, "done");
+    expectPacket<ToFurtherStart>(Done{}, "done");
 }
 
 TEST(Message, goesOneWayOnly) {
     EXPECT_FALSE(messageOf<ToExtension>("shown"));
     EXPECT_FALSE(messageOf<FromExtension>("hide"));
-    EXPECT_FALSE(messageOf<FromSecondStart>("done"));
-    EXPECT_FALSE(messageOf<ToSecondStart>("command\0show\0"s));
+    EXPECT_FALSE(messageOf<FromFurtherStart>("done"));
+    EXPECT_FALSE(messageOf<ToFurtherStart>("command\0show\0"s));
 }
 
 TEST(Message, isNotWrittenWithWhatAPacketCannotHold) {
@@ -95,8 +95,8 @@ class Malformed : public testing::TestWithParam<Case> {};
 TEST_P(Malformed, packetHoldsNoMessage) {
     EXPECT_FALSE(messageOf<ToExtension>(GetParam().packet));
     EXPECT_FALSE(messageOf<FromExtension>(GetParam().packet));
-    EXPECT_FALSE(messageOf<FromSecondStart>(GetParam().packet));
-    EXPECT_FALSE(messageOf<ToSecondStart>(GetParam().packet));
+    EXPECT_FALSE(messageOf<FromFurtherStart>(GetParam().packet));
+    EXPECT_FALSE(messageOf<ToFurtherStart>(GetParam().packet));
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -30,7 +30,7 @@ TEST_F(RemovalTest, theNextHiddenTransactionSlidesInAtTheEndOfTheShownOnes) {
     EXPECT_NEAR(leaving->alphaValue(), 0.5, 0.01); // fades in the first half
     queue.advance(50ms);
     EXPECT_EQ(leaving->alphaValue(), 0);
-    EXPECT_GT(arriving->frame().y(), 50.0);        // slides down to 100
+    EXPECT_GT(arriving->frame().y(), 50.0); // slides down to 100
     EXPECT_LT(arriving->frame().y(), 100.0);
     queue.advance(100ms);
     EXPECT_EQ(leaving->superview(), nullptr);

@@ -74,6 +74,11 @@ def _status(pid):
         return []
 
 
+def time_used(pid):
+    """The hundredths of a second that a process has been running on a processor."""
+    return sum(map(int, _status(pid)[11:13]))
+
+
 def state(pid):
     """The letter of a process's state, or none where it is gone."""
     return next(iter(_status(pid)), None)

@@ -67,10 +67,11 @@ class Resident(harness.DesktopTest):
         self.assertTrue(program.running())
 
     def quit(self, program):
+        others = program.pids()[1:]
         self.ask("--quit")
         self.assertEqual(program.end_status(), 0)
         self.assertEqual(program.err, "")
-        self.assertEqual(list(harness.children(program.process.pid)), [])
+        self.assertEqual([pid for pid in others if harness.state(pid) not in (None, "Z")], [])
 
 
 class Starts(Resident):
@@ -133,6 +134,43 @@ class Starts(Resident):
         after = self.start()
         self.assert_list(after, 2)
         self.quit(after)
+
+    def test_a_start_while_it_quits_is_the_next_one(self):
+        program = self.start()
+        for _ in range(10):
+            self.assert_list(program, 2)
+            quitting = self.start("--quit")
+            after = self.start()
+            self.assertEqual((quitting.end_status(), quitting.err), (0, ""))
+            if not after.running():  # it was asked before the other was told to quit
+                self.assertEqual((after.end_status(), after.err), (0, ""))
+                self.assertEqual(program.end_status(), 0)
+                after = self.start()
+            program = after
+
+    def test_a_lock_that_cannot_be_had_leaves_it_working_and_idle(self):
+        lock = pathlib.Path(self.desktop.env["XDG_RUNTIME_DIR"])
+        lock.chmod(0o700)
+        program = self.start()
+        self.assert_list(program, 2)
+        name = next(lock.glob("korvel-today-*.lock"))
+        self.quit(program)
+        name.unlink()
+        name.mkdir()
+        program = self.start()
+        self.assert_list(program, 2)
+        before = harness.time_used(program.process.pid)
+        with self.assertRaises(harness.Unmet):
+            harness.wait_for(lambda: harness.time_used(program.process.pid) > before + 20, "a busy process", 1)
+        self.assertEqual(program.terminate(), 0)
+
+    def test_settings_that_are_a_pipe_are_none(self):
+        folder = pathlib.Path(self.desktop.env["XDG_CONFIG_HOME"]) / "korvel-today"
+        folder.mkdir(parents=True)
+        os.mkfifo(folder / "settings.ini")
+        program = self.desktop.run([PANEL], {"KORVEL_GROUP_CONTAINERS": str(self.container.containers)})
+        self.assert_list(program, 2)
+        self.assertEqual(program.terminate(), 0)
 
     def test_another_folder_of_containers_has_a_program_of_its_own(self):
         program = self.start()
@@ -347,6 +385,15 @@ class OnTheBus(Resident):
         harness.wait_for(shown, "the panel")
         self.application("ActivateAction", "quit", "[]", "{}")
         harness.wait_for(lambda: harness.state(started) in (None, "Z"), "the end")
+
+    def test_the_name_on_the_bus_keeps_it_one_without_a_runtime_folder(self):
+        nowhere = {"XDG_RUNTIME_DIR": "/proc/none"}
+        program = self.start("--background", env=nowhere)
+        self.wait_for_name()
+        self.assertEqual(self.start(env=nowhere).end_status(), 0)
+        self.assert_list(program, 2)
+        self.assertEqual(self.start("--quit", env=nowhere).end_status(), 0)
+        self.assertEqual(program.end_status(), 0)
 
     def test_a_bus_that_goes_leaves_the_program_running(self):
         program = self.start()

@@ -1,7 +1,7 @@
 #include "exchange/ExchangeTest.h"
-#include "model/GroupIdentifiers.h"
 #include "exchange/SharedFiles.h"
 #include "exchange/TodayWidgetLogicTestAccess.h"
+#include "model/GroupIdentifiers.h"
 
 #include <filesystem>
 #include <fstream>

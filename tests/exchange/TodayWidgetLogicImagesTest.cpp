@@ -1,6 +1,6 @@
 #include "exchange/CircularDrawing.h"
-#include "model/GroupIdentifiers.h"
 #include "exchange/TodayWidgetLogic.h"
+#include "model/GroupIdentifiers.h"
 #include "platform/images/ImageFile.h"
 #include "platform/images/OvalPicture.h"
 #include "platform/images/Pictures.h"

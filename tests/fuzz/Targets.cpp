@@ -227,8 +227,8 @@ void readAndWrite(std::string_view bytes) {
 void readMessage(std::string_view bytes) {
     readAndWrite<channel::ToExtension>(bytes);
     readAndWrite<channel::FromExtension>(bytes);
-    readAndWrite<channel::ToSecondStart>(bytes);
-    readAndWrite<channel::FromSecondStart>(bytes);
+    readAndWrite<channel::ToFurtherStart>(bytes);
+    readAndWrite<channel::FromFurtherStart>(bytes);
 }
 
 } // namespace fuzz

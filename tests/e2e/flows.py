@@ -4,6 +4,7 @@ Places are given in points of the content and read from left to right; a Panel k
 language that is read from the right, which places are mirrored.
 """
 
+import contextlib
 import datetime
 import functools
 import os
@@ -16,6 +17,7 @@ from containers import property_list
 PANEL = os.environ.get("KORVEL_TODAY", "")
 
 MARGIN_X, MARGIN_Y = 12, 8
+EDGE = 12  # between the window and the edges of the screen
 WIDTH, ROW = 320, 50
 BUTTONS = {"Paid": 145, "Later": 195, "Info": 245, "Delete": 295}
 MIRRORED_BUTTONS = {"Delete": 20, "Info": 70, "Later": 120, "Paid": 170}
@@ -71,6 +73,8 @@ class Host:
 class Panel:
     """A panel that shows a container's list."""
 
+    is_docked = True  # nobody moves its window
+
     def __init__(self, desktop, container, locale=LEFT_TO_RIGHT, scale=1, added=()):
         self.container, self.scale = container, scale
         self.mirrored = locale == RIGHT_TO_LEFT
@@ -82,13 +86,27 @@ class Panel:
     def wait_until_hidden(self):
         harness.wait_for(lambda: not self.window.shown(), "a hidden panel")
 
+    def wait_until_closed_by_key(self):
+        """Waits until the window manager's key for it has closed the window; on a loaded machine the window manager has
+        been seen to lose that key, which is pressed once more then."""
+        with contextlib.suppress(harness.Unmet):
+            harness.wait_for(lambda: not self.window.shown(), "a hidden panel", 5)
+            return
+        self.window.press("alt+F4")
+        self.wait_until_hidden()
+
     def extension(self):
         """The process that has the window."""
         return int(self.window.property("_NET_WM_PID").rpartition("=")[2])
 
     def wait_for_height(self, content):
-        """Waits until the window is as high as a content of this height makes it."""
-        self.window.wait_for_size((WIDTH + 2 * MARGIN_X) * self.scale, (content + 2 * MARGIN_Y) * self.scale)
+        """Waits until the window is as high as a content of this height makes it. It stands where it is docked all the
+        while."""
+        here = self.window.wait_for_size((WIDTH + 2 * MARGIN_X) * self.scale, (content + 2 * MARGIN_Y) * self.scale)
+        if self.is_docked and self.window.desktop.places_windows:
+            edge = EDGE * self.scale
+            place = (self.window.desktop.size[0] - edge - here.width, edge)
+            assert (here.x, here.y) == place, f"window is not at {place} but {here}"
 
     def wait_for_rows(self, transactions):
         self.wait_for_height(ROW * (transactions + 1))

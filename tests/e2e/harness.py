@@ -284,9 +284,12 @@ class Program:
 class Desktop:
     """The X server and what belongs to it. `env` is the environment of whatever runs on it."""
 
+    places_windows = True  # where they want to be
+
     def __init__(self, width=1280, height=800, compositor=False, accessibility=False, bus=False, env=()):
         _libc.prctl(_PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0)
         self._processes = []
+        self.size = width, height
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="korvel-desktop-"))
         try:
             self.env = self._environment() | dict(env)

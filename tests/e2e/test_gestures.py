@@ -225,14 +225,14 @@ class Sheet(flows.Flow):
         with self.panel.program.paused():
             self.panel.choose(2)
             self.panel.window.press("alt+F4")
-        self.panel.wait_until_hidden()
+        self.panel.wait_until_closed_by_key()
         self.assertEqual(self.panel.program.terminate(), 0)
         self.assert_carried_out(self.moved, logged(2, self.records[0], 3))
 
     def test_window_closed_with_a_waiting_sheet_chooses_nothing(self):
         self.open_sheet("Delete", 0, shown=2, choices=2)
         self.panel.window.press("alt+F4")
-        self.panel.wait_until_hidden()
+        self.panel.wait_until_closed_by_key()
         self.assertEqual(self.panel.program.terminate(), 0)
         self.assert_untouched()
 

@@ -29,7 +29,7 @@ class QuickHand(flows.Flow):
         for time in times_in(variant):
             while not self.panel_after(records, variant, lambda: steps_in(time)):
                 self.panel.window.press("alt+F4")
-                self.panel.wait_until_hidden()
+                self.panel.wait_until_closed_by_key()
                 self.panel.program.terminate()
             yield self.panel
 

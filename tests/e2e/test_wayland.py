@@ -94,9 +94,10 @@ class Window(WaylandFlow):
         def drawn():
             picture = self.panel.window.picture(around)
             width, height = picture.width, picture.height
-            inner, outer = around * self.panel.scale, around * self.panel.scale - 1
-            return (frame(picture, inner, width, height) == {BACKGROUND}
-                    and BACKGROUND not in frame(picture, outer, width, height))
+            hairline, inside, outside = (
+                frame(picture, inset, width, height)
+                for inset in (around * self.panel.scale, (around + 1) * self.panel.scale, around * self.panel.scale - 1))
+            return inside == {BACKGROUND} and len(hairline) == 1 and not outside & (inside | hairline)
 
         def frame(picture, inset, width, height):
             across, down = range(inset, width - inset), range(inset, height - inset)

@@ -162,6 +162,7 @@ class WaylandProgram(harness.Program):
 class WaylandDesktop(harness.Desktop):
     """The compositor and what belongs to it."""
 
+    places_windows = False
     hand = None
     scale = 1
 

@@ -10,8 +10,8 @@
 
 namespace center {
 
-// The application on the session bus, as desktops start and ask it: org.freedesktop.Application of the
-// Desktop Entry Specification, under the name com.korvel.today.
+// The application on the session bus, as desktops start and ask it: org.freedesktop.Application, the
+// freedesktop interface of desktop entries, under the name com.korvel.today.
 class ApplicationService final : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")

@@ -2,8 +2,8 @@
 
 #include <string>
 
-// The folders of the user's files (XDG Base Directory Specification). A variable that is empty or relative
-// counts as unset.
+// The folders of the user's files (freedesktop standard of base directories). A variable that is empty or
+// relative counts as unset.
 namespace center {
 
 // $XDG_CONFIG_HOME, else ~/.config.

@@ -114,8 +114,7 @@ using ToFurtherStart = std::variant<Done>;
 template <class Messages>
 [[nodiscard]] std::optional<std::string> packetOf(const Messages& message);
 
-// The message that a packet holds, or none where it holds no message of this direction, whatever its bytes
-// are.
+// Reads a packet. Absent where it is malformed or belongs to another direction.
 template <class Messages>
 [[nodiscard]] std::optional<Messages> messageOf(std::string_view packet);
 

@@ -122,7 +122,7 @@ public:
     // Called once, when the view and its outlets have come out of an interface file.
     virtual void awakeFromNib() {}
 
-    // The text of the tooltip; none where it is empty.
+    // The text of the tooltip. An empty text shows no tooltip.
     [[nodiscard]] virtual QString toolTipText() const { return {}; }
 
     // What assistive programs are told of this view.

@@ -40,11 +40,12 @@ function(korvel_installed_program name)
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 endfunction()
 
-# korvel_test(NAME [GUI] [FILTER filter] SOURCES file... [LINKS target...] [ENVIRONMENT VAR=value...]): a
-# GoogleTest program, each of its tests that pass GoogleTest's filter known to CTest by its own name. LINKS names
-# the libraries under test. With GUI the program has one QApplication on the offscreen platform.
+# korvel_test(NAME [GUI] [FILTER filter] [SKIPPED_IF text] SOURCES file... [LINKS target...] [ENVIRONMENT VAR=value...]):
+# a GoogleTest program, each of its tests that pass GoogleTest's filter known to CTest by its own name. LINKS names
+# the libraries under test. A test that prints the text is listed as skipped. With GUI the program has one
+# QApplication on the offscreen platform.
 function(korvel_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "GUI" "FILTER" "SOURCES;LINKS;ENVIRONMENT")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "GUI" "FILTER;SKIPPED_IF" "SOURCES;LINKS;ENVIRONMENT")
     set(support korvel_test_support)
     if(arg_GUI)
         set(support korvel_gui_test_support)
@@ -54,10 +55,14 @@ function(korvel_test name)
     target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
     target_compile_definitions(${name} PRIVATE
         KORVEL_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data" KORVEL_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+    set(skipped)
+    if(arg_SKIPPED_IF)
+        set(skipped SKIP_REGULAR_EXPRESSION "${arg_SKIPPED_IF}")
+    endif()
     # The discovery of tests takes lists apart and would keep the first variable only, so that another program
     # sets them.
     set(launcher /usr/bin/env QT_QPA_PLATFORM=offscreen ${arg_ENVIRONMENT})
     set_target_properties(${name} PROPERTIES CROSSCOMPILING_EMULATOR "${launcher}")
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 TEST_FILTER "${arg_FILTER}"
-        PROPERTIES TIMEOUT 120)
+        PROPERTIES TIMEOUT 120 ${skipped})
 endfunction()

@@ -103,6 +103,7 @@ void Center::extensionReady() {
 // there is another.
 void Center::extensionEnded(bool wasAsked) {
     policy_.ended(now());
+    isRestarting_ = false;
     if (isQuitting_) {
         if (quitted_)
             quitted_();
@@ -149,6 +150,11 @@ void Center::setAccessibilityBus(const QString& address) {
     startAnewIfHidden();
 }
 
+void Center::restart() {
+    if (!std::exchange(isRestarting_, true))
+        extension_.quit();
+}
+
 void Center::startAnewIfHidden() {
     if (!startsAnewWhenHidden_ || isAskedFor() || isPending_)
         return;
@@ -169,7 +175,11 @@ void Center::take(const channel::FromExtension& message) {
             asked_ = lastAsked_;
         if (failure_)
             failure_->hide();
+    } else if (std::holds_alternative<channel::Restart>(message)) {
+        restart();
     } else if (std::holds_alternative<channel::Closed>(message)) {
+        if (isRestarting_)
+            return;
         if (std::exchange(asked_, std::nullopt))
             closedAt_ = now();
         startAnewIfHidden();

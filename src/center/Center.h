@@ -59,6 +59,7 @@ private:
     void startExtension();
     void showFailure();
     [[nodiscard]] bool isFailureShown() const { return failure_ && failure_->isVisible(); }
+    void restart();
     void startAnewIfHidden();
     void startAt(RestartPolicy::Duration moment);
     void stopWaiting();
@@ -75,6 +76,7 @@ private:
     bool isPending_ = false;
     bool isMotionReduced_ = false;
     bool startsAnewWhenHidden_ = false;
+    bool isRestarting_ = false; // the next extension shows what this one does
     bool isQuitting_ = false;
     std::function<void(const channel::Counts&)> countsChanged_;
     std::function<void()> quitting_;

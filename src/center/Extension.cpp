@@ -1,6 +1,7 @@
 #include "center/Extension.h"
 
 #include "platform/storage/GroupContainers.h"
+#include "platform/system/SessionBus.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -54,15 +55,16 @@ Extension::~Extension() {
 // use.
 QProcessEnvironment Extension::environment() const {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), accessibilityBus_.isEmpty()
-                                                                       ? QStringLiteral("unix:path=/dev/null")
-                                                                       : accessibilityBus_);
+    environment.insert(QLatin1String(platform::sessionBusVariable),
+                       accessibilityBus_.isEmpty() ? QLatin1String(platform::addressOfNoBus)
+                                                   : accessibilityBus_);
     environment.remove(QStringLiteral("AT_SPI_BUS_ADDRESS"));
     environment.insert(QStringLiteral("KORVEL_GROUP_CONTAINERS"),
                        QFile::decodeName(platform::GroupContainers::folder().c_str()));
-    // One of these is spent with the centre's own first window.
-    for (const char* token : {"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"})
-        environment.remove(QLatin1String(token));
+    // The first two are spent with the centre's own first window, and of the session's manager the centre is
+    // the client.
+    for (const char* variable : {"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID", "SESSION_MANAGER"})
+        environment.remove(QLatin1String(variable));
     return environment;
 }
 

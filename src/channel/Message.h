@@ -82,6 +82,13 @@ struct Pending { // whether a choice of the user is still to be carried out
     static auto fields(auto& message) { return std::tie(message.isPending); }
     bool operator==(const Pending&) const = default;
 };
+// The extension is to be replaced by another: something that it reads is a file or folder now that it may not
+// read.
+struct Restart {
+    static constexpr std::string_view packetName = "restart";
+    static auto fields(auto&) { return std::tie(); }
+    bool operator==(const Restart&) const = default;
+};
 struct OpenUrl {
     std::string url;
     static constexpr std::string_view packetName = "open";
@@ -105,7 +112,7 @@ struct Done {
 };
 
 using ToExtension = std::variant<Show, Hide, Quit, Motion>;
-using FromExtension = std::variant<Ready, Shown, Closed, Counts, Pending, OpenUrl>;
+using FromExtension = std::variant<Ready, Shown, Closed, Counts, Pending, Restart, OpenUrl>;
 using FromFurtherStart = std::variant<Command>;
 using ToFurtherStart = std::variant<Done>;
 

@@ -120,7 +120,8 @@ void Panel::loadIfAwaited() {
         return;
     }
     awaitsLoad_ = false;
-    load();
+    if (!mayLoad_ || mayLoad_())
+        load();
 }
 
 void Panel::lookAgainWhenIdle() {

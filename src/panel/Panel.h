@@ -52,6 +52,8 @@ public:
     void close();
     // Called at each opening, once the panel is painted.
     void setShown(std::function<void()> handler) { shown_ = std::move(handler); }
+    // Asked before each load but the first. Where the answer is no, the list stays as it is.
+    void setMayLoad(std::function<bool()> question) { mayLoad_ = std::move(question); }
     void setClosed(std::function<void()> handler) { closed_ = std::move(handler); }
     // Told at once, and again whenever they have changed.
     void setCountsChanged(std::function<void(const Counts&)> handler);
@@ -85,6 +87,7 @@ private:
     bool hadFocus_ = false;         // since it was asked for
     std::function<void()> shown_;
     std::function<void()> closed_;
+    std::function<bool()> mayLoad_;
     std::function<void(const Counts&)> countsChanged_;
     std::optional<Counts> counts_; // as told last
     std::function<Backdrop()> backdropOfDesktop_;

@@ -6,21 +6,29 @@
 #include "platform/storage/InotifyWatcher.h"
 #include "platform/system/DisplayConnection.h"
 #include "platform/system/MainQueue.h"
+#include "platform/system/SessionBus.h"
 #include "platform/system/TerminationSignals.h"
 #include "platform/system/TimerAlarm.h"
 #include "platform/system/Workspace.h"
 #include "platform/views/Accessibility.h"
 
+#include <QAccessible>
 #include <QApplication>
+#include <QEventLoop>
+#include <QTimer>
 
 #include <csignal>
+#include <cstdio>
 #include <memory>
 
 namespace panel {
 
 namespace {
 
+using namespace std::chrono_literals;
+
 constexpr int defaultContentWidth = 320;
+constexpr auto longestWaitForBus = 2s; // of a centre that has answered the same already
 
 // Ends the program once nothing that the user has chosen is pending.
 void quitWhenIdle() {
@@ -31,10 +39,33 @@ void quitWhenIdle() {
         queue.whenNextIdle([] { quitWhenIdle(); });
 }
 
+// Waits until the toolkit is on the accessibility bus, if the centre has handed its address. It asks for the
+// way to that bus only once events are handled.
+void waitForAccessibilityBus() {
+    if (qgetenv(platform::sessionBusVariable) == platform::addressOfNoBus || QAccessible::isActive())
+        return;
+    class Observer final : public QAccessible::ActivationObserver {
+    public:
+        explicit Observer(QEventLoop& loop)
+            : loop_(loop) {
+            QAccessible::installActivationObserver(this);
+        }
+        ~Observer() { QAccessible::removeActivationObserver(this); }
+        void accessibilityActiveChanged(bool) override { loop_.quit(); }
+
+    private:
+        QEventLoop& loop_;
+    };
+    QEventLoop loop;
+    const Observer observer(loop);
+    QTimer::singleShot(longestWaitForBus, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
 // The panel as the centre sees it.
 class Extension final {
 public:
-    explicit Extension(int socket)
+    Extension(int socket, const Confinement& confinement)
         : panel_(backdropOfDesktop(), Height::OfScreen, defaultContentWidth,
                  std::make_unique<LoadTriggers>(std::make_unique<platform::InotifyWatcher>(),
                                                 std::make_unique<platform::TimerAlarm>()))
@@ -46,6 +77,12 @@ public:
         });
         center_.setEnded([this] { end(); });
         panel_.setBackdropOfDesktop(backdropOfDesktop);
+        panel_.setMayLoad([this, &confinement] {
+            if (!confinement.isOutdated())
+                return true;
+            center_.send(channel::Restart{});
+            return false;
+        });
         panel_.setShown([this] { center_.send(channel::Shown{}); });
         panel_.setClosed([this] { tellClosed(); });
         panel_.load();
@@ -97,13 +134,18 @@ private:
 
 } // namespace
 
-int runExtension(int socket) {
+int runExtension(int socket, const Confinement& confinement) {
     // A file that grows beyond the process's limit is a write that fails, like one on a full disk.
     std::signal(SIGXFSZ, SIG_IGN);
     QApplication::setQuitOnLastWindowClosed(false);
     platform::installViewAccessibility();
     platform::DisplayConnection::setBeforeEnd([] { platform::MainQueue::current().finish(); });
-    Extension extension(socket);
+    waitForAccessibilityBus();
+    if (const std::error_code error = Confinement::forbidConnections()) {
+        std::fprintf(stderr, "korvel-today: connections cannot be forbidden: %s\n", error.message().c_str());
+        return 1;
+    }
+    Extension extension(socket, confinement);
     const platform::TerminationSignals signals([&extension] { extension.end(); });
     return QApplication::exec();
 }

@@ -1,11 +1,13 @@
 #include "program/Program.h"
 
 #include "center/CenterProcess.h"
+#include "panel/Confinement.h"
 #include "panel/PanelProcess.h"
 #include "panel/Snapshot.h"
 #include "platform/storage/GroupContainers.h"
 #include "platform/system/DisplayConnection.h"
 #include "platform/system/NumberText.h"
+#include "platform/system/SessionBus.h"
 #include "program/Options.h"
 #include "resources/Language.h"
 
@@ -48,11 +50,12 @@ void openStandardStreams() {
 
 // Without an address, the library of the bus would start one where there is none.
 void startNoSessionBus() {
-    constexpr const char* address = "DBUS_SESSION_BUS_ADDRESS";
-    if (!qEnvironmentVariableIsEmpty(address))
+    if (!qEnvironmentVariableIsEmpty(platform::sessionBusVariable))
         return;
     const QByteArray path = qgetenv("XDG_RUNTIME_DIR") + "/bus";
-    qputenv(address, "unix:path=" + (QFile::exists(QFile::decodeName(path)) ? path : "/dev/null"));
+    const bool isThere = QFile::exists(QFile::decodeName(path));
+    qputenv(platform::sessionBusVariable,
+            isThere ? "unix:path=" + path : QByteArray(platform::addressOfNoBus));
 }
 
 // Qt would take options of its own from the arguments, which this program does not have.
@@ -94,9 +97,15 @@ int run(int argc, char** argv) {
     if (const auto socket = socketOfExtension(argc, argv)) {
         if (!isSocket(*socket))
             return usageError(QStringLiteral("--extension is for the program itself"));
+        panel::Confinement confinement;
+        if (const std::error_code error = confinement.begin()) {
+            std::fprintf(stderr, "korvel-today: the panel's process cannot be confined: %s\n",
+                         error.message().c_str());
+            return 1;
+        }
         platform::DisplayConnection::watch();
         const Application application(argv);
-        return panel::runExtension(*socket);
+        return panel::runExtension(*socket, confinement);
     }
     const auto parsed = parseOptions({argv + 1, argv + argc});
     if (const auto* fault = std::get_if<UsageError>(&parsed))

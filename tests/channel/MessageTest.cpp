@@ -64,6 +64,10 @@ TEST(Message, pendingHasOne) {
     expectPacket<FromExtension>(Pending{false}, "pending\0000"s);
 }
 
+TEST(Message, restartHasNoFields) {
+    expectPacket<FromExtension>(channel::Restart{}, "restart"s);
+}
+
 TEST(Message, openHasAUrl) {
     expectPacket<FromExtension>(OpenUrl{"a://b"}, "open\0a://b"s);
 }

@@ -196,11 +196,11 @@ class Moments(Truth):
         self.assertGreaterEqual(time.time(), self.midnight)
 
     def test_a_clock_that_is_set_shows_what_is_overdue(self):
-        clock = self.desktop.folder / "clock"
+        self.new_container([overdue(1, date=time.time() + 3600)])
+        clock = self.container.folder / "clock"  # in the one folder that the panel's process may read
         clock.mkdir()
         (clock / "offset").write_bytes(struct.pack("d", 0))
         os.mkfifo(clock / "set")
-        self.new_container([overdue(1, date=time.time() + 3600)])
         self.start({"TZ": local_noon(), "LD_PRELOAD": os.environ["KORVEL_E2E_CLOCK"],
                     "KORVEL_TEST_CLOCK": str(clock),
                     "ASAN_OPTIONS": os.environ.get("ASAN_OPTIONS", "") + ":verify_asan_link_order=0"})
@@ -225,9 +225,11 @@ class Moments(Truth):
         new.symlink_to(zones / "GMT-14")
         new.rename(zone)
         harness.wait_for(lambda: panel.row_picture(0) != first, "another date")
-        shutil.copyfile(zones / "GMT+12", new)
-        new.rename(zone)
-        panel.wait_for_row(0, first)
+        second = panel.row_picture(0)
+        for name, picture in (("GMT+12", first), ("GMT-14", second)):
+            shutil.copyfile(zones / name, new)
+            new.rename(zone)
+            panel.wait_for_row(0, picture)
 
 
 if __name__ == "__main__":

@@ -12,6 +12,7 @@ ROOMS = {room: (set(rooms.split()), {"std", *foreign.split()}) for room, rooms, 
     ("platform/plist", "", ""),
     ("platform/system", "", "posix icu QtCore"),
     ("platform/storage", "platform/plist platform/system", "posix QtCore"),
+    ("platform/confinement", "platform/storage", "posix seccomp"),
     ("platform/images", "", "posix QtCore QtGui QtSvg"),
     ("platform/views", "platform/system platform/images", _WIDGETS),
     ("platform/extension", "platform/system platform/views", _WIDGETS),
@@ -23,11 +24,12 @@ ROOMS = {room: (set(rooms.split()), {"std", *foreign.split()}) for room, rooms, 
     ("controller", "views/rows views/controls exchange model resources platform/views platform/extension " + _PLATFORM,
      _WIDGETS),
     ("channel", "", "posix QtCore"),
-    ("panel", "channel controller exchange model resources platform/views platform/extension " + _PLATFORM,
+    ("panel", "channel controller exchange model resources platform/views platform/extension platform/confinement " +
+     _PLATFORM,
      "posix xcb " + _WIDGETS),
     ("center", "channel model resources " + _PLATFORM, "posix QtDBus " + _WIDGETS),
     ("program", "center panel model resources " + _PLATFORM, "posix " + _WIDGETS),
-    ("ctl", "exchange model " + _PLATFORM, "posix nlohmann QtCore QtGui"),
+    ("ctl", "exchange model platform/confinement " + _PLATFORM, "posix nlohmann QtCore QtGui"),
 )}
 
 # Room: its private folders. Only its own sources and the headers of these folders include what is in them.
@@ -52,10 +54,12 @@ def qt_modules(folder):
 
 
 def library_of(header, qt):
-    """The library that a foreign header belongs to: std, icu, xcb, nlohmann, a Qt module or posix."""
+    """The library that a foreign header belongs to: std, icu, xcb, seccomp, nlohmann, a Qt module or posix."""
     folder, slash, _ = header.partition("/")
     if slash and (folder in ("unicode", "xcb", "nlohmann") or folder.startswith("Qt")):
         return "icu" if folder == "unicode" else folder
+    if header == "seccomp.h":
+        return "seccomp"
     return qt.get(header) or ("posix" if slash or "." in header else "std")
 
 

@@ -1,0 +1,281 @@
+#include "panel/Confinement.h"
+
+#include "exchange/LoggedAction.h"
+#include "exchange/SharedFiles.h"
+#include "exchange/SharedSettings.h"
+#include "model/GroupIdentifiers.h"
+#include "platform/confinement/ConfinedChild.h"
+#include "platform/confinement/FileConfinement.h"
+#include "platform/storage/Files.h"
+#include "platform/storage/SharedDefaults.h"
+#include "platform/storage/StorageError.h"
+#include "platform/system/DetachedProcess.h"
+#include "support/Containers.h"
+#include "support/Environment.h"
+
+#include <gtest/gtest.h>
+
+#include <arpa/inet.h>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <filesystem>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+using support::Containers;
+
+// What of its path's errors a reading tells, as a system call does.
+long read(const std::string& path) {
+    std::error_code error;
+    const bool isRead = platform::readFile(path, &error).has_value();
+    errno = error.value();
+    return isRead ? 0 : -1;
+}
+
+long tellResult(const std::error_code& result) {
+    errno = result.value();
+    return result ? -1 : 0;
+}
+
+std::string settingsWith(const std::string& accountKey) {
+    return R"(<plist version="1.0"><dict><key>account_pk</key><string>)" + accountKey +
+           "</string><key>notification_days_count</key><integer>7</integer></dict></plist>";
+}
+
+// The process of the panel, before the toolkit starts.
+class ConfinementTest : public testing::Test {
+protected:
+    ConfinementTest() {
+        if (platform::landlockVersion() == 0)
+            std::puts("this kernel has no Landlock"); // CTest lists the test as skipped
+        homeFolder.write("secret", "secret");
+        homeFolder.write(".config/korvel-today/settings.ini", "");
+        homeFolder.write(".local/share/fonts/font.ttf", "font");
+        containers.writeFeed("feed");
+        containers.writeSettings(settingsWith("demo"));
+    }
+
+    [[nodiscard]] static std::string attempt(const std::function<long()>& what) {
+        return support::inConfinedChild([] { return panel::Confinement().begin(); }, what);
+    }
+
+    const support::TemporaryFolder homeFolder;
+    const support::EnvironmentVariable home{"HOME", homeFolder.path()};
+    const support::EnvironmentVariable data{"XDG_DATA_HOME", nullptr};
+    const support::EnvironmentVariable config{"XDG_CONFIG_HOME", nullptr};
+    const Containers containers;
+};
+
+exchange::LoggedAction logPaid() {
+    const TodayTransaction transaction(TodayTransaction::Values{});
+    return exchange::logAction(exchange::ActionType::Paid, transaction, 0,
+                               exchange::UnreadableLog::StartsAnew);
+}
+
+} // namespace
+
+TEST_F(ConfinementTest, leavesTheContainer) {
+    EXPECT_EQ(attempt([this] { return read(containers.path("notifications.xml")); }), "done");
+    EXPECT_EQ(attempt([] { return tellResult(logPaid().log); }), "done");
+    EXPECT_TRUE(containers.has("demo/actions.xml"));
+    EXPECT_EQ(attempt([] {
+                  auto defaults = exchange::openSharedSettings();
+                  defaults->setString("url_string", "request");
+                  return tellResult(defaults->save());
+              }),
+              "done");
+    EXPECT_NE(containers.read(Containers::settingsName()).find("request"), std::string::npos);
+}
+
+TEST_F(ConfinementTest, leavesFontsAndNothingElseOfTheHomeFolder) {
+    EXPECT_EQ(attempt([this] { return read(homeFolder.path(".local/share/fonts/font.ttf")); }), "done");
+    EXPECT_EQ(attempt([this] { return read(homeFolder.path("secret")); }), "EACCES");
+    EXPECT_EQ(attempt([this] { return read(homeFolder.path(".config/korvel-today/settings.ini")); }),
+              "EACCES");
+    EXPECT_EQ(attempt([this] { return tellResult(platform::replaceFile(homeFolder.path("new"), "x")); }),
+              "EACCES");
+}
+
+TEST_F(ConfinementTest, forbidsTheContainersOfOtherGroups) {
+    containers.folder().write("group.other/notifications.xml", "feed");
+    EXPECT_EQ(attempt([this] { return read(containers.folder().path("group.other/notifications.xml")); }),
+              "EACCES");
+}
+
+TEST_F(ConfinementTest, opensTheFreeEditionsSettingsEmpty) {
+    const std::string group(freeEditionGroupIdentifier);
+    containers.folder().write(group + "/Library/Preferences/" + group + ".plist", settingsWith("free"));
+    const auto readsKey = [&] {
+        const auto defaults = platform::SharedDefaults::open(group);
+        return defaults && defaults->stringForKey("account_pk") ? 0 : -1;
+    };
+    EXPECT_EQ(readsKey(), 0);
+    EXPECT_EQ(attempt([&] {
+                  const auto defaults = platform::SharedDefaults::open(group);
+                  return defaults && defaults->values().size() == 0 ? 0 : -1;
+              }),
+              "done");
+}
+
+// The key of an account is one component of a path as it stands, and may lead out of the container.
+TEST_F(ConfinementTest, failsToWriteTheLogOfAnAccountOutsideTheContainer) {
+    containers.folder().write("x/actions.xml", "kept");
+    for (const char* key : {"../x", "../../x", "../../../../../../../tmp"}) {
+        containers.writeSettings(settingsWith(key));
+        EXPECT_EQ(attempt([] { return tellResult(logPaid().log); }), "EACCES") << key;
+    }
+    EXPECT_EQ(containers.folder().read("x/actions.xml"), "kept");
+    EXPECT_EQ(containers.folder().count("x"), 1U) << "no debris";
+}
+
+TEST_F(ConfinementTest, forbidsPrograms) {
+    EXPECT_TRUE(platform::startDetached("/bin/true", {"true"}));
+    EXPECT_NE(attempt([] { return platform::startDetached("/bin/true", {"true"}) ? 0 : -1; }), "done");
+    EXPECT_EQ(attempt([] { return execl("/bin/true", "true", nullptr); }), "ENOSYS");
+}
+
+TEST_F(ConfinementTest, forbidsAListenerOnTheLoopbackInterface) {
+    const int listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    ASSERT_EQ(bind(listener, reinterpret_cast<sockaddr*>(&address), size), 0);
+    ASSERT_EQ(listen(listener, 4), 0);
+    ASSERT_EQ(getsockname(listener, reinterpret_cast<sockaddr*>(&address), &size), 0);
+    const auto connectTo = [&](int client) {
+        return connect(client, reinterpret_cast<const sockaddr*>(&address), sizeof address);
+    };
+    const int client = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    EXPECT_EQ(connectTo(client), 0);
+    close(client);
+    EXPECT_EQ(attempt([] { return socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0); }), "ENOSYS");
+    const int former = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (platform::landlockVersion() >= 4) {
+        EXPECT_EQ(attempt([&] { return connectTo(former); }), "EACCES");
+    }
+    close(former);
+    close(listener);
+}
+
+// Local sockets are not files to the kernel's confinement, so that a process needs its connections first.
+TEST_F(ConfinementTest, forbidsTheSessionBusOnceConnectionsAreForbidden) {
+    const int listener = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::strncpy(address.sun_path, homeFolder.path("bus").c_str(), sizeof address.sun_path - 1);
+    ASSERT_EQ(bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    ASSERT_EQ(listen(listener, 4), 0);
+    const auto connectToBus = [&]() -> long {
+        const int client = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        return client < 0 ? -1 : connect(client, reinterpret_cast<const sockaddr*>(&address), sizeof address);
+    };
+    EXPECT_EQ(attempt(connectToBus), "done");
+    EXPECT_EQ(attempt([&]() -> long { return panel::Confinement::forbidConnections() ? 0 : connectToBus(); }),
+              "EPERM");
+    close(listener);
+}
+
+// Each in a process of its own, which confines itself, and then looks again after something has changed.
+class OutdatedTest : public ConfinementTest {
+protected:
+    // What isOutdated() says after the change, which a process makes that is not confined.
+    [[nodiscard]] static std::string after(const std::function<void()>& change) {
+        int ask[2];
+        int answer[2];
+        EXPECT_EQ(pipe2(ask, O_CLOEXEC), 0);
+        EXPECT_EQ(pipe2(answer, O_CLOEXEC), 0);
+        const pid_t other = fork();
+        char byte = 0;
+        if (other == 0) {
+            close(ask[1]);
+            if (::read(ask[0], &byte, 1) == 1) {
+                change();
+                (void)!write(answer[1], "x", 1);
+            }
+            _exit(0);
+        }
+        panel::Confinement confinement;
+        const std::string result =
+            support::inConfinedChild([&] { return confinement.begin(); },
+                                     [&] {
+                                         const bool isOutdatedBefore = confinement.isOutdated();
+                                         const bool isChanged =
+                                             write(ask[1], "x", 1) == 1 && ::read(answer[0], &byte, 1) == 1;
+                                         const bool isOutdatedAfter = confinement.isOutdated();
+                                         errno = isOutdatedBefore || !isChanged ? EIO : ESTALE;
+                                         return isOutdatedBefore || !isChanged || isOutdatedAfter ? -1 : 0;
+                                     });
+        for (const int end : {ask[0], ask[1], answer[0], answer[1]})
+            close(end);
+        EXPECT_EQ(waitpid(other, nullptr, 0), other);
+        return result == "ESTALE" ? "outdated" : result == "done" ? "as before" : result;
+    }
+
+    [[nodiscard]] std::string container() const { return containers.path(); }
+};
+
+TEST_F(OutdatedTest, aContainerThatChanges) {
+    EXPECT_EQ(after([this] { containers.writeFeed("other"); }), "as before");
+}
+
+TEST_F(OutdatedTest, aContainerThatGoes) {
+    EXPECT_EQ(after([this] { std::filesystem::remove_all(container()); }), "as before");
+}
+
+TEST_F(OutdatedTest, aContainerThatIsReplaced) {
+    EXPECT_EQ(after([this] {
+                  std::filesystem::rename(container(), container() + ".old");
+                  std::filesystem::create_directory(container());
+              }),
+              "outdated");
+}
+
+// The file system may give a new folder the number of one that has been removed.
+TEST_F(OutdatedTest, aContainerThatIsRemovedAndMadeAnew) {
+    EXPECT_EQ(after([this] {
+                  std::filesystem::remove_all(container());
+                  std::filesystem::create_directory(container());
+              }),
+              "outdated");
+}
+
+TEST_F(OutdatedTest, aContainerThatComes) {
+    std::filesystem::remove_all(container());
+    EXPECT_EQ(after([this] { std::filesystem::create_directory(container()); }), "outdated");
+}
+
+TEST_F(OutdatedTest, aContainerThatIsALinkToAnotherFolderNow) {
+    std::filesystem::rename(container(), container() + ".first");
+    std::filesystem::create_directory(container() + ".second");
+    std::filesystem::create_directory_symlink(container() + ".first", container());
+    EXPECT_EQ(after([this] {
+                  std::filesystem::remove(container());
+                  std::filesystem::create_directory_symlink(container() + ".second", container());
+              }),
+              "outdated");
+}
+
+TEST_F(OutdatedTest, theTimeZonesFileWhereTheNewOneCannotBeRead) {
+    const std::string file = homeFolder.write("zone", "TZif");
+    const support::EnvironmentVariable zone("TZ", ":" + file);
+    tzset();
+    EXPECT_EQ(after([&] { EXPECT_FALSE(platform::replaceFile(file, "TZif2")); }), "outdated");
+    EXPECT_EQ(after([&] { std::filesystem::remove(file); }), "as before");
+    const std::string link = homeFolder.path("link");
+    const support::EnvironmentVariable linked("TZ", ":" + link);
+    std::filesystem::create_symlink("/usr/share/zoneinfo/Etc/UTC", link);
+    EXPECT_EQ(after([&] {
+                  std::filesystem::remove(link);
+                  std::filesystem::create_symlink("/usr/share/zoneinfo/Europe/Berlin", link);
+              }),
+              "as before")
+        << "which it may read";
+}

@@ -7,9 +7,13 @@
 #include "platform/storage/GroupContainers.h"
 #include "platform/system/CurrentTimeZone.h"
 
+#include <QFile>
+#include <QLibraryInfo>
+
 #include <fcntl.h>
 #include <string>
 #include <sys/stat.h>
+#include <vector>
 
 namespace panel {
 
@@ -17,6 +21,12 @@ namespace {
 
 std::string containerPath() {
     return platform::GroupContainers::containerPath(std::string(fullEditionGroupIdentifier));
+}
+
+// Where it is not installed with the system's libraries.
+void addToolkit(std::vector<std::string>& readable) {
+    for (const auto location : {QLibraryInfo::LibrariesPath, QLibraryInfo::PluginsPath})
+        readable.push_back(QFile::encodeName(QLibraryInfo::path(location)).toStdString());
 }
 
 // Whether a path leads to another file or folder than the one that is open. A path that leads nowhere does
@@ -40,6 +50,7 @@ std::error_code Confinement::begin() {
         platform::AllowedFiles files = platform::systemFiles();
         platform::add(files, platform::desktopFiles());
         files.readable.push_back(platform::currentTimeZoneFile());
+        addToolkit(files.readable);
         files.writable.push_back(containerPath());
         if (const std::error_code error = platform::confineFiles(files, version))
             return error;

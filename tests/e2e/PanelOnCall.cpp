@@ -1,8 +1,9 @@
 // A panel for end-to-end tests that opens and closes as a test says: it reads lines from the named pipe that
 // is its argument. "open" and "open hiding" (when the focus is lost) may be followed by a screen's name;
-// "close" closes.
+// "close" closes. It is confined as the program's own process with the panel is.
 
 #include "panel/Backdrop.h"
+#include "panel/Confinement.h"
 #include "panel/LoadTriggers.h"
 #include "panel/Panel.h"
 #include "platform/storage/InotifyWatcher.h"
@@ -33,11 +34,14 @@ void carryOut(panel::Panel& panel, QStringList words) {
 } // namespace
 
 int main(int argc, char** argv) {
-    QApplication application(argc, argv);
-    QApplication::setQuitOnLastWindowClosed(false);
     const int pipe =
         argc == 2 ? ::open(argv[1], O_RDWR | O_CLOEXEC) : -1; // a writer of its own: no end of file
-    if (pipe < 0)
+    panel::Confinement confinement;
+    if (pipe < 0 || confinement.begin())
+        return 2;
+    QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    if (panel::Confinement::forbidConnections())
         return 2;
     panel::Panel panel(panel::backdropOfDesktop(), panel::Height::OfScreen, 320,
                        std::make_unique<panel::LoadTriggers>(std::make_unique<platform::InotifyWatcher>(),

@@ -81,6 +81,8 @@ class OnScreen(harness.DesktopTest):
         self.assertGreater(here.height, panel_size(2)[1])
         self.assertFalse(nowhere.exists())
         (nowhere / os.environ["KORVEL_GROUP"]).mkdir(parents=True)
+        harness.wait_for(lambda: not window.shown(), "the end of a process that may not read what has come")
+        window = program.window()
         window.wait_for_size(*panel_size(1))
         containers.Container(nowhere).write_feed([containers.transaction(number) for number in range(3)])
         window.wait_for_size(*panel_size(4))

@@ -229,6 +229,10 @@ class Moments(Truth):
         for name, picture in (("GMT+12", first), ("GMT-14", second)):
             shutil.copyfile(zones / name, new)
             new.rename(zone)
+            window = panel.window
+            harness.wait_for(lambda gone=window: not gone.shown(), "the end of a process that may not read the copy")
+            panel.window = panel.program.window()
+            panel.wait_for_rows(1)
             panel.wait_for_row(0, picture)
 
 

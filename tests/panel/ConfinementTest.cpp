@@ -22,9 +22,12 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <netinet/in.h>
+#include <string_view>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <sys/wait.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 namespace {
@@ -92,6 +95,25 @@ TEST_F(ConfinementTest, leavesTheContainer) {
               }),
               "done");
     EXPECT_NE(containers.read(Containers::settingsName()).find("request"), std::string::npos);
+}
+
+// What replacing a file needs beside writing one.
+TEST_F(ConfinementTest, leavesWhoMayReadAFileAsItIs) {
+    const std::string feed = containers.path("notifications.xml");
+    ASSERT_EQ(chmod(feed.c_str(), 0640), 0);
+    // A list of version 2 with an entry for user 1 beside the owner, group, mask and others (acl(5)).
+    constexpr std::string_view list("\2\0\0\0"
+                                    "\1\0\6\0\377\377\377\377\2\0\4\0\1\0\0\0\4\0\4\0\377\377\377\377"
+                                    "\20\0\4\0\377\377\377\377\40\0\0\0\377\377\377\377",
+                                    44);
+    constexpr const char* attribute = "system.posix_acl_access";
+    ASSERT_EQ(setxattr(feed.c_str(), attribute, list.data(), list.size(), 0), 0);
+    EXPECT_EQ(attempt([&] { return tellResult(platform::replaceFile(feed, "new")); }), "done");
+    EXPECT_EQ(containers.read("notifications.xml"), "new");
+    char bytes[64];
+    const ssize_t size = getxattr(feed.c_str(), attribute, bytes, sizeof bytes);
+    ASSERT_GT(size, 0);
+    EXPECT_EQ(std::string_view(bytes, static_cast<std::size_t>(size)), list);
 }
 
 TEST_F(ConfinementTest, leavesFontsAndNothingElseOfTheHomeFolder) {

@@ -14,7 +14,10 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto longestClick = 500ms; // from the press that takes the focus to what comes of it
-constexpr auto settling = 100ms;     // a host writes several files, one after the other
+// More often than a hand clicks.
+constexpr std::size_t mostOpenings = 20;
+constexpr auto openingPeriod = 10s;
+constexpr auto settling = 100ms; // a host writes several files, one after the other
 
 RestartPolicy::Duration now() {
     return std::chrono::steady_clock::now().time_since_epoch();
@@ -23,7 +26,8 @@ RestartPolicy::Duration now() {
 } // namespace
 
 Center::Center(std::unique_ptr<platform::PathWatcher> watcher)
-    : changes_(std::move(watcher)) {
+    : openings_(mostOpenings, openingPeriod)
+    , changes_(std::move(watcher)) {
     extension_.setReady([this] { extensionReady(); });
     extension_.setReceived([this](const channel::FromExtension& message) { take(message); });
     extension_.setEnded([this](bool wasAsked) { extensionEnded(wasAsked); });
@@ -165,7 +169,7 @@ void Center::startAnewIfHidden() {
 void Center::take(const channel::FromExtension& message) {
     if (const auto* url = std::get_if<channel::OpenUrl>(&message)) {
         const QString text = QString::fromStdString(url->url);
-        if (model::isHostUrl(text))
+        if (model::isHostUrl(text) && openings_.take(now()))
             platform::Workspace::openUrl(text);
     } else if (const auto* counts = std::get_if<channel::Counts>(&message)) {
         if (countsChanged_)

@@ -3,6 +3,7 @@
 #include "center/ContainerChanges.h"
 #include "center/Extension.h"
 #include "center/FailureWindow.h"
+#include "center/RateLimit.h"
 #include "center/RestartPolicy.h"
 
 #include <QString>
@@ -67,6 +68,7 @@ private:
 
     Extension extension_;
     RestartPolicy policy_;
+    RateLimit openings_; // of URLs, by programs that are started for them
     ContainerChanges changes_;
     std::unique_ptr<FailureWindow> failure_;
     QTimer nextStart_;

@@ -1,5 +1,6 @@
 #include "center/FailureWindow.h"
 
+#include "platform/desktop/WindowSystem.h"
 #include "platform/storage/GroupContainers.h"
 #include "platform/system/DetachedProcess.h"
 
@@ -13,8 +14,6 @@
 #include <QProcess>
 #include <QPushButton>
 #include <QScreen>
-
-#include <algorithm>
 
 namespace center {
 
@@ -34,17 +33,13 @@ QString checkProgram() {
     return QString::fromStdString(platform::findProgram("korvel-todayctl").value_or("korvel-todayctl"));
 }
 
-bool isOnWayland() {
-    return QGuiApplication::platformName().startsWith(QStringLiteral("wayland"));
-}
-
 } // namespace
 
 FailureWindow::FailureWindow()
     : explain_(new QPushButton(qtTrId("FailureExplain"), this))
     , findings_(new QPlainTextEdit(this)) {
     setWindowTitle(QStringLiteral("Korvel Today"));
-    if (!isOnWayland())
+    if (!platform::isOnWayland())
         setWindowFlags(Qt::Tool | Qt::FramelessWindowHint);
     auto* title = new QLabel(qtTrId("FailureTitle"), this);
     QFont font = title->font();
@@ -103,12 +98,10 @@ void FailureWindow::open(const QString& screen) {
 
 void FailureWindow::dock() {
     setFixedHeight(heightForWidth(panelWidth) > 0 ? heightForWidth(panelWidth) : sizeHint().height());
-    if (isOnWayland())
+    if (platform::isOnWayland())
         return;
-    const QList<QScreen*> screens = QGuiApplication::screens();
-    const auto found = std::ranges::find(screens, screen_, &QScreen::name);
-    const QRect room =
-        (found == screens.end() ? QGuiApplication::primaryScreen() : *found)->availableGeometry();
+    const QScreen* asked = platform::screenNamed(screen_);
+    const QRect room = (asked ? asked : QGuiApplication::primaryScreen())->availableGeometry();
     move(room.right() + 1 - panelWidth - screenMargin, room.top() + screenMargin);
 }
 

@@ -1,10 +1,10 @@
 #include "center/Tray.h"
 
 #include "center/TrayIcon.h"
+#include "platform/desktop/WindowSystem.h"
 
 #include <QCursor>
 #include <QDBusVariant>
-#include <QGuiApplication>
 #include <QMenu>
 #include <QSystemTrayIcon>
 
@@ -22,9 +22,7 @@ QString watcherPath() {
 
 // Wayland tells a program where the pointer is over its own windows only.
 QPoint pointer() {
-    if (QGuiApplication::platformName().startsWith(QStringLiteral("wayland")))
-        return {};
-    return QCursor::pos();
+    return platform::isOnWayland() ? QPoint() : QCursor::pos();
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "panel/Backdrop.h"
 
+#include "platform/desktop/WindowSystem.h"
+
 #include <QGuiApplication>
 
 #include <cstdlib>
@@ -38,7 +40,7 @@ int screenNumber() {
 
 Backdrop backdropOfDesktop() {
     // A window with the desktop's own frame has the desktop's corners.
-    if (QGuiApplication::platformName().startsWith(QStringLiteral("wayland")))
+    if (platform::isOnWayland())
         return Backdrop::SquareOpaque;
     const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
     xcb_connection_t* connection = x11 ? x11->connection() : nullptr;

@@ -3,6 +3,7 @@
 #include "controller/WidgetInterfaceFiles.h"
 #include "panel/ListFocus.h"
 #include "panel/Welcome.h"
+#include "platform/desktop/WindowSystem.h"
 #include "platform/system/Clock.h"
 #include "platform/system/CurrentTimeZone.h"
 #include "platform/system/MainQueue.h"
@@ -10,7 +11,6 @@
 
 #include <QGuiApplication>
 #include <QPointer>
-#include <QScreen>
 #include <QWindow>
 
 #include <algorithm>
@@ -36,13 +36,6 @@ Counts countsOf(const std::vector<TodayTransactionPtr>& transactions) {
             ++counts.dueToday;
     }
     return counts;
-}
-
-QScreen* screenNamed(const QString& name) {
-    const auto screens = QGuiApplication::screens();
-    const auto found =
-        std::ranges::find_if(screens, [&](const QScreen* screen) { return screen->name() == name; });
-    return name.isEmpty() || found == screens.end() ? nullptr : *found;
 }
 
 } // namespace
@@ -162,7 +155,7 @@ void Panel::open(const Opening& opening) {
     if (!window_->isVisible()) {
         if (backdropOfDesktop_)
             window_->setBackdrop(backdropOfDesktop_());
-        window_->dock(screenNamed(opening.screen));
+        window_->dock(platform::screenNamed(opening.screen));
         window_->show();
     } else if (shown_) {
         shown_();

@@ -2,6 +2,7 @@
 
 #include "panel/Sheet.h"
 #include "panel/X11Window.h"
+#include "platform/desktop/WindowSystem.h"
 
 #include <QCloseEvent>
 #include <QEasingCurve>
@@ -24,19 +25,11 @@ namespace {
 constexpr int tallestPicture = 4000;
 constexpr auto resizeDuration = 200ms;
 
-bool isWayland() {
-    return QGuiApplication::platformName().startsWith(QStringLiteral("wayland"));
-}
-
-bool isX11() {
-    return QGuiApplication::platformName() == QStringLiteral("xcb");
-}
-
 // On Wayland the desktop decides where a window is placed, so there the panel is an ordinary window.
 Qt::WindowFlags windowKind() {
-    if (isWayland())
+    if (platform::isOnWayland())
         return Qt::Window;
-    return (isX11() ? Qt::Tool : Qt::Window) | Qt::FramelessWindowHint;
+    return (platform::isOnX11() ? Qt::Tool : Qt::Window) | Qt::FramelessWindowHint;
 }
 
 } // namespace
@@ -118,7 +111,7 @@ void PanelWindow::preferredSizeChanged() {
         return;
     }
     if (backdrop_ == Backdrop::RoundTranslucent) {
-        grantedHeight_ = isX11() ? sheetHeight_ : tallestPicture;
+        grantedHeight_ = platform::isOnX11() ? sheetHeight_ : tallestPicture;
         setWindowHeight(std::max(sheetHeight_, sheetHeightOf(target)));
     }
     resizing_ = platform::MainQueue::current().animate(
@@ -195,9 +188,9 @@ void PanelWindow::screensChanged() {
 // Qt takes the token from the environment as it asks; no child process is to inherit it.
 void PanelWindow::takeFocus(const QString& activationToken) {
     constexpr const char* variable = "XDG_ACTIVATION_TOKEN";
-    if (isX11())
+    if (platform::isOnX11())
         raise();
-    const bool hasToken = !activationToken.isEmpty() && isWayland();
+    const bool hasToken = !activationToken.isEmpty() && platform::isOnWayland();
     if (hasToken)
         qputenv(variable, activationToken.toUtf8());
     windowHandle()->requestActivate();
@@ -224,7 +217,7 @@ void PanelWindow::paintEvent(QPaintEvent*) {
 void PanelWindow::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     layoutScrollView();
-    if (isWayland())
+    if (platform::isOnWayland())
         insistOnHeight();
 }
 

@@ -185,11 +185,19 @@ void PanelWindow::screensChanged() {
     setContentHeight(contentHeight_);
 }
 
-// Qt takes the token from the environment as it asks; no child process is to inherit it.
+// A Wayland compositor may ignore what is asked for a window that has no picture yet, and the token is spent.
 void PanelWindow::takeFocus(const QString& activationToken) {
-    constexpr const char* variable = "XDG_ACTIVATION_TOKEN";
     if (platform::isOnX11())
         raise();
+    if (platform::isOnWayland() && awaitsPainting_)
+        focusRequest_ = activationToken;
+    else
+        requestFocus(activationToken);
+}
+
+// Qt takes the token from the environment as it asks; no child process is to inherit it.
+void PanelWindow::requestFocus(const QString& activationToken) {
+    constexpr const char* variable = "XDG_ACTIVATION_TOKEN";
     const bool hasToken = !activationToken.isEmpty() && platform::isOnWayland();
     if (hasToken)
         qputenv(variable, activationToken.toUtf8());
@@ -203,15 +211,20 @@ bool PanelWindow::isFocused() const {
 }
 
 void PanelWindow::paintEvent(QPaintEvent*) {
-    if (std::exchange(tellsPainted_, false) && painted_) {
-        const auto tell = [this] {
-            if (isVisible() && painted_)
-                painted_();
-        };
-        QMetaObject::invokeMethod(this, tell, Qt::QueuedConnection); // the views above are painted after it
-    }
+    if (std::exchange(awaitsPainting_, false)) // the views above are painted after it
+        QMetaObject::invokeMethod(
+            this, [this] { painted(); }, Qt::QueuedConnection);
     QPainter painter(this);
     paintSheet(painter, backdrop_, sheet());
+}
+
+void PanelWindow::painted() {
+    if (!isVisible())
+        return;
+    if (const auto token = std::exchange(focusRequest_, std::nullopt))
+        requestFocus(*token);
+    if (painted_)
+        painted_();
 }
 
 void PanelWindow::resizeEvent(QResizeEvent* event) {
@@ -266,7 +279,7 @@ void PanelWindow::closeEvent(QCloseEvent* event) {
 
 void PanelWindow::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
-    tellsPainted_ = true;
+    awaitsPainting_ = true;
     windowHandle()->installEventFilter(this);
     setX11Background(*windowHandle(), backdrop_ == Backdrop::SquareOpaque ? sheetColor.rgb() : 0);
 }
@@ -274,6 +287,7 @@ void PanelWindow::showEvent(QShowEvent* event) {
 void PanelWindow::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
     isPlaced_ = false;
+    focusRequest_.reset();
 }
 
 // The window system's window receives each event before the widget under the mouse does. A window manager has

@@ -11,6 +11,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace panel {
 
@@ -44,7 +45,7 @@ public:
     void dock(QScreen* screen);
 
     // Raises the window, which is shown, and asks for the focus. On Wayland the desktop gives it for a token
-    // of what the user did.
+    // of what the user did, and is asked once the window is painted.
     void takeFocus(const QString& activationToken);
     // Whether the focus of the desktop is in it, as far as the toolkit knows.
     [[nodiscard]] bool isFocused() const;
@@ -73,6 +74,8 @@ private:
     void setSheet(double contentHeight);
     void setWindowHeight(int height);
     void insistOnHeight();
+    void painted();
+    void requestFocus(const QString& activationToken);
     void watch(const QScreen& screen);
     void screensChanged();
     void layoutScrollView();
@@ -95,7 +98,8 @@ private:
     std::function<void()> closeRequested_;
     std::function<void()> mouseReleased_;
     std::function<void()> painted_;
-    bool tellsPainted_ = false;
+    bool awaitsPainting_ = false;         // since it was shown
+    std::optional<QString> focusRequest_; // with this token, once it is painted
 };
 
 } // namespace panel

@@ -172,16 +172,18 @@ void PanelWindow::dock(QScreen* screen) {
     setContentHeight(contentHeight_);
 }
 
+// A change of the scale is one of the geometry, which is in points.
 void PanelWindow::watch(const QScreen& screen) {
     connect(&screen, &QScreen::geometryChanged, this, &PanelWindow::screensChanged);
     connect(&screen, &QScreen::availableGeometryChanged, this, &PanelWindow::screensChanged);
-    connect(&screen, &QScreen::logicalDotsPerInchChanged, this, &PanelWindow::screensChanged);
 }
 
 void PanelWindow::screensChanged() {
     if (!isVisible())
         return;
     screensSettle_.setRemainingTime(1s);
+    if (const auto here = isPlaced_ ? placeOfX11Window(*windowHandle()) : std::nullopt)
+        place_.screensChanged(*here);
     setContentHeight(contentHeight_);
 }
 
@@ -234,8 +236,6 @@ void PanelWindow::resizeEvent(QResizeEvent* event) {
         insistOnHeight();
 }
 
-// A window manager moves windows of its own accord when the screens change, perhaps after this window has
-// been docked anew; then its place is stated once more.
 // A Wayland compositor answers each size with that size. An answer that comes after the window has taken
 // another height gives it the former one back. The limit is for a compositor that insists on its own.
 void PanelWindow::insistOnHeight() {
@@ -247,6 +247,8 @@ void PanelWindow::insistOnHeight() {
         this, [this] { resize(minimumSize()); }, Qt::QueuedConnection);
 }
 
+// A window manager moves windows of its own accord when the screens change, perhaps after this window has
+// been docked anew; then its place is stated once more.
 void PanelWindow::moveEvent(QMoveEvent* event) {
     QWidget::moveEvent(event);
     if (!isPlaced_)

@@ -45,6 +45,12 @@ void WindowPlace::windowIsAt(QPoint point) {
     stated_ = {point};
 }
 
+// A place that was stated before has other points now. The window manager tells of it once more with the size
+// that the window has at another scale.
+void WindowPlace::screensChanged(QPoint here) {
+    stated_.push_back(here);
+}
+
 bool WindowPlace::isStated(QPoint point) const {
     return std::ranges::any_of(stated_, [&](QPoint stated) { return isSame(stated, point); });
 }

@@ -23,6 +23,9 @@ public:
     // unless it is the edge.
     void windowIsAt(QPoint point);
 
+    // The screens have changed, perhaps in scale: the window has not moved but is here now.
+    void screensChanged(QPoint here);
+
     [[nodiscard]] bool isMoved() const { return isMoved_; }
     [[nodiscard]] bool isStated(QPoint point) const;
 

@@ -404,14 +404,18 @@ class Desktop:
             return line.decode().strip()
 
     def composited(self):
-        """Whether a compositor owns the screen, asked as toolkits ask it."""
+        """Whether a compositor owns the screen."""
+        return self.has_owner("_NET_WM_CM_S0")
+
+    def has_owner(self, selection):
+        """Whether a program has a selection of the X server, asked as toolkits ask it."""
         x11 = ctypes.CDLL("libX11.so.6")
         x11.XOpenDisplay.restype = ctypes.c_void_p
         x11.XInternAtom.restype = x11.XGetSelectionOwner.restype = ctypes.c_ulong
         display = ctypes.c_void_p(x11.XOpenDisplay(self.env["DISPLAY"].encode()))
         if not display:
             return False
-        atom = ctypes.c_ulong(x11.XInternAtom(display, b"_NET_WM_CM_S0", False))
+        atom = ctypes.c_ulong(x11.XInternAtom(display, selection.encode(), False))
         owner = x11.XGetSelectionOwner(display, atom)
         x11.XCloseDisplay(display)
         return owner != 0

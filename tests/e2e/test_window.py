@@ -2,6 +2,7 @@
 how it looks while its height changes."""
 
 import os
+import signal
 import subprocess
 import unittest
 
@@ -323,6 +324,64 @@ class Screens(WindowTest):
         self.assert_docked_with_rows(1, right=640)
         self.container.write_feed([overdue(1), overdue(2)])
         self.assert_docked_with_rows(2, right=640)
+
+
+class Scale(WindowTest):
+    """A change of the scale in the desktop's settings is followed by a window that is shown."""
+
+    def setUp(self):
+        super().setUp()
+        self.settings = self.desktop.folder / "xsettings"
+        self.write_scale(1)
+        self.daemon = self.desktop.start(("xsettingsd", "-c", self.settings))
+        harness.wait_for(lambda: self.desktop.has_owner("_XSETTINGS_S0"), "the desktop's settings")
+
+    def write_scale(self, scale):
+        self.settings.write_text(f"Xft/DPI {scale * 96 * 1024}\n")
+
+    def change_scale(self, scale):
+        self.write_scale(scale)
+        self.daemon.send_signal(signal.SIGHUP)
+        self.panel.scale = scale
+        left = SCREEN[0] - (EDGE + WIDTH + 2 * MARGIN_X) * scale
+        harness.wait_for(lambda: self.panel.window.geometry().x == left, f"a window at {left}")
+
+    def test_leaves_it_docked(self):
+        self.open([overdue(1), overdue(2)])
+        self.assert_docked_with_rows(2)
+        for scale in (2, 1):
+            self.change_scale(scale)
+            self.assert_docked_with_rows(2)
+
+    def test_leaves_a_sheet_that_can_be_answered(self):
+        panel = self.open([overdue(1), overdue(2)])
+        for scale in (2, 1):
+            self.open_sheet("Later", 0, shown=2, choices=3)
+            self.change_scale(scale)
+            self.assert_docked(flows.SHEET[3])
+            panel.cancel(3)
+            self.assert_docked_with_rows(2)
+
+    def test_leaves_an_open_row_whose_buttons_work(self):
+        panel = self.open([overdue(1), overdue(2), overdue(3)])
+        for scale, left in ((2, 2), (1, 1)):
+            panel.wait_for_rows(left + 1)
+            panel.open_row(0)
+            self.change_scale(scale)
+            self.assert_docked_with_rows(left + 1)
+            panel.wait_until_open(0)
+            panel.click_button("Paid", 0)
+            self.assert_docked_with_rows(left)
+
+    def test_leaves_it_as_tall_as_the_work_area_at_most(self):
+        height = 500  # of the work area, in pixels
+        self.reserve(bottom=SCREEN[1] - height)
+        self.open([overdue(number) for number in range(1, 6)])
+        self.assert_docked_with_rows(5)
+        self.change_scale(2)
+        self.assert_docked(height // 2 - 2 * EDGE - 2 * MARGIN_Y)
+        self.change_scale(1)
+        self.assert_docked_with_rows(5)
 
 
 class FocusLoss(WindowTest):

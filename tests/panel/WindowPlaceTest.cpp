@@ -77,6 +77,18 @@ TEST_F(WindowPlaceTest, doesNotTakeAPlaceThatWasStatedBeforeForTheUsers) {
     EXPECT_EQ(place.state(small), higher) << "it had left that place, so that the user has moved it there";
 }
 
+TEST_F(WindowPlaceTest, doesNotTakeAPlaceThatHasOtherPointsSinceTheScreensChangedForTheUsers) {
+    const QPoint here = docked / 2;
+    place.screensChanged(here);
+    EXPECT_EQ(place.state(small), docked);
+    place.windowIsAt(here);
+    place.windowIsAt(here);
+    EXPECT_EQ(place.state(small), docked);
+    place.windowIsAt(docked);
+    place.windowIsAt(here);
+    EXPECT_EQ(place.state(small), here) << "it had left that place, so that the user has moved it there";
+}
+
 TEST_F(WindowPlaceTest, mayBeMovedToTheScreensCorner) {
     place.windowIsAt(room.topLeft());
     EXPECT_EQ(place.state(small), room.topLeft());

@@ -10,6 +10,7 @@
 #include <QFontDatabase>
 #include <QGuiApplication>
 #include <QLabel>
+#include <QPainter>
 #include <QPlainTextEdit>
 #include <QProcess>
 #include <QPushButton>
@@ -24,6 +25,7 @@ constexpr int panelWidth = 344;
 constexpr int screenMargin = 12;
 constexpr int heightOfFindings = 260;
 constexpr int margin = 20;
+constexpr float outlineOpacity = 0.25F;
 
 // The companion stands beside this program.
 QString checkProgram() {
@@ -132,6 +134,18 @@ void FailureWindow::showCheck(const QString& text) {
     findings_->setPlainText(text);
     findings_->show();
     dock();
+}
+
+// A window without a frame has no edge on a desktop of its colour.
+void FailureWindow::paintEvent(QPaintEvent* event) {
+    QDialog::paintEvent(event);
+    if (!windowFlags().testFlag(Qt::FramelessWindowHint))
+        return;
+    QColor outline = palette().color(QPalette::WindowText);
+    outline.setAlphaF(outlineOpacity);
+    QPainter painter(this);
+    for (const QRect& side : QRegion(rect()) - rect().adjusted(1, 1, -1, -1))
+        painter.fillRect(side, outline);
 }
 
 void FailureWindow::reject() {

@@ -32,6 +32,9 @@ public:
     // Closes the window as Escape does.
     void reject() override;
 
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
 private:
     void forgetFindings();
     void runCheck();

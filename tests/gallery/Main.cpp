@@ -1,4 +1,6 @@
-// Draws the panel in one state into a PNG file, for docs/gallery: scripts/gallery calls it once a picture.
+// Draws the panel, or the window that stands in for it, in one state into a PNG file, for docs/gallery:
+// scripts/gallery calls it once a picture.
+#include "center/FailureWindow.h"
 #include "panel/Panel.h"
 #include "panel/Snapshot.h"
 #include "platform/storage/GroupContainers.h"
@@ -7,6 +9,11 @@
 #include "support/ManualMainQueue.h"
 
 #include <QApplication>
+#include <QLoggingCategory>
+#include <QPalette>
+#include <QPixmap>
+#include <QPlainTextEdit>
+#include <QPushButton>
 
 #include <cstdio>
 #include <cstdlib>
@@ -17,7 +24,7 @@ using namespace std::chrono_literals;
 namespace {
 
 struct Scene {
-    std::string state; // rest, all, pressed, open, later, delete or chosen
+    std::string state; // rest, all, pressed, open, later, delete or chosen; failure, failure-dark or findings
     std::size_t row = 0;
 };
 
@@ -43,6 +50,34 @@ void arrange(TodayViewController& controller, support::ManualMainQueue& queue, c
     }
 }
 
+// Nothing is there to raise a window from, and the toolkit says so.
+bool drawFailure(const panel::Snapshot& snapshot, const std::string& state) {
+    if (state == "failure-dark")
+        QApplication::setPalette(QPalette(QColor(49, 52, 56), QColor(36, 38, 41))); // buttons, windows
+    QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false"));
+    center::FailureWindow window;
+    window.open({});
+    if (state == "findings") {
+        const auto buttons = window.findChildren<QPushButton*>();
+        for (QPushButton* button : buttons)
+            if (button->text() == qtTrId("FailureExplain"))
+                button->click();
+        const auto* findings = window.findChild<QPlainTextEdit*>();
+        while (findings->isHidden())
+            QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    QApplication::processEvents();
+    return window.grab().save(snapshot.file);
+}
+
+bool drawPanel(const panel::Snapshot& snapshot, const Scene& scene) {
+    support::ManualMainQueue queue;
+    panel::Panel panel(panel::Backdrop::RoundTranslucent, panel::Height::OfContent, snapshot.width);
+    panel.load();
+    arrange(panel.controller(), queue, scene);
+    return panel::writePicture(panel.window(), snapshot);
+}
+
 } // namespace
 
 // CONTAINERS OUT.png SCALE LOCALE NOW STATE ROW
@@ -61,10 +96,7 @@ int main(int argc, char** argv) {
     resources::installLanguage();
     platform::GroupContainers::setFolder(argv[1]);
     const support::ManualClock clock(std::strtod(argv[5], nullptr));
-    support::ManualMainQueue queue;
-
-    panel::Panel panel(panel::Backdrop::RoundTranslucent, panel::Height::OfContent, snapshot.width);
-    panel.load();
-    arrange(panel.controller(), queue, {argv[6], static_cast<std::size_t>(std::atoi(argv[7]))});
-    return panel::writePicture(panel.window(), snapshot) ? 0 : 1;
+    const Scene scene{argv[6], static_cast<std::size_t>(std::atoi(argv[7]))};
+    const bool isFailure = scene.state.starts_with("failure") || scene.state == "findings";
+    return (isFailure ? drawFailure(snapshot, scene.state) : drawPanel(snapshot, scene)) ? 0 : 1;
 }

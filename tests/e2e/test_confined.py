@@ -8,6 +8,7 @@ import unittest
 import containers
 import flows
 import harness
+import wayland
 from flows import logged, overdue
 
 
@@ -51,6 +52,25 @@ class AssistedProcess(flows.Flow):
         panel.wait_for_rows(1)
         self.assertEqual(panel.row_name(0), "T1, 1.00")
         self.assertEqual(status(panel.extension())["Seccomp_filters"], "2")
+
+
+class ProcessOnWayland(flows.Flow):
+    desktop_kind = wayland.WaylandDesktop
+
+    def test_it_is_confined_as_well(self):
+        panel = self.open([overdue(1)])
+        panel.wait_for_rows(1)
+        extension, = harness.children(panel.program.process.pid)
+        self.assertEqual(status(extension)["Seccomp_filters"], "2")
+
+
+class AssistedProcessOnWayland(ProcessOnWayland):
+    desktop_options = {"accessibility": True}
+    panel_kind = flows.AssistedPanel
+
+    def test_it_is_confined_as_well(self):
+        super().test_it_is_confined_as_well()
+        self.assertEqual(self.panel.row_name(0), "T1, 1.00")
 
 
 class Account(flows.Flow):

@@ -73,6 +73,32 @@ class Flows(WaylandFlow):
         panel.program.process.wait(harness.DEADLINE)
 
 
+class AssistedFlows(WaylandFlow):
+    """Each action by an assistive program."""
+
+    desktop_options = {"accessibility": True}
+    panel_kind = flows.AssistedPanel
+
+    def test_paid_and_later(self):
+        records = [overdue(1), overdue(2)]
+        panel = self.open(records)
+        panel.wait_for_rows(2)
+        panel.open_row(0)
+        panel.click_button("Paid", 0)
+        self.assert_carried_out(records[1:], logged(1, records[0], 0))
+        self.open_sheet("Later", 0, shown=1, choices=3)
+        panel.choose(3)
+        self.assert_carried_out([records[1] | {"date": days_from_now(7)}], logged(2, records[1], 7))
+        self.close()
+
+    def test_info_and_the_last_row_open_the_host_application(self):
+        panel = self.open([overdue(1), overdue(2)])
+        panel.wait_for_rows(2)
+        panel.click_add(2)
+        harness.wait_for(lambda: self.host.received() == b"korvelWidget://tw_new_transaction\n", "a URL")
+        self.close()
+
+
 class Window(WaylandFlow):
     @in_each_variant
     def test_window_follows_the_sheet_and_stays_where_the_compositor_put_it(self, variant):

@@ -50,7 +50,9 @@ void waitForAccessibilityBus() {
             : loop_(loop) {
             QAccessible::installActivationObserver(this);
         }
-        ~Observer() { QAccessible::removeActivationObserver(this); }
+        Observer(const Observer&) = delete;
+        Observer& operator=(const Observer&) = delete;
+        ~Observer() override { QAccessible::removeActivationObserver(this); }
         void accessibilityActiveChanged(bool) override { loop_.quit(); }
 
     private:

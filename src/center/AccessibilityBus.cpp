@@ -20,7 +20,7 @@ const QString statusInterface = QStringLiteral("org.a11y.Status");
 const QString propertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
 
 // Calls and passes the answer on; an error is an answer without arguments.
-void call(QDBusConnection bus, const QDBusMessage& message, QObject* context,
+void call(const QDBusConnection& bus, const QDBusMessage& message, QObject* context,
           std::function<void(const QVariantList& answer)> handler) {
     auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(message, longestWait), context);
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, context,

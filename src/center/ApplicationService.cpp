@@ -38,7 +38,7 @@ ApplicationService::~ApplicationService() {
     bus_.unregisterObject(QLatin1String(path));
 }
 
-bool ApplicationService::ask(QDBusConnection bus, const channel::Command& command) {
+bool ApplicationService::ask(const QDBusConnection& bus, const channel::Command& command) {
     auto call = QDBusMessage::createMethodCall(QLatin1String(name), QLatin1String(path),
                                                QLatin1String(interface), QStringLiteral("ActivateAction"));
     call.setAutoStartService(false);

@@ -24,7 +24,7 @@ public:
     ~ApplicationService() override;
 
     // Asks the one that has the name. False where nobody has it or none answers.
-    [[nodiscard]] static bool ask(QDBusConnection bus, const channel::Command& command);
+    [[nodiscard]] static bool ask(const QDBusConnection& bus, const channel::Command& command);
 
 public Q_SLOTS:
     Q_SCRIPTABLE void Activate(const QVariantMap& platformData);

@@ -147,7 +147,7 @@ bool endsAnother(const channel::Command& command) {
 } // namespace
 
 std::string instanceName(const std::string& containers) {
-    const std::string name = "korvel-today";
+    std::string name = "korvel-today";
     if (containers.empty())
         return name;
     std::error_code error;

@@ -10,6 +10,7 @@
 #include "center/SessionState.h"
 #include "center/Settings.h"
 #include "center/Tray.h"
+#include "center/UrlOpener.h"
 #include "model/GroupIdentifiers.h"
 #include "model/HostUrls.h"
 #include "platform/storage/GroupContainers.h"
@@ -177,6 +178,8 @@ int runCenter(SingleInstance& instance, const Start& start) {
         return 0;
     if (!instance.isLocked() && endsAnother(start.command))
         return 0;
+    UrlOpener opener(bus, UrlOpener::wayOfProcess());
+    platform::Workspace::setOpener([&opener](const QString& url) { return opener.open(url); });
     Center center(watcher());
     center.setQuitted([] { QApplication::quit(); });
     platform::DisplayConnection::setBeforeEnd([&center] { center.waitForExtension(); });
@@ -227,7 +230,9 @@ int runCenter(SingleInstance& instance, const Start& start) {
         center.start();
         perform(center, start.command);
     });
-    return QApplication::exec();
+    const int status = QApplication::exec();
+    platform::Workspace::setOpener({});
+    return status;
 }
 
 } // namespace center

@@ -2,7 +2,6 @@
 
 #include "platform/system/DetachedProcess.h"
 
-#include <string>
 #include <utility>
 
 namespace platform {
@@ -11,21 +10,26 @@ namespace {
 
 std::function<bool(const QString&)> chosenOpener;
 
-// gio keeps the case of the scheme when it looks up the handler. If gio is installed and fails, xdg-open is
-// not tried, because it might open a browser.
 bool openWithDesktop(const QString& url) {
-    const std::string text = url.toStdString();
-    if (const auto gio = findProgram("gio"))
-        return startDetached(*gio, {"gio", "open", text});
-    if (const auto xdgOpen = findProgram("xdg-open"))
-        return startDetached(*xdgOpen, {"xdg-open", text});
-    return false;
+    const auto command = Workspace::commandFor(url);
+    return command && startDetached(command->program, command->arguments);
 }
 
 } // namespace
 
 bool Workspace::openUrl(const QString& url) {
     return chosenOpener ? chosenOpener(url) : openWithDesktop(url);
+}
+
+// gio keeps the case of the scheme when it looks up the handler. If gio is installed and fails, xdg-open is
+// not tried, because it might open a browser.
+std::optional<Workspace::Command> Workspace::commandFor(const QString& url) {
+    const std::string text = url.toStdString();
+    if (const auto gio = findProgram("gio"))
+        return Command{*gio, {"gio", "open", text}};
+    if (const auto xdgOpen = findProgram("xdg-open"))
+        return Command{*xdgOpen, {"xdg-open", text}};
+    return std::nullopt;
 }
 
 void Workspace::setOpener(std::function<bool(const QString&)> opener) {

@@ -8,6 +8,7 @@ arguments. Each is answered by a line of JSON. Values for the bus are given in G
 
 import json
 import os
+import subprocess
 import sys
 import traceback
 
@@ -202,6 +203,34 @@ class Portal(Service):
         return GLib.Variant("(v)", (GLib.Variant("v", self._groups[group][key]),))
 
 
+class Manager(Service):
+    """The user's service manager, as far as it starts services: each as a process of this one."""
+
+    name = "org.freedesktop.systemd1"
+    interface = "org.freedesktop.systemd1.Manager"
+    path = "/org/freedesktop/systemd1"
+    xml = """<method name='StartTransientUnit'><arg type='s' direction='in'/><arg type='s' direction='in'/>
+            <arg type='a(sv)' direction='in'/><arg type='a(sa(sv))' direction='in'/>
+            <arg type='o' direction='out'/></method>"""
+
+    def come(self):
+        self._units = []
+        super().come()
+
+    def units(self):
+        """The names of the services so far."""
+        return self._units
+
+    def StartTransientUnit(self, sender, unit, mode, properties, others):
+        values = dict(properties)
+        [(program, arguments, _)] = values["ExecStartEx"]
+        added = dict(variable.split("=", 1) for variable in values["Environment"])
+        subprocess.Popen(arguments, executable=program, env=os.environ | added, stdin=subprocess.DEVNULL,
+                         stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, start_new_session=True)
+        self._units.append(unit)
+        return GLib.Variant("(o)", (f"{self.path}/job/{len(self._units)}",))
+
+
 class Client:
     """Calls whatever is on the bus, while the services here go on."""
 
@@ -240,7 +269,7 @@ def fail(*exception):
 
 def main():
     sys.excepthook = fail
-    services = {kind.__name__: kind() for kind in (Watcher, Notifications, ScreenSaver, Portal, Client)}
+    services = {kind.__name__: kind() for kind in (Watcher, Notifications, ScreenSaver, Portal, Manager, Client)}
     loop = GLib.MainLoop()
 
     def read(channel, condition):

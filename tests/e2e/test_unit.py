@@ -22,7 +22,7 @@ FORBIDDEN = {
     "SystemCallArchitectures": {"32-bit system call"},
     "SystemCallFilter": {"tracing", "mounting", "changing the root", "setting the clock", "kernel keyrings"},
     "RestrictAddressFamilies": {"socket AF_INET", "socket AF_INET6", "socket AF_NETLINK"},
-    "RestrictNamespaces": {"user namespace", "entering a namespace"},
+    "RestrictNamespaces": {"user namespace", "mount namespace", "entering a namespace"},
     "LockPersonality": {"personality"},
     "MemoryDenyWriteExecute": {"writable code", "code that was written"},
     "RestrictRealtime": {"real-time scheduling"},

@@ -5,10 +5,12 @@ It takes root to make those. Where root, systemd or the right to make them is mi
 unittest.SkipTest with the reason, and the test is reported as skipped. What fails after that is a failure."""
 
 import contextlib
+import ctypes
 import os
 import pathlib
 import shutil
 import subprocess
+import sys
 import tempfile
 import unittest
 
@@ -22,7 +24,7 @@ HERE = pathlib.Path("/run/korvel")  # what the manager and its services call its
 START = """
 set -e
 echo $$ > "$GROUP/cgroup.procs"
-exec unshare --cgroup --mount --propagation private --pid --fork --kill-child --mount-proc sh -c '
+exec unshare --cgroup --mount --propagation unchanged --pid --fork --kill-child --mount-proc sh -c '
     set -e
     mount -t tmpfs none /run
     mount -t tmpfs none /sys/fs/cgroup
@@ -53,13 +55,27 @@ UNITS = {
 }
 
 
-def _cgroups():
-    """Where cgroups of the second version are mounted."""
-    for line in pathlib.Path("/proc/self/mounts").read_text().splitlines():
-        fields = line.split()
-        if fields[2] == "cgroup2":
-            return pathlib.Path(fields[1])
-    raise unittest.SkipTest("no cgroups of the second version are mounted")
+_NEW_MOUNTS, _PRIVATE, _RECURSIVE, _DETACH = 0x00020000, 1 << 18, 1 << 14, 2
+_libc = ctypes.CDLL(None, use_errno=True)
+
+
+def _missing(what):
+    print(f"not run: {what}", file=sys.stderr)
+    raise unittest.SkipTest(what)
+
+
+def _done(result, what):
+    if result != 0:
+        _missing(f"{what}: {os.strerror(ctypes.get_errno())}")
+
+
+def _leave_the_mounts():
+    """Whatever this process mounts from now on is seen by it and its children alone."""
+    _done(_libc.unshare(_NEW_MOUNTS), "no mounts of its own")
+    # Where the root is no mount, as in a changed root, the mounts must be private already.
+    if _libc.mount(None, b"/", None, _RECURSIVE | _PRIVATE, None) != 0:
+        if " shared:" in pathlib.Path("/proc/self/mountinfo").read_text():
+            _missing("mounts are shared with others, and the root is none")
 
 
 class UserManager:
@@ -68,9 +84,9 @@ class UserManager:
 
     def __init__(self, desktop, units=None, env=None):
         if os.geteuid() != 0:
-            raise unittest.SkipTest("only root can start a user's service manager here")
+            _missing("only root can start a user's service manager here")
         if not os.access(SYSTEMD, os.X_OK):
-            raise unittest.SkipTest("systemd is not installed")
+            _missing("systemd is not installed")
         self.desktop = desktop
         self.folder = desktop.folder / "user"
         for folder in ("run", "tmp", "bin", "home/data/applications", "home/data/dbus-1/services", "home/config",
@@ -91,10 +107,14 @@ class UserManager:
         for path in [self.folder, *self.folder.rglob("*")]:
             os.chown(path, USER, USER, follow_symlinks=False)
         (self.folder / "run").chmod(0o700)
+        _leave_the_mounts()
+        self._cgroups = self.desktop.folder / "cgroups"
+        self._cgroups.mkdir()
+        _done(_libc.mount(b"none", os.fsencode(self._cgroups), b"cgroup2", 0, None), "no cgroups of the second version")
         try:
-            self._group = pathlib.Path(tempfile.mkdtemp(prefix="korvel-", dir=_cgroups()))
+            self._group = pathlib.Path(tempfile.mkdtemp(prefix="korvel-", dir=self._cgroups))
         except OSError as error:
-            raise unittest.SkipTest(f"no cgroup can be made: {error}") from None
+            _missing(f"no cgroup can be made: {error}")
         with self._log.open("ab") as log:
             self._process = self.desktop.start(
                 ["sh", "-c", START],
@@ -102,7 +122,7 @@ class UserManager:
                 stdout=log, stderr=log)
         harness.wait_for(self._is_up_or_gone, "a service manager")
         if self._process.poll() is not None:
-            raise unittest.SkipTest(f"no namespaces for a service manager: {self.log()}")
+            _missing(f"no namespaces for a service manager: {self.log()}")
 
     def _is_up_or_gone(self):
         if self._process.poll() is not None:
@@ -115,6 +135,8 @@ class UserManager:
             with contextlib.suppress(OSError):
                 (self._group / "cgroup.kill").write_text("1")
             harness.wait_for(self._removed, "the end of the manager's cgroups")
+        if hasattr(self, "_cgroups"):
+            _libc.umount2(os.fsencode(self._cgroups), _DETACH)
 
     def _removed(self):
         for folder, _, _ in os.walk(self._group, topdown=False):
@@ -128,7 +150,7 @@ class UserManager:
     def inside(self, *words):
         """The command that runs another one as the user, inside."""
         target = next(harness.children(self._process.pid))
-        return ["nsenter", "--target", str(target), "--mount", "--pid", "setpriv", "--reuid", str(USER), "--regid", str(USER),
+        return ["nsenter", "--target", str(target), "--mount", "--root", "--pid", "setpriv", "--reuid", str(USER), "--regid", str(USER),
                 "--clear-groups", *words]
 
     def run(self, *words):

@@ -39,15 +39,19 @@ std::string_view valueOf(std::string_view status, std::string_view name) {
 } // namespace
 
 UrlOpener::UrlOpener(const QDBusConnection& bus, Way way)
-    : hasBus_(bus.isConnected())
-    , way_(way)
-    , services_(bus)
-    , portal_(bus, QStringLiteral("org.freedesktop.portal.Desktop"), BusService::Start::ByCall) {}
+    : way_(way) {
+    if (!bus.isConnected())
+        return;
+    if (way == Way::Service)
+        services_.emplace(bus);
+    else if (way == Way::Portal)
+        portal_.emplace(bus, QStringLiteral("org.freedesktop.portal.Desktop"), BusService::Start::ByCall);
+}
 
 bool UrlOpener::open(const QString& url) {
     if (way_ == Way::Portal)
         return openByPortal(url);
-    if (way_ == Way::Service && hasBus_)
+    if (services_)
         return openByService(url);
     const auto command = platform::Workspace::commandFor(url);
     return command && startChild(*command);
@@ -73,7 +77,7 @@ bool UrlOpener::openByService(const QString& url) {
     const auto command = platform::Workspace::commandFor(url);
     if (!command)
         return false;
-    services_.start(command->program, command->arguments, [command](TransientService::Outcome outcome) {
+    services_->start(command->program, command->arguments, [command](TransientService::Outcome outcome) {
         if (outcome == TransientService::Outcome::Refused)
             startChild(*command);
     });
@@ -82,12 +86,12 @@ bool UrlOpener::openByService(const QString& url) {
 
 // The portal takes no paths and no URLs of files: it wants proof that the caller may read them.
 bool UrlOpener::openByPortal(const QString& url) {
-    if (!hasBus_)
+    if (!portal_)
         return false;
     const auto ask = [this](const char* method, const QVariant& what) {
-        portal_.call(QStringLiteral("/org/freedesktop/portal/desktop"),
-                     QStringLiteral("org.freedesktop.portal.OpenURI"), QString::fromLatin1(method),
-                     {QString(), what, QVariantMap()});
+        portal_->call(QStringLiteral("/org/freedesktop/portal/desktop"),
+                      QStringLiteral("org.freedesktop.portal.OpenURI"), QString::fromLatin1(method),
+                      {QString(), what, QVariantMap()});
     };
     if (!url.startsWith(u'/')) {
         ask("OpenURI", url);

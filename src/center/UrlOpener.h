@@ -5,6 +5,7 @@
 
 #include <QString>
 
+#include <optional>
 #include <string_view>
 
 namespace center {
@@ -34,10 +35,10 @@ private:
     bool openByService(const QString& url);
     bool openByPortal(const QString& url);
 
-    bool hasBus_;
+    // Only the one that the way takes; without a bus none.
+    std::optional<TransientService> services_;
+    std::optional<BusService> portal_;
     Way way_;
-    TransientService services_;
-    BusService portal_;
 };
 
 } // namespace center

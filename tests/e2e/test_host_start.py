@@ -135,6 +135,7 @@ class UnitTest(harness.DesktopTest):
             # A leak checker stops the process by tracing it, which the unit forbids.
             "ASAN_OPTIONS": ":".join(filter(None, [os.environ.get("ASAN_OPTIONS"), "detect_leaks=0"]))})
         self.manager.install(flows.PANEL)
+        self.manager.install(pathlib.Path(flows.PANEL).with_name("korvel-todayctl"))
         services = self.manager.folder / "home" / "data" / "dbus-1" / "services"
         (services / "com.korvel.today.service").write_text(self.packaged("com.korvel.today.service.in"))
         self.container = containers.Container(self.manager.folder / self.containers_folder)
@@ -190,6 +191,16 @@ class Systemd(UnitTest):
         panel.click_button("Paid", 0)
         panel.window.wait_for_size(344, 116)
         harness.wait_for((self.container.account / "actions.xml").exists, "a logged action")
+
+    def test_what_is_wrong_with_the_list_is_told_by_a_child_of_it(self):
+        self.container.write_feed([{"date": 0.0, "name": "No amount"}])
+        self.application("Activate", "{}")
+        window = self.shown()
+        before = window.geometry()
+        window.press("Tab")  # from Try again
+        window.press("space")
+        harness.wait_for(lambda: window.geometry().height > before.height + 200, "room for what check says")
+        self.assertNotIn("korvel-today-open-", self.manager.systemctl("list-units", "--all", "--full").stdout)
 
     def test_the_host_is_free_and_outlives_it(self):
         self.application("Activate", "{}")

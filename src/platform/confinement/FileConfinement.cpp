@@ -3,6 +3,7 @@
 #include "platform/storage/OpenFile.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdint>
 #include <fcntl.h>
 #include <sys/prctl.h>
@@ -73,9 +74,9 @@ std::error_code allow(const OpenFile& ruleset, const std::string& path, std::uin
     if (!S_ISDIR(status.st_mode))
         access &= WriteFile | ReadFile | Truncate;
     const PathRule rule{access, file.number()};
-    if (syscall(SYS_landlock_add_rule, ruleset.number(), pathRule, &rule, 0) != 0)
-        return lastError();
-    return {};
+    if (syscall(SYS_landlock_add_rule, ruleset.number(), pathRule, &rule, 0) == 0 || errno == EBADFD)
+        return {}; // EBADFD: on no file system
+    return lastError();
 }
 
 } // namespace

@@ -6,8 +6,9 @@
 
 namespace platform {
 
-// Files, and folders with everything below them. A path that leads to nothing is left out. What is allowed is
-// the file or folder that a path leads to at the time of the call: one that takes its place later is not.
+// Files, and folders with everything below them. A path that leads to nothing is left out, as is one to what
+// is on no file system, such as an open pipe, which is never forbidden. What is allowed is the file or folder
+// that a path leads to at the time of the call: one that takes its place later is not.
 struct AllowedFiles {
     std::vector<std::string> readable;
     // Readable as well. In a folder, files may be made, replaced and removed, and folders made.

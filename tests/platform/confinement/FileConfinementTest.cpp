@@ -169,6 +169,19 @@ TEST_P(FileConfinementTest, keepsFilesThatAreOpen) {
     close(file);
 }
 
+TEST_P(FileConfinementTest, concernsNoPipeThatIsOpen) {
+    int ends[2];
+    ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
+    const std::string path = "/dev/fd/" + std::to_string(ends[0]);
+    for (const platform::AllowedFiles& allowed :
+         {platform::AllowedFiles{{path}, {}}, platform::AllowedFiles()})
+        EXPECT_EQ(inConfinedChild([&] { return platform::confineFiles(allowed, GetParam()); },
+                                  [&] { return openFile(path, O_RDONLY | O_NONBLOCK); }),
+                  "done");
+    close(ends[0]);
+    close(ends[1]);
+}
+
 TEST_P(FileConfinementTest, tellsWhatStatTells) {
     EXPECT_EQ(attempt([this] {
                   struct stat status {};

@@ -26,13 +26,13 @@ Milliseconds timeOf(const std::function<void()>& work) {
 }
 
 // What a process that is made for it measures.
-Milliseconds inChild(const std::function<Milliseconds()>& measure) {
+Milliseconds inChild(const std::function<Milliseconds(int)>& measure) {
     int ends[2];
     if (pipe(ends) != 0)
         std::exit(1);
     const pid_t child = fork();
     if (child == 0) {
-        const double measured = measure().count();
+        const double measured = measure(ends[1]).count();
         _exit(write(ends[1], &measured, sizeof measured) == sizeof measured ? 0 : 1);
     }
     close(ends[1]);
@@ -45,8 +45,8 @@ Milliseconds inChild(const std::function<Milliseconds()>& measure) {
     return Milliseconds(measured);
 }
 
-void confine() {
-    if (panel::Confinement().begin() || panel::Confinement::forbidConnections())
+void confine(int kept) {
+    if (panel::Confinement().begin(kept) || panel::Confinement::forbidConnections())
         _exit(1);
 }
 
@@ -81,13 +81,13 @@ int main() {
     std::vector<Milliseconds> confinedCalls;
     std::vector<Milliseconds> calls;
     for (int i = 0; i < rounds; ++i) {
-        confining.push_back(inChild([] { return timeOf(confine); }));
+        confining.push_back(inChild([](int kept) { return timeOf([kept] { confine(kept); }); }));
         starting.push_back(startOfAnEmptyProgram());
-        confinedCalls.push_back(inChild([] {
-            confine();
+        confinedCalls.push_back(inChild([](int kept) {
+            confine(kept);
             return callsOfThisProcess();
         }));
-        calls.push_back(inChild(callsOfThisProcess));
+        calls.push_back(inChild([](int) { return callsOfThisProcess(); }));
     }
     const double ours = median(confining);
     const double program = median(starting);

@@ -17,6 +17,9 @@ constexpr auto longestClick = 500ms; // from the press that takes the focus to w
 // More often than a hand clicks.
 constexpr std::size_t mostOpenings = 20;
 constexpr auto openingPeriod = 10s;
+// A panel that comes and goes is of less use than one with an old list.
+constexpr std::size_t mostRestarts = 3;
+constexpr auto restartPeriod = 30s;
 constexpr auto settling = 100ms; // a host writes several files, one after the other
 
 RestartPolicy::Duration now() {
@@ -27,6 +30,7 @@ RestartPolicy::Duration now() {
 
 Center::Center(std::unique_ptr<platform::PathWatcher> watcher)
     : openings_(mostOpenings, openingPeriod)
+    , restarts_(mostRestarts, restartPeriod)
     , changes_(std::move(watcher)) {
     extension_.setReady([this] { extensionReady(); });
     extension_.setReceived([this](const channel::FromExtension& message) { take(message); });
@@ -107,10 +111,14 @@ void Center::extensionReady() {
 // there is another.
 void Center::extensionEnded(bool wasAsked) {
     policy_.ended(now());
-    isRestarting_ = false;
+    const bool isRestarting = std::exchange(isRestarting_, false);
     if (isQuitting_) {
         if (quitted_)
             quitted_();
+        return;
+    }
+    if (isRestarting) {
+        startExtension();
         return;
     }
     if (wasAsked) {
@@ -155,8 +163,10 @@ void Center::setAccessibilityBus(const QString& address) {
 }
 
 void Center::restart() {
-    if (!std::exchange(isRestarting_, true))
-        extension_.quit();
+    if (isRestarting_ || !restarts_.take(now()))
+        return;
+    isRestarting_ = true;
+    extension_.quit();
 }
 
 void Center::startAnewIfHidden() {

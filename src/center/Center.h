@@ -69,6 +69,7 @@ private:
     Extension extension_;
     RestartPolicy policy_;
     RateLimit openings_; // of URLs, by programs that are started for them
+    RateLimit restarts_; // that the extension has asked for
     ContainerChanges changes_;
     std::unique_ptr<FailureWindow> failure_;
     QTimer nextStart_;

@@ -61,9 +61,12 @@ QProcessEnvironment Extension::environment() const {
     environment.remove(QStringLiteral("AT_SPI_BUS_ADDRESS"));
     environment.insert(QStringLiteral("KORVEL_GROUP_CONTAINERS"),
                        QFile::decodeName(platform::GroupContainers::folder().c_str()));
+    // Nothing is typed into the panel, and input methods are reached over the session bus.
+    environment.insert(QStringLiteral("QT_IM_MODULE"), QStringLiteral("none"));
     // The first two are spent with the centre's own first window, and of the session's manager the centre is
     // the client.
-    for (const char* variable : {"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID", "SESSION_MANAGER"})
+    for (const char* variable :
+         {"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID", "SESSION_MANAGER", "QT_IM_MODULES"})
         environment.remove(QLatin1String(variable));
     return environment;
 }

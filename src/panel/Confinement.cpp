@@ -13,21 +13,45 @@
 #include <fcntl.h>
 #include <string>
 #include <sys/stat.h>
+#include <unistd.h>
 #include <vector>
 
 namespace panel {
 
 namespace {
 
-// A sanitizer looks for leaks at the end of the process, which it traces for that.
-#ifdef __SANITIZE_ADDRESS__
-constexpr bool isCheckedForLeaks = true;
-#else
-constexpr bool isCheckedForLeaks = false;
-#endif
-
 std::string containerPath() {
     return platform::GroupContainers::containerPath(std::string(fullEditionGroupIdentifier));
+}
+
+// What whoever started this process has left open is none of its business.
+void closeOthers(int kept) {
+    const auto number = static_cast<unsigned>(kept);
+    close_range(STDERR_FILENO + 1, number - 1, 0);
+    close_range(number + 1, ~0U, 0);
+}
+
+std::string pathOf(int descriptor) {
+    return "/proc/self/fd/" + std::to_string(descriptor);
+}
+
+// A terminal is open for reading too, and what is typed there is not for this process.
+void keepFromReading(int stream) {
+    if (isatty(stream) != 1)
+        return;
+    const platform::OpenFile file(open(pathOf(stream).c_str(), O_WRONLY | O_NOCTTY | O_CLOEXEC));
+    if (file.isOpen())
+        dup2(file.number(), stream);
+}
+
+// Without the right to read it. A folder is no time zone's file.
+int openTimeZoneFile() {
+    const int file = open(platform::currentTimeZoneFile().c_str(), O_PATH | O_CLOEXEC);
+    struct stat status {};
+    if (file < 0 || (fstat(file, &status) == 0 && S_ISREG(status.st_mode)))
+        return file;
+    close(file);
+    return -1;
 }
 
 // Where it is not installed with the system's libraries.
@@ -49,21 +73,27 @@ bool isAnother(const std::string& path, const platform::OpenFile& known) {
 
 } // namespace
 
-std::error_code Confinement::begin() {
+std::error_code Confinement::begin(int keptDescriptor) {
+    closeOthers(keptDescriptor);
+    for (const int stream : {STDOUT_FILENO, STDERR_FILENO})
+        keepFromReading(stream);
     const int version = platform::landlockVersion();
     if (version > 0) {
         container_.emplace(open(containerPath().c_str(), O_PATH | O_CLOEXEC));
-        timeZoneFile_.emplace(open(platform::currentTimeZoneFile().c_str(), O_PATH | O_CLOEXEC));
+        timeZoneFile_.emplace(openTimeZoneFile());
         platform::AllowedFiles files = platform::systemFiles();
         platform::add(files, platform::desktopFiles());
-        files.readable.push_back(platform::currentTimeZoneFile());
         addToolkit(files.readable);
-        files.writable.push_back(containerPath());
+        // What is open, and not what may have taken its place.
+        if (timeZoneFile_->isOpen())
+            files.readable.push_back(pathOf(timeZoneFile_->number()));
+        if (container_->isOpen())
+            files.writable.push_back(pathOf(container_->number()));
         if (const std::error_code error = platform::confineFiles(files, version))
             return error;
         areFilesConfined_ = true;
     }
-    if (!platform::canConfineSystemCalls() || isCheckedForLeaks)
+    if (!platform::canConfineSystemCalls())
         return {};
     return platform::confineSystemCalls(platform::Sockets::Local, version);
 }
@@ -78,7 +108,7 @@ bool Confinement::isOutdated() const {
     const std::string zone = platform::currentTimeZoneFile();
     return isAnother(containerPath(), *container_) ||
            (isAnother(zone, *timeZoneFile_) &&
-            !platform::OpenFile(open(zone.c_str(), O_RDONLY | O_CLOEXEC)).isOpen());
+            !platform::OpenFile(open(zone.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)).isOpen());
 }
 
 } // namespace panel

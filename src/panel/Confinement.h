@@ -11,9 +11,10 @@ namespace panel {
 // nothing else of the user's (docs/security.md). Where a kernel lacks a part of it, that part is left out.
 class Confinement final {
 public:
-    // Leaves the process the container and what a desktop program reads. To be called before there is a
-    // second thread, so before the toolkit starts. After an error the process must not read the container.
-    [[nodiscard]] std::error_code begin();
+    // Leaves the process the container, what a desktop program reads, and of the files that are open the
+    // standard streams, terminals for writing alone, and one more. To be called before there is a second
+    // thread, so before the toolkit starts. After an error the process must not read the container.
+    [[nodiscard]] std::error_code begin(int keptDescriptor);
 
     // Forbids new connections, once those to the display and to assistive programs are made.
     [[nodiscard]] static std::error_code forbidConnections();

@@ -54,7 +54,7 @@ Panel::Panel(Backdrop backdrop, Height height, int contentWidth, std::unique_ptr
     updateTimer_.setInterval(15min);
     QObject::connect(&updateTimer_, &QTimer::timeout, window_.get(), [this] { askForUpdate(); });
     if (triggers_)
-        triggers_->setLoadNeeded([this] { awaitLoad(); });
+        triggers_->setLoadNeeded([this] { loadWhenIdle(); });
     QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, window_.get(),
                      [this] { focusChanged(); });
     // A press can end without deferring work. The empty work makes the queue tell that it is idle after the
@@ -143,7 +143,7 @@ void Panel::focusChanged() {
     hideIfFocusIsLost();
 }
 
-void Panel::awaitLoad() {
+void Panel::loadWhenIdle() {
     awaitsLoad_ = true;
     loadIfAwaited();
 }
@@ -151,7 +151,7 @@ void Panel::awaitLoad() {
 void Panel::open(const Opening& opening) {
     hidesOnFocusLoss_ = opening.hidesOnFocusLoss;
     hadFocus_ = window_->isVisible() && window_->isFocused();
-    awaitLoad();
+    loadWhenIdle();
     if (!window_->isVisible()) {
         if (backdropOfDesktop_)
             window_->setBackdrop(backdropOfDesktop_());

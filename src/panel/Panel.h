@@ -63,9 +63,10 @@ public:
 
     // Loads a new view into the window without showing it.
     void load();
+    // The same once the view is not in use.
+    void loadWhenIdle();
 
 private:
-    void awaitLoad();
     void loadIfAwaited();
     void hideIfFocusIsLost();
     void lookAgainWhenIdle();

@@ -3,6 +3,7 @@
 #include "channel/Connection.h"
 #include "panel/Backdrop.h"
 #include "panel/Panel.h"
+#include "platform/desktop/WindowSystem.h"
 #include "platform/storage/InotifyWatcher.h"
 #include "platform/system/DisplayConnection.h"
 #include "platform/system/MainQueue.h"
@@ -28,6 +29,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr int defaultContentWidth = 320;
+constexpr auto retry = 5s;             // of a request that the centre has refused
 constexpr auto longestWaitForBus = 2s; // of a centre that has answered the same already
 
 // Ends the program once nothing that the user has chosen is pending.
@@ -42,7 +44,9 @@ void quitWhenIdle() {
 // Waits until the toolkit is on the accessibility bus, if the centre has handed its address. It asks for the
 // way to that bus only once events are handled.
 void waitForAccessibilityBus() {
-    if (qgetenv(platform::sessionBusVariable) == platform::addressOfNoBus || QAccessible::isActive())
+    const bool mayBe = platform::isOnX11() || platform::isOnWayland();
+    if (!mayBe || qgetenv(platform::sessionBusVariable) == platform::addressOfNoBus ||
+        QAccessible::isActive())
         return;
     class Observer final : public QAccessible::ActivationObserver {
     public:
@@ -83,6 +87,7 @@ public:
             if (!confinement.isOutdated())
                 return true;
             center_.send(channel::Restart{});
+            QTimer::singleShot(retry, &panel_.window(), [this] { panel_.loadWhenIdle(); });
             return false;
         });
         panel_.setShown([this] { center_.send(channel::Shown{}); });

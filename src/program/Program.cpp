@@ -98,7 +98,7 @@ int run(int argc, char** argv) {
         if (!isSocket(*socket))
             return usageError(QStringLiteral("--extension is for the program itself"));
         panel::Confinement confinement;
-        if (const std::error_code error = confinement.begin()) {
+        if (const std::error_code error = confinement.begin(*socket)) {
             std::fprintf(stderr, "korvel-today: the panel's process cannot be confined: %s\n",
                          error.message().c_str());
             return 1;

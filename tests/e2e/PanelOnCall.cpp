@@ -37,7 +37,7 @@ int main(int argc, char** argv) {
     const int pipe =
         argc == 2 ? ::open(argv[1], O_RDWR | O_CLOEXEC) : -1; // a writer of its own: no end of file
     panel::Confinement confinement;
-    if (pipe < 0 || confinement.begin())
+    if (pipe < 0 || confinement.begin(pipe))
         return 2;
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);

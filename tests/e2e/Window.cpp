@@ -1,5 +1,5 @@
-// A window for the tests of the end-to-end harness: a button that turns the window from red to green, Escape ends
-// the program with 0, F1 makes the window 30 points taller, F2 is a crash.
+// A window for the tests of the end-to-end harness: a button that turns the window from red to green, Escape
+// ends the program with 0, F1 makes the window 30 points taller, F2 is a crash.
 
 #include <QApplication>
 #include <QKeyEvent>

@@ -1,8 +1,10 @@
 """The process with the panel as the kernel confines it: what it has left, what an account outside the container comes to,
 and how it is replaced when the container becomes another folder."""
 
+import contextlib
 import os
 import pathlib
+import shutil
 import unittest
 
 import containers
@@ -55,6 +57,23 @@ class AssistedProcess(flows.Flow):
         panel.wait_for_rows(1)
         self.assertEqual(panel.row_name(0), "T1, 1.00")
         self.assertEqual(filters(panel.extension()), 2)
+
+
+class Surroundings(flows.Flow):
+    """What others have in the environment or have left open."""
+
+    def test_an_input_method_is_not_asked(self):
+        self.desktop.env |= {"QT_IM_MODULE": "ibus", "QT_IM_MODULES": "wayland;ibus"}
+        self.open([overdue(1)]).wait_for_rows(1)
+        self.close()
+
+    def test_a_key_to_the_display_is_found_by_the_path_that_is_given(self):
+        for name in ("key", "odd:key"):
+            key = self.desktop.folder / name
+            key.write_bytes(b"")
+            self.desktop.env["XAUTHORITY"] = str(key)
+            self.open([overdue(1)]).wait_for_rows(1)
+            self.close()
 
 
 class ProcessOnWayland(flows.Flow):
@@ -152,6 +171,21 @@ class AnotherContainer(flows.Flow):
         further = self.desktop.run([flows.PANEL, "--containers", self.container.containers])
         self.assertEqual(further.end_status(), 0)
         panel.window = panel.program.window()
+        panel.wait_for_rows(1)
+
+    def test_several_in_a_row_leave_a_panel(self):
+        panel = self.open([overdue(1), overdue(2)])
+        panel.wait_for_rows(2)
+        for number in range(6):
+            pid = panel.extension()
+            former = self.container.folder.with_name(f"former-{number}")
+            self.container.folder.rename(former)
+            shutil.copytree(former, self.container.folder)
+            self.container.write_feed([overdue(3)])
+            with contextlib.suppress(harness.Unmet):
+                harness.wait_for(lambda gone=pid: gone not in panel.program.pids(), "the end of a process", 1)
+            panel.window = panel.program.window()
+        self.assertTrue(panel.window.shown())
         panel.wait_for_rows(1)
 
     def test_one_that_comes_is_shown_in_the_place_of_the_welcome(self):

@@ -102,6 +102,9 @@ class Host(Truth):
         self.assertGreater(here.height, flows.ROW * 3, "what the panel says while there is no container")
         (self.desktop.folder / "not").mkdir()
         (self.desktop.folder / "elsewhere").rename(self.desktop.folder / "not" / "there")
+        window = panel.window
+        harness.wait_for(lambda: not window.shown(), "the end of a process that may not read what has come")
+        panel.window = panel.program.window()
         panel.wait_for_rows(2)
 
     def open_row_while_the_host_writes(self, row, records, written):

@@ -65,8 +65,9 @@ protected:
         containers.writeSettings(settingsWith("demo"));
     }
 
-    [[nodiscard]] static std::string attempt(const std::function<long()>& what) {
-        return support::inConfinedChild([] { return panel::Confinement().begin(); }, what);
+    [[nodiscard]] static std::string attempt(const std::function<long()>& what,
+                                             int kept = STDERR_FILENO + 1) {
+        return support::inConfinedChild([kept] { return panel::Confinement().begin(kept); }, what);
     }
 
     const support::TemporaryFolder homeFolder;
@@ -95,6 +96,25 @@ TEST_F(ConfinementTest, leavesTheContainer) {
               }),
               "done");
     EXPECT_NE(containers.read(Containers::settingsName()).find("request"), std::string::npos);
+}
+
+TEST_F(ConfinementTest, closesWhatWhoeverStartedTheProcessHasLeftOpen) {
+    const int kept = open(homeFolder.path("secret").c_str(), O_RDONLY | O_CLOEXEC);
+    const int before = dup2(kept, kept + 10);
+    const int after = dup2(kept, kept + 20);
+    const auto readFrom = [&](int file, int keptFile) {
+        return attempt(
+            [file] {
+                char byte = 0;
+                return ::read(file, &byte, 1) - 1;
+            },
+            keptFile);
+    };
+    EXPECT_EQ(readFrom(kept, before), "EBADF");
+    EXPECT_EQ(readFrom(before, before), "done");
+    EXPECT_EQ(readFrom(after, before), "EBADF");
+    for (const int file : {kept, before, after})
+        close(file);
 }
 
 // What replacing a file needs beside writing one.
@@ -159,7 +179,7 @@ TEST_F(ConfinementTest, failsToWriteTheLogOfAnAccountOutsideTheContainer) {
 
 TEST_F(ConfinementTest, forbidsPrograms) {
     EXPECT_TRUE(platform::startDetached("/bin/true", {"true"}));
-    EXPECT_NE(attempt([] { return platform::startDetached("/bin/true", {"true"}) ? 0 : -1; }), "done");
+    EXPECT_EQ(attempt([] { return platform::startDetached("/bin/true", {"true"}) ? 0 : -1; }), "ENOSYS");
     EXPECT_EQ(attempt([] { return execl("/bin/true", "true", nullptr); }), "ENOSYS");
 }
 
@@ -181,7 +201,7 @@ TEST_F(ConfinementTest, forbidsAListenerOnTheLoopbackInterface) {
     EXPECT_EQ(attempt([] { return socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0); }), "ENOSYS");
     const int former = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     if (platform::landlockVersion() >= 4) {
-        EXPECT_EQ(attempt([&] { return connectTo(former); }), "EACCES");
+        EXPECT_EQ(attempt([&] { return connectTo(former); }, former), "EACCES");
     }
     close(former);
     close(listener);
@@ -210,32 +230,30 @@ class OutdatedTest : public ConfinementTest {
 protected:
     // What isOutdated() says after the change, which a process makes that is not confined.
     [[nodiscard]] static std::string after(const std::function<void()>& change) {
-        int ask[2];
-        int answer[2];
-        EXPECT_EQ(pipe2(ask, O_CLOEXEC), 0);
-        EXPECT_EQ(pipe2(answer, O_CLOEXEC), 0);
+        int ends[2];
+        EXPECT_EQ(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends), 0);
         const pid_t other = fork();
         char byte = 0;
         if (other == 0) {
-            close(ask[1]);
-            if (::read(ask[0], &byte, 1) == 1) {
+            close(ends[0]);
+            if (::read(ends[1], &byte, 1) == 1) {
                 change();
-                (void)!write(answer[1], "x", 1);
+                (void)!write(ends[1], "x", 1);
             }
             _exit(0);
         }
         panel::Confinement confinement;
         const std::string result =
-            support::inConfinedChild([&] { return confinement.begin(); },
+            support::inConfinedChild([&] { return confinement.begin(ends[0]); },
                                      [&] {
                                          const bool isOutdatedBefore = confinement.isOutdated();
                                          const bool isChanged =
-                                             write(ask[1], "x", 1) == 1 && ::read(answer[0], &byte, 1) == 1;
+                                             write(ends[0], "x", 1) == 1 && ::read(ends[0], &byte, 1) == 1;
                                          const bool isOutdatedAfter = confinement.isOutdated();
                                          errno = isOutdatedBefore || !isChanged ? EIO : ESTALE;
                                          return isOutdatedBefore || !isChanged || isOutdatedAfter ? -1 : 0;
                                      });
-        for (const int end : {ask[0], ask[1], answer[0], answer[1]})
+        for (const int end : ends)
             close(end);
         EXPECT_EQ(waitpid(other, nullptr, 0), other);
         return result == "ESTALE" ? "outdated" : result == "done" ? "as before" : result;

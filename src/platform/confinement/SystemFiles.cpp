@@ -77,10 +77,13 @@ AllowedFiles systemFiles() {
     return files;
 }
 
+// The library of the bus ends a process that cannot read the identifier of the machine.
 AllowedFiles desktopFiles() {
     AllowedFiles files;
     std::vector<std::string>& paths = files.readable;
     paths = {"/etc/fonts",
+             "/etc/machine-id",
+             "/var/lib/dbus/machine-id",
              "/etc/X11",
              "/etc/xdg",
              "/etc/gtk-3.0",
@@ -99,8 +102,12 @@ AllowedFiles desktopFiles() {
     for (const char* name : {".fonts", ".fonts.conf", ".fonts.conf.d", ".fontconfig", ".icons", ".themes",
                              ".Xdefaults", ".Xauthority"})
         paths.push_back(inHome(name));
-    for (const char* variable : {"XAUTHORITY", "XCURSOR_PATH", "FONTCONFIG_FILE", "FONTCONFIG_PATH"})
+    for (const char* variable : {"XCURSOR_PATH", "FONTCONFIG_PATH"})
         addOf(paths, variable);
+    std::erase_if(paths, [](const std::string& path) { return !path.starts_with('/'); });
+    for (const char* variable : {"XAUTHORITY", "FONTCONFIG_FILE"}) // one path, as it stands
+        if (std::string path = environment(variable); !path.empty())
+            paths.push_back(std::move(path));
     return files;
 }
 

@@ -77,7 +77,10 @@ const Forbidden forbiddenCalls[] = {
     {"namespaces", [] { return unshare(CLONE_NEWUSER); }},
     {"joiningNamespaces", [] { return setns(0, 0); }},
     {"threadInANamespace",
-     [] { return syscall(SYS_clone, CLONE_NEWUSER | SIGCHLD, nullptr, nullptr, nullptr, nullptr); }},
+     [] {
+         return syscall(SYS_clone, CLONE_NEWUSER | CLONE_THREAD | CLONE_SIGHAND | CLONE_VM, nullptr, nullptr,
+                        nullptr, nullptr);
+     }},
     {"programsOfTheKernel", [] { return syscall(SYS_bpf, 0, nullptr, 0); }},
     {"performanceCounters", [] { return syscall(SYS_perf_event_open, nullptr, 0, -1, -1, 0); }},
     {"requestsToTheKernelInARing", [] { return syscall(SYS_io_uring_setup, 1, nullptr); }},
@@ -96,6 +99,13 @@ const Forbidden forbiddenCalls[] = {
     {"modeByName", [] { return chmod("/", 0755); }},
     {"ownerByName", [] { return chown("/", getuid(), getgid()); }},
     {"timesByName", [] { return utimensat(AT_FDCWD, "/", nullptr, 0); }},
+    {"setUserIdBit", [] { return fchmod(STDERR_FILENO, 04755); }},
+    {"stickyBit", [] { return fchmod(STDERR_FILENO, 01755); }},
+    {"fileWithASetUserIdBit", [] { return open("none/a", O_WRONLY | O_CREAT, 04755); }},
+    {"fileWithASetGroupIdBit", [] { return syscall(SYS_open, "none/a", O_WRONLY | O_CREAT, 02755); }},
+    {"namelessFileWithASetUserIdBit", [] { return open("none", O_WRONLY | O_TMPFILE, 04755); }},
+    {"folderWithASetGroupIdBit", [] { return mkdir("none/a", 02755); }},
+    {"folderInAFolderWithASetGroupIdBit", [] { return mkdirat(AT_FDCWD, "none/a", 02755); }},
     {"symbolicLink", [] { return symlink("a", "none/b"); }},
     {"specialFile", [] { return mknod("none/b", S_IFIFO | 0600, 0); }},
     {"anotherUser", [] { return setuid(getuid()); }},
@@ -232,6 +242,26 @@ TEST(SystemCallConfinementTest, forbidsNewConnectionsToAllThreads) {
               "EPERM");
     EXPECT_EQ(inThread([] { return getpid(); }), "done");
 }
+
+#ifdef __x86_64__
+// The number of the call in the 32-bit interface, or of the x32 one.
+TEST(SystemCallConfinementTest, failsByTheNumbersOfAnotherInterface) {
+    const auto getpidOf32Bits = [] {
+        long result = 20; // getpid
+        asm volatile("int $0x80" : "+a"(result) : : "memory", "r8", "r9", "r10", "r11");
+        errno = static_cast<int>(-result);
+        return result < 0 ? -1L : 0L;
+    };
+    const auto getpidOfX32 = [] { return syscall(0x40000000 | SYS_getpid); };
+    const auto afterBoth = [](const std::function<long()>& call) {
+        return attempt([&] { return platform::forbidNewConnections() ? 0 : call(); });
+    };
+    EXPECT_EQ(attempt(getpidOfX32), "ENOSYS");
+    EXPECT_EQ(afterBoth(getpidOfX32), "ENOSYS");
+    EXPECT_EQ(attempt(getpidOf32Bits), "ENOSYS");
+    EXPECT_EQ(afterBoth(getpidOf32Bits), "ENOSYS");
+}
+#endif
 
 TEST(SystemCallConfinementTest, forbidsToConnectASocketThatIsThereAlready) {
     const LocalListener bus;

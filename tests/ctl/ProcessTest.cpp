@@ -1,36 +1,12 @@
 #include "ctl/Bomb.h"
-#include "ctl/CtlTest.h"
+#include "ctl/ShellTest.h"
 #include "model/GroupIdentifiers.h"
-
-#include <sys/wait.h>
-
-#include <cstdio>
-#include <fstream>
-#include <sstream>
 
 // The built program itself.
 namespace ctl {
 namespace {
 
-class ProcessTest : public CtlTest {
-protected:
-    // Runs a line of the shell in which $CTL is the program; the exit status.
-    int shell(const std::string& line) {
-        const std::string errors = scratch + "/errors";
-        const std::string whole = "CTL='" KORVEL_TODAYCTL "'; export KORVEL_GROUP_CONTAINERS='" + scratch +
-                                  "'; exec 2>'" + errors + "'; " + line;
-        FILE* const pipe = popen(whole.c_str(), "r");
-        out.clear();
-        char buffer[4096];
-        for (std::size_t count; (count = fread(buffer, 1, sizeof buffer, pipe)) > 0;)
-            out.append(buffer, count);
-        const int status = pclose(pipe);
-        std::stringstream text;
-        text << std::ifstream(errors).rdbuf();
-        err = text.str();
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
-};
+class ProcessTest : public ShellTest {};
 
 TEST_F(ProcessTest, publishesAndLists) {
     EXPECT_EQ(

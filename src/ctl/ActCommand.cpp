@@ -1,8 +1,10 @@
 #include "ctl/ActCommand.h"
 
+#include "ctl/Confinement.h"
 #include "ctl/Host.h"
 #include "ctl/Input.h"
 #include "ctl/Moments.h"
+#include "ctl/OpenerProcess.h"
 #include "exchange/FeedRewriter.h"
 #include "exchange/HostLaunch.h"
 #include "exchange/LoggedAction.h"
@@ -99,9 +101,10 @@ int performLogged(const TodayTransaction& transaction, Action action, Streams& s
         streams);
 }
 
+constexpr const char* request = model::editTransactionRequest;
+
 // Unlike the widget, the command does not open the host for an earlier request.
 int performInfo(const TodayTransaction& transaction, Streams& streams) {
-    constexpr const char* request = model::editTransactionRequest;
     const std::error_code left = exchange::leaveRequest(request, &transaction);
     const int status = reportWrite(streams, settingsFile(), left);
     if (status != Done || exchange::openHost(request))
@@ -144,6 +147,11 @@ int act(const Options& options, Streams& streams) {
     const std::optional<double> date = momentOfText(words[2]);
     if (!date)
         return misused(streams, words[2] + " is no date");
+    std::optional<OpenerProcess> opener;
+    if (streams.confine && action->isInfo())
+        opener.emplace(request);
+    if (!confine(streams, {{}, {containerPath()}}))
+        return Failed;
     return actOn(words[1], words[2], *date, *action, streams);
 }
 

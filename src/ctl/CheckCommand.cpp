@@ -1,5 +1,7 @@
 #include "ctl/CheckCommand.h"
 
+#include "ctl/Confinement.h"
+#include "ctl/Host.h"
 #include "ctl/Json.h"
 #include "ctl/Terminal.h"
 #include "ctl/check/CheckedContainer.h"
@@ -42,7 +44,7 @@ SeverityText textOf(Severity severity) {
     return {"note", "To be noted:"};
 }
 
-Findings findingsOf(const CheckedContainer& container) {
+Findings findingsOf(const CheckedContainer& container, const UrlHandlers& handlers) {
     Findings findings;
     if (!container.exists) {
         findings.add(Fault::ContainerMissing, {container.path},
@@ -57,7 +59,7 @@ Findings findingsOf(const CheckedContainer& container) {
         checkLog(container, findings);
         checkFiles(container, findings);
     }
-    checkUrlHandler(findings);
+    checkUrlHandler(handlers, findings);
     return findings;
 }
 
@@ -131,8 +133,12 @@ void printText(const Findings& findings, std::ostream& out) {
 int check(const Options& options, Streams& streams) {
     if (options.words.size() != 1)
         return misused(streams, "check takes no operand");
+    // The lists of the desktop are the user's own, and may be links to anywhere.
+    const UrlHandlers handlers = UrlHandlers::lookUp();
+    if (!confine(streams, {{containerPath()}, {}}))
+        return Failed;
     const CheckedContainer container = CheckedContainer::lookUp();
-    const Findings findings = findingsOf(container);
+    const Findings findings = findingsOf(container, handlers);
     if (options.json)
         printJson(findings, streams.out);
     else

@@ -1,5 +1,6 @@
 #include "ctl/ConsumeCommand.h"
 
+#include "ctl/Confinement.h"
 #include "ctl/Host.h"
 #include "ctl/Json.h"
 #include "ctl/Moments.h"
@@ -188,6 +189,8 @@ std::optional<bool> claimLog(Streams& streams, const std::string& log, platform:
 int consume(const Options& options, Streams& streams) {
     if (options.words.size() != 1)
         return misused(streams, "consume takes no operand");
+    if (!confine(streams, {{}, {containerPath()}}))
+        return Failed;
     if (!hasContainer())
         return failedWithoutContainer(streams);
     if (const std::error_code error = settingsError())

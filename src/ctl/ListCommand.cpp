@@ -1,5 +1,6 @@
 #include "ctl/ListCommand.h"
 
+#include "ctl/Confinement.h"
 #include "ctl/Host.h"
 #include "ctl/Input.h"
 #include "ctl/Json.h"
@@ -65,6 +66,8 @@ void printJson(const Transactions& transactions, std::int64_t shownCount, std::o
 int list(const Options& options, Streams& streams) {
     if (options.words.size() != 1)
         return misused(streams, "list takes no operand");
+    if (!confine(streams, {{containerPath()}, {}}))
+        return Failed;
     if (const std::error_code error = readingError(settingsFile()))
         return failed(streams, settingsFile(), error.message());
     const TodayTransactionsCount count = TodayWidgetLogic::getTransactionsCountToShow();

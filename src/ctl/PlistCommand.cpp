@@ -1,5 +1,6 @@
 #include "ctl/PlistCommand.h"
 
+#include "ctl/Confinement.h"
 #include "ctl/Input.h"
 #include "ctl/PrintBudget.h"
 #include "ctl/Terminal.h"
@@ -53,7 +54,10 @@ int plistFile(const Options& options, Streams& streams) {
         return misused(streams, "plist takes one FILE");
     if (!options.to.empty() && options.to != "json" && options.to != "xml")
         return misused(streams, "--to takes json or xml, not " + options.to);
-    return showPlist(options.words[1], options.to == "xml" ? PlistFormat::Xml : PlistFormat::Json, streams);
+    const std::string& file = options.words[1];
+    if (!confine(streams, file == "-" ? platform::AllowedFiles() : platform::AllowedFiles{{file}, {}}))
+        return Failed;
+    return showPlist(file, options.to == "xml" ? PlistFormat::Xml : PlistFormat::Json, streams);
 }
 
 } // namespace ctl

@@ -2,15 +2,22 @@
 
 #include <iosfwd>
 #include <string_view>
+#include <system_error>
+
+namespace platform {
+struct AllowedFiles;
+}
 
 namespace ctl {
 
-// Where a command reads and writes: the process's standard streams, or those of a test.
+// Where a command reads and writes: the process's standard streams, or those of a test. And how the process
+// is confined to files before a command reads a container; a test's is not.
 struct Streams {
     std::istream& in;
     std::ostream& out;
     std::ostream& err;
     bool isTerminal = false; // standard output
+    std::error_code (*confine)(const platform::AllowedFiles& files) = nullptr;
 };
 
 // The exit statuses of the program.

@@ -1,10 +1,13 @@
 #include "ctl/check/Access.h"
 
+#include "ctl/Host.h"
 #include "platform/storage/FilePlace.h"
 #include "platform/storage/Files.h"
 
 #include <cerrno>
+#include <cstdlib>
 #include <fcntl.h>
+#include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -14,6 +17,11 @@ namespace {
 
 std::string message(int error) {
     return std::generic_category().message(error);
+}
+
+std::optional<std::string> resolved(const std::string& path) {
+    const std::unique_ptr<char, decltype(&std::free)> result(realpath(path.c_str(), nullptr), &std::free);
+    return result ? std::optional<std::string>(result.get()) : std::nullopt;
 }
 
 // The parent of an absolute or relative path; empty for a single name.
@@ -54,9 +62,21 @@ std::optional<std::string> refusalInFolder(int folder, const std::string& folder
 
 } // namespace
 
+std::optional<std::string> placeOutside(const std::string& folder, const std::string& path) {
+    const auto end = resolved(path);
+    const auto home = resolved(folder);
+    const bool isOutside = end && home && *end != *home && !end->starts_with(*home + "/");
+    return isOutside ? end : std::nullopt;
+}
+
 std::string refusalOf(const std::string& path, const std::error_code& error) {
-    const std::string folder = error == std::errc::permission_denied ? closedFolder(path) : std::string();
-    return folder.empty() ? error.message() : "the folder " + folder + " may not be searched";
+    if (error != std::errc::permission_denied)
+        return error.message();
+    if (const std::string folder = closedFolder(path); !folder.empty())
+        return "the folder " + folder + " may not be searched";
+    const bool isOutside =
+        placeOutside(containerPath(), path) || placeOutside(containerPath(), parentOf(path));
+    return error.message() + (isOutside ? "; it is outside the container" : "");
 }
 
 std::optional<std::string> refusalToMake(const std::string& folder) {

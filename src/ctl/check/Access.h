@@ -9,7 +9,12 @@
 // What the user who runs this program may do with files and folders. Nothing is opened for writing.
 namespace ctl {
 
-// Why a file cannot be read, in words: the error, and which folder on the way may not be searched.
+// Where an existing file or folder leads out of another folder, through links and "..": its path without
+// them.
+[[nodiscard]] std::optional<std::string> placeOutside(const std::string& folder, const std::string& path);
+
+// Why a file of the container cannot be read, in words: the error, and which folder on the way may not be
+// searched, or that the file is outside the container.
 [[nodiscard]] std::string refusalOf(const std::string& path, const std::error_code& error);
 
 // Why a folder, which need not exist, cannot be made with its parents; nothing if it can be.

@@ -1,13 +1,12 @@
 #include "ctl/check/FilesCheck.h"
 
+#include "ctl/check/Access.h"
 #include "platform/storage/Files.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdlib>
 #include <dirent.h>
 #include <memory>
-#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -21,11 +20,6 @@ namespace {
 
 // More entries of one folder are not looked at.
 constexpr std::size_t mostEntries = 100'000;
-
-std::optional<std::string> resolved(const std::string& path) {
-    const std::unique_ptr<char, decltype(&std::free)> result(realpath(path.c_str(), nullptr), &std::free);
-    return result ? std::optional<std::string>(result.get()) : std::nullopt;
-}
 
 std::string folderOf(const std::string& path) {
     return path.substr(0, path.rfind('/'));
@@ -41,9 +35,7 @@ void checkLink(const CheckedContainer& container, const std::string& path, Findi
             findings.add(Fault::LinkDangles, {path}, "the link leads to nothing");
         return;
     }
-    const auto end = resolved(path);
-    const auto home = resolved(container.path);
-    if (end && home && *end != *home && !end->starts_with(*home + "/"))
+    if (const auto end = placeOutside(container.path, path))
         findings.add(Fault::LinkLeadsOut, {path}, "the link leads out of the container, to " + *end);
 }
 

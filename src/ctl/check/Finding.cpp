@@ -83,7 +83,7 @@ constexpr FaultKind kinds[] = {
      "icons and log of the account that is meant are not used",
      "make \"account_pk\" a string that can be a file's name"},
     {Fault::AccountKeyLeadsOut, "accountKeyLeadsOut", Loses,
-     "icons are looked for, and actions are logged, outside the container",
+     "no icon is read and no action logged outside the container, unless the kernel has no Landlock",
      "make \"account_pk\" a single name"},
     {Fault::AccountKeyNoName, "accountKeyNoName", Degrades,
      "the key is used as it is: the account's folder is not one below the container",
@@ -154,7 +154,7 @@ constexpr FaultKind kinds[] = {
      "remove the link, or make what it leads to"},
     {Fault::LinkLoops, "linkLoops", Loses, "nothing can be read or written there", "remove the link"},
     {Fault::LinkLeadsOut, "linkLeadsOut", Degrades,
-     "the link is followed; a host application that knows only its container does not",
+     "the panel follows the link only to what any program may read, unless the kernel has no Landlock",
      "put the file itself in its place"},
     {Fault::LeftoverClaim, "leftoverClaim", Degrades,
      "the panel does not look at it; it holds actions that were taken from the log and perhaps not carried "

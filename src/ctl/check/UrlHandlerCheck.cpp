@@ -1,6 +1,5 @@
 #include "ctl/check/UrlHandlerCheck.h"
 
-#include "ctl/check/DesktopHandlers.h"
 #include "platform/system/DetachedProcess.h"
 
 #include <string>
@@ -45,22 +44,27 @@ std::string lackOf(const char* type, const char* opener, const HandlerSearch& se
 
 } // namespace
 
-void checkUrlHandler(Findings& findings) {
+UrlHandlers UrlHandlers::lookUp() {
+    return {findHandler(typeOfGio), findHandler(typeOfXdgOpen)};
+}
+
+void checkUrlHandler(const UrlHandlers& handlers, Findings& findings) {
     const bool hasGio = platform::findProgram("gio").has_value();
     const bool hasXdgOpen = platform::findProgram("xdg-open").has_value();
     if (!hasGio && !hasXdgOpen)
         findings.add(Fault::NoOpener, {}, "neither gio nor xdg-open is on the PATH");
     const bool usesXdgOpen = !hasGio && hasXdgOpen;
     const char* const type = usesXdgOpen ? typeOfXdgOpen : typeOfGio;
-    const HandlerSearch search = findHandler(type);
+    const HandlerSearch& search = usesXdgOpen ? handlers.ofXdgOpen : handlers.ofGio;
     if (!search.handler) {
         findings.add(Fault::NoHandler, {}, lackOf(type, usesXdgOpen ? "xdg-open" : "gio", search));
         return;
     }
     checkEntry(*search.handler, findings);
-    const char* const other = usesXdgOpen ? typeOfGio : typeOfXdgOpen;
-    if (!findHandler(other).handler)
-        findings.add(Fault::OtherSpellingMissing, {}, std::string("no installed program handles ") + other);
+    if (!(usesXdgOpen ? handlers.ofGio : handlers.ofXdgOpen).handler)
+        findings.add(Fault::OtherSpellingMissing, {},
+                     std::string("no installed program handles ") +
+                         (usesXdgOpen ? typeOfGio : typeOfXdgOpen));
 }
 
 } // namespace ctl

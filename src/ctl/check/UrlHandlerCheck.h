@@ -1,10 +1,20 @@
 #pragma once
 
+#include "ctl/check/DesktopHandlers.h"
 #include "ctl/check/Finding.h"
 
 namespace ctl {
 
-// Whether the desktop has an opener, and for it a program that answers the host application's URLs.
-void checkUrlHandler(Findings& findings);
+// Which programs answer the host application's URLs, as each of the openers looks them up.
+struct UrlHandlers {
+    [[nodiscard]] static UrlHandlers lookUp();
+
+    HandlerSearch ofGio;
+    HandlerSearch ofXdgOpen;
+};
+
+// Whether the desktop has an opener, and for it a program that answers the host application's URLs. Opens no
+// file.
+void checkUrlHandler(const UrlHandlers& handlers, Findings& findings);
 
 } // namespace ctl

@@ -42,7 +42,7 @@ constexpr std::string_view alternativeCalls =
     "nanosleep pause preadv pselect6 pwrite64 pwritev readlinkat readv recvmmsg rename renameat2 "
     "rt_sigpending rt_sigsuspend rt_sigtimedwait sched_getparam sched_getscheduler sched_yield select "
     "sendmmsg setrlimit setsockopt sigaltstack signalfd4 stat statfs time timerfd_gettime times umask "
-    "unlink unlinkat";
+    "unlink unlinkat wait4";
 
 constexpr scmp_datum_t specialBits = 07000; // set-user-id, set-group-id, sticky
 

@@ -7,6 +7,7 @@
 #include "ctl/PlistCommand.h"
 #include "ctl/PublishCommand.h"
 #include "ctl/SettingsCommand.h"
+#include "ctl/StatusCommand.h"
 #include "model/GroupIdentifiers.h"
 #include "platform/storage/FolderLock.h"
 #include "platform/storage/GroupContainers.h"
@@ -42,6 +43,8 @@ constexpr Command commands[] = {
      "name every fault of the container's files, what the widget does about it\n"
      "and what mends it; fails if one would end the widget or lose an action",
      check},
+    {"status", "[--json]", "how far this kernel confines the panel and this program to the container",
+     status},
 };
 
 std::string helpText() {

@@ -34,6 +34,31 @@ void withoutLandlock() {
     forbid("landlock_create_ruleset", EOPNOTSUPP);
 }
 
+void withoutFilters() {
+    forbid("prctl", EINVAL, scmp_arg_cmp{0, SCMP_CMP_EQ, PR_GET_SECCOMP, 0});
+}
+
+TEST_F(KernelOfferTest, statusSaysWhatTheKernelOffers) {
+    const std::string version = std::to_string(platform::landlockVersion());
+    EXPECT_EQ(shell("$CTL status"), 0);
+    EXPECT_THAT(out, testing::StartsWith("confinement: files by Landlock (version " + version));
+    EXPECT_THAT(out, testing::EndsWith("), system calls filtered\n"));
+    EXPECT_EQ(shell("$CTL status --json"), 0);
+    EXPECT_THAT(out, HasSubstr("\"landlockVersion\": " + version + ", "));
+    EXPECT_EQ(shell("$CTL status", withoutFilters), 0);
+    EXPECT_THAT(out, testing::EndsWith("); this kernel filters no system calls\n"));
+    EXPECT_EQ(shell("$CTL status now"), 2);
+}
+
+TEST_F(KernelOfferTest, statusSaysWhatTheKernelLacks) {
+    EXPECT_EQ(shell("$CTL status", withoutLandlock), 0);
+    EXPECT_EQ(out, "confinement: this kernel has no Landlock: the panel may read all that its user may; "
+                   "system calls filtered\n");
+    EXPECT_EQ(shell("$CTL status --json", withoutLandlock), 0);
+    EXPECT_EQ(out, "{\"confinement\": {\"landlockVersion\": 0, \"usedLandlockVersion\": 0, "
+                   "\"filtersSystemCalls\": true}}\n");
+}
+
 TEST_F(KernelOfferTest, startsPlainlyOnAKernelWithoutLandlock) {
     moveOut("notifications.xml", "feed");
     EXPECT_EQ(shell("TZ=UTC $CTL list", withoutLandlock), 0) << err;

@@ -4,6 +4,7 @@
 #include "platform/system/Workspace.h"
 
 #include <exception>
+#include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -19,7 +20,7 @@ constexpr char yes = 1;
 [[noreturn]] void waitAndOpen(int socket, const char* request) noexcept {
     std::set_terminate([] { _exit(1); });
     char word = 0;
-    if (platform::retryInterrupted([&] { return read(socket, &word, 1); }) == 1 &&
+    if (platform::retryInterrupted([&] { return read(socket, &word, 1); }) == 1 && word == yes &&
         exchange::openHost(request))
         (void)!write(socket, &yes, 1);
     _exit(0);
@@ -28,17 +29,23 @@ constexpr char yes = 1;
 } // namespace
 
 OpenerProcess::OpenerProcess(const char* request) {
-    int ends[2];
-    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) == 0) {
-        socket_.emplace(ends[0]);
-        const platform::OpenFile others(ends[1]);
-        process_ = fork();
-        if (process_ == 0) {
-            socket_.reset();
-            waitAndOpen(others.number(), request);
-        }
-    }
     platform::Workspace::setOpener([this](const QString& /*url*/) { return open(); });
+    int ends[2];
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0)
+        return;
+    platform::OpenFile own(ends[0]);
+    const platform::OpenFile others(ends[1]);
+    // Not in the place of a standard stream that is closed: messages would be written to it.
+    socket_.emplace(fcntl(own.number(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+    own.close();
+    if (!socket_->isOpen())
+        return;
+    process_ = fork();
+    if (process_ != 0)
+        return;
+    socket_.reset();
+    platform::Workspace::setOpener({});
+    waitAndOpen(others.number(), request);
 }
 
 OpenerProcess::~OpenerProcess() {

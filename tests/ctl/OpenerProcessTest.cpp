@@ -53,9 +53,11 @@ TEST_F(OpenerProcessTest, isStartedUnconfined) {
 }
 
 TEST_F(OpenerProcessTest, isNotStartedWhereNothingIsAskedFor) {
-    EXPECT_EQ(shell(withOpener("exec $CTL act other 20 info")), 1);
-    EXPECT_EQ(countOfChildren(), 0) << "nothing is left";
-    EXPECT_FALSE(std::filesystem::exists(outside("opened")));
+    for (const std::string streams : {"", " >&-", " 2>&-", " <&- >&- 2>&-"}) {
+        EXPECT_EQ(shell(withOpener("exec $CTL act other 20 info" + streams)), 1) << streams;
+        EXPECT_EQ(countOfChildren(), 0) << "nothing is left";
+        EXPECT_FALSE(std::filesystem::exists(outside("opened"))) << streams;
+    }
 }
 
 TEST_F(OpenerProcessTest, failsWithoutAnOpener) {

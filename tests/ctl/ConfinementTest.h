@@ -11,7 +11,7 @@
 
 namespace ctl {
 
-// The built program on a container beside which there are files that are none of its business.
+// The built program on a container, with files outside that it must not reach.
 class CtlConfinementTest : public ShellTest {
 protected:
     CtlConfinementTest() {

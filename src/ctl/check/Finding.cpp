@@ -150,7 +150,8 @@ constexpr FaultKind kinds[] = {
      "a file is replaced as a whole, so that its other names keep the old content",
      "let the file have one name"},
     {Fault::LinkDangles, "linkDangles", Degrades,
-     "there is nothing to read; what the panel writes is made where the link leads, if there is a folder",
+     "there is nothing to read; what the panel writes is made where the link leads, if there is a folder "
+     "that it may write",
      "remove the link, or make what it leads to"},
     {Fault::LinkLoops, "linkLoops", Loses, "nothing can be read or written there", "remove the link"},
     {Fault::LinkLeadsOut, "linkLeadsOut", Degrades,

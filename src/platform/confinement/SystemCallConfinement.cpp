@@ -23,7 +23,7 @@ bool hasFilter = false;
 // What is allowed in any form. docs/security.md says how these lists came about. A name that an architecture
 // does not have is left out.
 
-// Observed in the processes that are confined.
+// Observed in the panel's process.
 constexpr std::string_view observedCalls =
     "access arch_prctl brk clock_nanosleep close eventfd2 exit exit_group fadvise64 fallocate fchown "
     "flock fremovexattr fstat fstatfs fsync ftruncate futex getcwd getdents64 getegid geteuid getgid "
@@ -33,8 +33,9 @@ constexpr std::string_view observedCalls =
     "rt_sigprocmask rt_sigreturn sched_getaffinity seccomp sendmsg sendto set_robust_list set_tid_address "
     "shmat shmctl shmdt shmget shutdown statx sysinfo timerfd_create timerfd_settime uname write writev";
 
-// Not observed: alternatives to those above, which other versions of the C library and of Qt, other kernels,
-// processors and desktops use. None reaches further.
+// Not observed there: what the companion does with the action log and with its child, and alternatives to all
+// of these, which other versions of the C library and of Qt, other kernels, processors and desktops use. None
+// reaches further.
 constexpr std::string_view alternativeCalls =
     "clock_getres clock_gettime close_range dup dup2 dup3 epoll_create1 epoll_ctl epoll_pwait epoll_wait "
     "faccessat faccessat2 fdatasync fgetxattr flistxattr fsetxattr get_robust_list getgroups getppid "

@@ -29,7 +29,7 @@ constexpr float outlineOpacity = 0.25F;
 
 // The companion stands beside this program.
 QString checkProgram() {
-    const QString beside = QCoreApplication::applicationDirPath() + QStringLiteral("/korvel-todayctl");
+    QString beside = QCoreApplication::applicationDirPath() + QStringLiteral("/korvel-todayctl");
     if (QFile::exists(beside))
         return beside;
     return QString::fromStdString(platform::findProgram("korvel-todayctl").value_or("korvel-todayctl"));

@@ -23,7 +23,7 @@ constexpr std::int64_t secondsOfDay = 86'400;
 
 // Where the clocks go back over midnight, the time of day of tomorrow may have been shown already. The alarm
 // then waits for so long instead of ringing at once, again and again.
-constexpr std::int64_t shortestWait = 15 * 60;
+constexpr std::int64_t shortestWait = std::int64_t{15} * 60;
 
 std::int64_t dayOf(std::int64_t wallTime) {
     return (wallTime - (wallTime % secondsOfDay + secondsOfDay) % secondsOfDay) / secondsOfDay;

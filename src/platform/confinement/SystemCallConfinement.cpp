@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 #include <sys/ioctl.h>
+#include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -50,7 +51,7 @@ constexpr scmp_datum_t specialBits = 07000; // set-user-id, set-group-id, sticky
 class Filter final {
 public:
     explicit Filter(std::uint32_t defaultAction)
-        : context_(seccomp_init(defaultAction), seccomp_release)
+        : context_(hasRoom() ? seccomp_init(defaultAction) : nullptr, seccomp_release)
         , error_(context_ ? 0 : -ENOMEM) {
         set(SCMP_FLTATR_ACT_BADARCH, SCMP_ACT_ERRNO(ENOSYS)); // by another architecture's numbers
     }
@@ -75,6 +76,13 @@ public:
     }
 
 private:
+    // The library does not look at each of its allocations. It takes less than a tenth of this.
+    [[nodiscard]] static bool hasRoom() {
+        constexpr std::size_t room = 4 * 1024 * 1024;
+        void* memory = mmap(nullptr, room, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        return memory != MAP_FAILED && munmap(memory, room) == 0;
+    }
+
     std::unique_ptr<void, decltype(&seccomp_release)> context_;
     int error_;
 };

@@ -10,11 +10,15 @@
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
+#include <fstream>
 #include <future>
 #include <sched.h>
+#include <set>
+#include <string>
 #include <sys/ioctl.h>
 #include <sys/mount.h>
 #include <sys/ptrace.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -181,6 +185,23 @@ TEST(SystemCallConfinementTest, leavesFiles) {
               }),
               "done");
     EXPECT_EQ(folder.read("b"), "x");
+}
+
+TEST(SystemCallConfinementTest, failsInOrderWithLittleMemory) {
+    std::set<std::string> outcomes;
+    for (rlim_t kibibytes = 0; kibibytes <= 8192; kibibytes += kibibytes < 1024 ? 32 : 1024)
+        outcomes.insert(inConfinedChild(
+            [kibibytes] {
+                std::ifstream status("/proc/self/statm");
+                rlim_t pages = 0;
+                status >> pages;
+                const rlim_t most = pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE)) + kibibytes * 1024;
+                const rlimit limit{most, most};
+                setrlimit(RLIMIT_AS, &limit);
+                return platform::confineSystemCalls(Sockets::None, newest);
+            },
+            [] { return 0; }));
+    EXPECT_EQ(outcomes, (std::set<std::string>{"done", "not confined"}));
 }
 
 TEST(SystemCallConfinementTest, leavesTheProcessItsOwnSignals) {

@@ -3,7 +3,6 @@
 #include "platform/confinement/SystemCallConfinement.h"
 #include "platform/confinement/SystemFiles.h"
 #include "platform/storage/GroupContainers.h"
-#include "platform/system/CurrentTimeZone.h"
 
 namespace ctl {
 
@@ -14,7 +13,6 @@ std::error_code confineProcess(const platform::AllowedFiles& files) {
     if (version > 0) {
         platform::AllowedFiles allowed = platform::systemFiles();
         platform::add(allowed, files);
-        allowed.readable.push_back(platform::currentTimeZoneFile());
         if (const std::error_code error = platform::confineFiles(allowed, version))
             return error;
     }

@@ -44,16 +44,6 @@ void keepFromReading(int stream) {
         dup2(file.number(), stream);
 }
 
-// Without the right to read it. A folder is no time zone's file.
-int openTimeZoneFile() {
-    const int file = open(platform::currentTimeZoneFile().c_str(), O_PATH | O_CLOEXEC);
-    struct stat status {};
-    if (file < 0 || (fstat(file, &status) == 0 && S_ISREG(status.st_mode)))
-        return file;
-    close(file);
-    return -1;
-}
-
 // Where it is not installed with the system's libraries.
 void addToolkit(std::vector<std::string>& readable) {
     for (const auto location : {QLibraryInfo::LibrariesPath, QLibraryInfo::PluginsPath})
@@ -80,14 +70,11 @@ std::error_code Confinement::begin(int keptDescriptor) {
     const int version = platform::landlockVersion();
     if (version > 0) {
         container_.emplace(open(containerPath().c_str(), O_PATH | O_CLOEXEC));
-        timeZoneFile_.emplace(openTimeZoneFile());
+        timeZoneFile_.emplace(open(platform::currentTimeZoneFile().c_str(), O_PATH | O_CLOEXEC));
         platform::AllowedFiles files = platform::systemFiles();
         platform::add(files, platform::desktopFiles());
         addToolkit(files.readable);
-        // What is open, and not what may have taken its place.
-        if (timeZoneFile_->isOpen())
-            files.readable.push_back(pathOf(timeZoneFile_->number()));
-        if (container_->isOpen())
+        if (container_->isOpen()) // it, and not what may have taken its place
             files.writable.push_back(pathOf(container_->number()));
         if (const std::error_code error = platform::confineFiles(files, version))
             return error;

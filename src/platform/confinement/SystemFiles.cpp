@@ -1,9 +1,11 @@
 #include "platform/confinement/SystemFiles.h"
 
 #include "platform/storage/Files.h"
+#include "platform/system/CurrentTimeZone.h"
 
 #include <algorithm>
 #include <cstdlib>
+#include <filesystem>
 #include <initializer_list>
 #include <string_view>
 #include <utility>
@@ -73,6 +75,9 @@ AllowedFiles systemFiles() {
                       "/sys/devices/system/cpu"};
     for (const char* variable : {"LOCPATH", "TZDIR"})
         addOf(files.readable, variable);
+    std::error_code unknown;
+    if (const std::string zone = currentTimeZoneFile(); std::filesystem::is_regular_file(zone, unknown))
+        files.readable.push_back(zone); // no folder, which would be all that is in it
     files.writable = {"/dev/null"};
     return files;
 }

@@ -1,9 +1,14 @@
 #include "platform/confinement/SystemFiles.h"
 
 #include "support/Environment.h"
+#include "support/RegionOverride.h"
+#include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -37,6 +42,17 @@ TEST_F(SystemFilesTest, holdTheFilesThatAVariableNames) {
     const EnvironmentVariable zones("TZDIR", "/zones");
     EXPECT_THAT(platform::systemFiles().readable, IsSupersetOf({"/locales", "/more", "/zones"}));
     EXPECT_THAT(platform::systemFiles().readable, Not(Contains("relative")));
+}
+
+TEST_F(SystemFilesTest, holdTheTimeZonesFileButNoFolderInItsPlace) {
+    const support::TemporaryFolder folder;
+    const std::string file = folder.write("zone", "TZif");
+    platform::Region region = platform::Region::current();
+    for (const auto& [zone, isHeld] : {std::pair(file, true), std::pair(folder.path(), false)}) {
+        region.timeZone = ":" + zone;
+        const support::RegionOverride current(region);
+        EXPECT_EQ(std::ranges::count(platform::systemFiles().readable, zone), isHeld ? 1 : 0) << zone;
+    }
 }
 
 TEST_F(SystemFilesTest, ofADesktopAreSomeOfTheUsersAndNoWholeBaseFolder) {

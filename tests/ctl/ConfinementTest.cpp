@@ -27,18 +27,6 @@ const std::string settingsName = "Library/Preferences/" + std::string(fullEditio
 const std::string record = "<dict><key>type</key><integer>1</integer><key>pk</key><string>old</string>"
                            "<key>date</key><real>1</real><key>param</key><integer>0</integer></dict>";
 
-long readFile(const std::string& path) {
-    std::error_code error;
-    const bool isRead = platform::readFile(path, &error).has_value();
-    errno = error.value();
-    return isRead ? 0 : -1;
-}
-
-long tellResult(const std::error_code& result) {
-    errno = result.value();
-    return result ? -1 : 0;
-}
-
 std::string attempt(const platform::AllowedFiles& files, const std::function<long()>& what) {
     return support::inConfinedChild([&] { return confineProcess(files); }, what);
 }
@@ -50,15 +38,19 @@ TEST_F(CtlConfinementTest, leavesTheContainerAlone) {
     const platform::AllowedFiles readable{{container}, {}};
     const platform::AllowedFiles writable{{}, {container}};
     for (const platform::AllowedFiles& files : {readable, writable}) {
-        EXPECT_EQ(attempt(files, [this] { return readFile(path("notifications.xml")); }), "done");
-        EXPECT_EQ(attempt(files, [this] { return readFile(outside("secret")); }), "EACCES");
-        EXPECT_EQ(attempt(files, [this] { return readFile(outside("group.other/notifications.xml")); }),
-                  "EACCES");
-        EXPECT_EQ(attempt(files, [this] { return tellResult(platform::replaceFile(outside("new"), "x")); }),
-                  "EACCES");
+        EXPECT_EQ(attempt(files, [this] { return support::readWholeFile(path("notifications.xml")); }),
+                  "done");
+        EXPECT_EQ(attempt(files, [this] { return support::readWholeFile(outside("secret")); }), "EACCES");
+        EXPECT_EQ(
+            attempt(files,
+                    [this] { return support::readWholeFile(outside("group.other/notifications.xml")); }),
+            "EACCES");
+        EXPECT_EQ(
+            attempt(files, [this] { return support::asCall(platform::replaceFile(outside("new"), "x")); }),
+            "EACCES");
     }
     const auto replaceFeed = [this] {
-        return tellResult(platform::replaceFile(path("notifications.xml"), "new"));
+        return support::asCall(platform::replaceFile(path("notifications.xml"), "new"));
     };
     EXPECT_EQ(attempt(readable, replaceFeed), "EACCES");
     EXPECT_EQ(attempt(writable, replaceFeed), "done");

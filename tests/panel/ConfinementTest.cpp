@@ -34,19 +34,6 @@ namespace {
 
 using support::Containers;
 
-// What of its path's errors a reading tells, as a system call does.
-long read(const std::string& path) {
-    std::error_code error;
-    const bool isRead = platform::readFile(path, &error).has_value();
-    errno = error.value();
-    return isRead ? 0 : -1;
-}
-
-long tellResult(const std::error_code& result) {
-    errno = result.value();
-    return result ? -1 : 0;
-}
-
 std::string settingsWith(const std::string& accountKey) {
     return R"(<plist version="1.0"><dict><key>account_pk</key><string>)" + accountKey +
            "</string><key>notification_days_count</key><integer>7</integer></dict></plist>";
@@ -86,13 +73,14 @@ exchange::LoggedAction logPaid() {
 } // namespace
 
 TEST_F(ConfinementTest, leavesTheContainer) {
-    EXPECT_EQ(attempt([this] { return read(containers.path("notifications.xml")); }), "done");
-    EXPECT_EQ(attempt([] { return tellResult(logPaid().log); }), "done");
+    EXPECT_EQ(attempt([this] { return support::readWholeFile(containers.path("notifications.xml")); }),
+              "done");
+    EXPECT_EQ(attempt([] { return support::asCall(logPaid().log); }), "done");
     EXPECT_TRUE(containers.has("demo/actions.xml"));
     EXPECT_EQ(attempt([] {
                   auto defaults = exchange::openSharedSettings();
                   defaults->setString("url_string", "request");
-                  return tellResult(defaults->save());
+                  return support::asCall(defaults->save());
               }),
               "done");
     EXPECT_NE(containers.read(Containers::settingsName()).find("request"), std::string::npos);
@@ -128,7 +116,7 @@ TEST_F(ConfinementTest, leavesWhoMayReadAFileAsItIs) {
                                     44);
     constexpr const char* attribute = "system.posix_acl_access";
     ASSERT_EQ(setxattr(feed.c_str(), attribute, list.data(), list.size(), 0), 0);
-    EXPECT_EQ(attempt([&] { return tellResult(platform::replaceFile(feed, "new")); }), "done");
+    EXPECT_EQ(attempt([&] { return support::asCall(platform::replaceFile(feed, "new")); }), "done");
     EXPECT_EQ(containers.read("notifications.xml"), "new");
     char bytes[64];
     const ssize_t size = getxattr(feed.c_str(), attribute, bytes, sizeof bytes);
@@ -137,17 +125,23 @@ TEST_F(ConfinementTest, leavesWhoMayReadAFileAsItIs) {
 }
 
 TEST_F(ConfinementTest, leavesFontsAndNothingElseOfTheHomeFolder) {
-    EXPECT_EQ(attempt([this] { return read(homeFolder.path(".local/share/fonts/font.ttf")); }), "done");
-    EXPECT_EQ(attempt([this] { return read(homeFolder.path("secret")); }), "EACCES");
-    EXPECT_EQ(attempt([this] { return read(homeFolder.path(".config/korvel-today/settings.ini")); }),
+    EXPECT_EQ(
+        attempt([this] { return support::readWholeFile(homeFolder.path(".local/share/fonts/font.ttf")); }),
+        "done");
+    EXPECT_EQ(attempt([this] { return support::readWholeFile(homeFolder.path("secret")); }), "EACCES");
+    EXPECT_EQ(attempt([this] {
+                  return support::readWholeFile(homeFolder.path(".config/korvel-today/settings.ini"));
+              }),
               "EACCES");
-    EXPECT_EQ(attempt([this] { return tellResult(platform::replaceFile(homeFolder.path("new"), "x")); }),
+    EXPECT_EQ(attempt([this] { return support::asCall(platform::replaceFile(homeFolder.path("new"), "x")); }),
               "EACCES");
 }
 
 TEST_F(ConfinementTest, forbidsTheContainersOfOtherGroups) {
     containers.folder().write("group.other/notifications.xml", "feed");
-    EXPECT_EQ(attempt([this] { return read(containers.folder().path("group.other/notifications.xml")); }),
+    EXPECT_EQ(attempt([this] {
+                  return support::readWholeFile(containers.folder().path("group.other/notifications.xml"));
+              }),
               "EACCES");
 }
 
@@ -171,7 +165,7 @@ TEST_F(ConfinementTest, failsToWriteTheLogOfAnAccountOutsideTheContainer) {
     containers.folder().write("x/actions.xml", "kept");
     for (const char* key : {"../x", "../../x", "../../../../../../../tmp"}) {
         containers.writeSettings(settingsWith(key));
-        EXPECT_EQ(attempt([] { return tellResult(logPaid().log); }), "EACCES") << key;
+        EXPECT_EQ(attempt([] { return support::asCall(logPaid().log); }), "EACCES") << key;
     }
     EXPECT_EQ(containers.folder().read("x/actions.xml"), "kept");
     EXPECT_EQ(containers.folder().count("x"), 1U) << "no debris";

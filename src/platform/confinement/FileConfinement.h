@@ -21,7 +21,7 @@ struct AllowedFiles {
 // The newest of which anything is used.
 inline constexpr int newestUsedLandlockVersion = 6;
 
-// Takes from this thread, and from each that it starts from now on, all other files, for good: they cannot be
+// Denies this thread, and each that it starts from now on, all other files, for good: they cannot be
 // opened for reading, listed, written, made, renamed or removed, and no file can be executed. Files that are
 // open already are not affected, nor is what stat(2) tells.
 //

@@ -10,18 +10,20 @@ enum class Sockets {
     None
 };
 
-// Takes from this thread, and from each that it starts from now on, all system calls, for good, but those
-// that a program needs which reads and writes files, draws, waits, and talks over the sockets that it has: no
-// new programs, processes or namespaces, no tracing, no signals to others, no keys of the kernel, no
-// mounting, no other sockets. Such a call fails with ENOSYS, as on a kernel that does not have it, which the
-// C library has a way around where there is one.
+// Denies this thread, and each that it starts from now on, all system calls, for good, but those of a program
+// that reads and writes files, draws, waits, and talks over the sockets that it has: no new programs,
+// processes or namespaces, no tracing, no signals to others, no keys of the kernel, no mounting, no other
+// sockets, no special mode bits of files. Such a call fails with ENOSYS, as on a kernel that does not have
+// it, for which most libraries have a fallback.
 //
-// The version is that of the Landlock interface in use (0: none). What it does not forbid, and a call can be
-// told by, is forbidden here: opening a file so that it is truncated, before version 3. Uses no_new_privs.
+// The version is that of the Landlock interface in use (0: none). Opening a file so that it is truncated is
+// denied before version 3, which forbids it for other files than those allowed. Uses no_new_privs.
+//
+// An error where the memory for it is lacking.
 [[nodiscard]] std::error_code confineSystemCalls(Sockets sockets, int landlockVersion);
 
-// Takes from all threads of this process what confineSystemCalls() has left them of making and connecting
-// sockets. They fail with EPERM.
+// Denies all threads of this process what confineSystemCalls() has left them of making and connecting
+// sockets: such calls fail with EPERM.
 [[nodiscard]] std::error_code forbidNewConnections();
 
 // Whether a kernel can filter system calls.

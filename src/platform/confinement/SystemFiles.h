@@ -5,7 +5,7 @@
 namespace platform {
 
 // What any program reads: libraries, the data that comes with them, locales, zone files, what the kernel
-// tells a process about itself. Nothing of the user's.
+// tells a process about itself. Nothing of the user's, but for the time zone's file where it is one of his.
 [[nodiscard]] AllowedFiles systemFiles();
 
 // What a program with a window reads beside: fonts and how they are chosen, cursors, icons, themes, and the

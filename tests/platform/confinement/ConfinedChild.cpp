@@ -1,5 +1,7 @@
 #include "platform/confinement/ConfinedChild.h"
 
+#include "platform/storage/Files.h"
+
 #include <cerrno>
 #include <cstring>
 #include <sys/wait.h>
@@ -32,6 +34,18 @@ std::string inConfinedChild(const std::function<std::error_code()>& confine,
     if (error == notConfined)
         return "not confined";
     return error == 0 ? "done" : strerrorname_np(error);
+}
+
+long readWholeFile(const std::string& path) {
+    std::error_code error;
+    const bool isRead = platform::readFile(path, &error).has_value();
+    errno = error.value();
+    return isRead ? 0 : -1;
+}
+
+long asCall(const std::error_code& result) {
+    errno = result.value();
+    return result ? -1 : 0;
 }
 
 } // namespace support

@@ -12,4 +12,8 @@ namespace support {
 [[nodiscard]] std::string inConfinedChild(const std::function<std::error_code()>& confine,
                                           const std::function<long()>& attempt);
 
+// Attempts: reading a whole file, and what an operation has come to.
+[[nodiscard]] long readWholeFile(const std::string& path);
+[[nodiscard]] long asCall(const std::error_code& result);
+
 } // namespace support

@@ -63,6 +63,7 @@ void Center::show(const channel::Show& request) {
     if (isQuitting_)
         return;
     asked_ = lastAsked_ = request;
+    isUnanswered_ = extension_.isReady() || extension_.isEnding();
     if (extension_.isReady()) {
         extension_.send(request);
         return;
@@ -81,6 +82,7 @@ void Center::toggle(const channel::Show& request) {
 
 void Center::hide() {
     asked_.reset();
+    isUnanswered_ = false;
     if (failure_)
         failure_->hide();
     extension_.send(channel::Hide{});
@@ -117,7 +119,8 @@ void Center::extensionEnded(bool wasAsked) {
             quitted_();
         return;
     }
-    if (isRestarting) {
+    // A request that came while it died, and that it did not take any more, is for the next one.
+    if (std::exchange(isUnanswered_, false) || isRestarting) {
         startExtension();
         return;
     }
@@ -185,6 +188,7 @@ void Center::take(const channel::FromExtension& message) {
         if (countsChanged_)
             countsChanged_(*counts);
     } else if (std::holds_alternative<channel::Shown>(message)) {
+        isUnanswered_ = false;
         if (!asked_) // it was asked for while it closed
             asked_ = lastAsked_;
         if (failure_)

@@ -76,6 +76,7 @@ private:
     std::optional<channel::Show> asked_;              // while the user wants to see the panel
     std::optional<RestartPolicy::Duration> closedAt_; // by itself, last
     channel::Show lastAsked_;
+    bool isUnanswered_ = false; // the last request, which has gone to an extension that was ready
     bool isPending_ = false;
     bool isMotionReduced_ = false;
     bool startsAnewWhenHidden_ = false;

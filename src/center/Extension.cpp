@@ -75,7 +75,7 @@ void Extension::start() {
     if (process_)
         return;
     int ends[2];
-    isReady_ = wasAsked_ = false;
+    isReady_ = isEnding_ = wasAsked_ = false;
     if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0) {
         QTimer::singleShot(0, &deadline_, [this] {
             if (ended_)
@@ -160,7 +160,7 @@ void Extension::take(const channel::FromExtension& message) {
 
 // One that does not end by itself is killed.
 void Extension::terminate() {
-    isReady_ = false;
+    isEnding_ = std::exchange(isReady_, false);
     if (!process_)
         return;
     process_->terminate();
@@ -173,7 +173,7 @@ void Extension::processEnded() {
     deadline_.stop();
     connection_.reset();
     std::exchange(process_, nullptr).release()->deleteLater();
-    isReady_ = false;
+    isReady_ = isEnding_ = false;
     if (ended_)
         ended_(wasAsked_);
 }

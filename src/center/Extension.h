@@ -27,6 +27,8 @@ public:
     void start();
     [[nodiscard]] bool isRunning() const { return process_ != nullptr; }
     [[nodiscard]] bool isReady() const { return isReady_; }
+    // Whether it runs and has been ready, and will end without taking anything more.
+    [[nodiscard]] bool isEnding() const { return isEnding_; }
 
     // Asks it to end when nothing that the user has chosen is pending; one that does not within five seconds
     // is killed, as is one that does not get ready, or show or hide its panel, within fifteen.
@@ -54,6 +56,7 @@ private:
     std::unique_ptr<channel::ConnectionToExtension> connection_;
     QTimer deadline_; // of the answer that is waited for, or of its end
     bool isReady_ = false;
+    bool isEnding_ = false;
     bool wasAsked_ = false;
     QString accessibilityBus_;
     std::function<void()> ready_;

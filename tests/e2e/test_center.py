@@ -241,6 +241,18 @@ class Failures(Resident):
         self.assertNotIn(extension, program.pids())
         self.quit(program)
 
+    def test_a_request_that_a_dying_process_does_not_take_is_for_the_next_one(self):
+        program = self.start()
+        self.assert_list(program, 2)
+        for _ in range(6):  # after as many deaths, the next start by itself is further away than the deadline
+            dying = self.ready(program)
+            os.kill(dying, signal.SIGSTOP)
+            self.ask()
+            os.kill(dying, signal.SIGKILL)
+            harness.wait_for(lambda pid=dying: harness.state(pid) is None, "the death")
+            self.assert_list(program, 2)
+        self.quit(program)
+
     def test_a_hidden_process_that_dies_is_replaced_without_a_word(self):
         program = self.start("--background")
         extension = self.ready(program)

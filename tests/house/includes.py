@@ -31,6 +31,10 @@ ROOMS = {room: (set(rooms.split()), {"std", *foreign.split()}) for room, rooms, 
     ("center", "channel model resources platform/desktop " + _PLATFORM, "posix QtDBus " + _WIDGETS),
     ("program", "center panel model resources " + _PLATFORM, "posix " + _WIDGETS),
     ("ctl", "exchange model platform/confinement " + _PLATFORM, "posix nlohmann QtCore QtGui"),
+    ("bridge/plans", "", ""),
+    ("bridge/sources", "bridge/plans", "posix nlohmann zlib QtCore"),
+    ("bridge", "bridge/plans bridge/sources exchange model platform/plist platform/storage platform/system",
+     "posix icu nlohmann sqlite QtCore"),
 )}
 
 # Room: its private folders. Only its own sources and the headers of these folders include what is in them.
@@ -55,12 +59,12 @@ def qt_modules(folder):
 
 
 def library_of(header, qt):
-    """The library that a foreign header belongs to: std, icu, xcb, seccomp, nlohmann, a Qt module or posix."""
+    """The library that a foreign header belongs to: std, icu, xcb, seccomp, zlib, sqlite, nlohmann, a Qt module or posix."""
     folder, slash, _ = header.partition("/")
     if slash and (folder in ("unicode", "xcb", "nlohmann") or folder.startswith("Qt")):
         return "icu" if folder == "unicode" else folder
-    if header == "seccomp.h":
-        return "seccomp"
+    if header in ("seccomp.h", "zlib.h", "sqlite3.h"):
+        return header.removesuffix(".h").rstrip("3")
     return qt.get(header) or ("posix" if slash or "." in header else "std")
 
 

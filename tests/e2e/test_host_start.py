@@ -223,6 +223,36 @@ class Systemd(UnitTest):
         self.assertEqual(self.manager.show("korvel-today.service", "Result"), "success")
 
 
+class BesideTheAutostart(UnitTest):
+    """A session starts the program by itself too, outside of the unit. One process comes of it, whoever is first."""
+
+    UNIT = "korvel-today.service"
+    AUTOSTART = (HERE / "bin" / "korvel-today", "--background")
+
+    def owner(self):
+        return self.manager.owner_of("com.korvel.today")
+
+    def state(self):
+        return self.manager.show(self.UNIT, "ActiveState"), self.manager.show(self.UNIT, "Result")
+
+    def test_a_unit_that_comes_second_ends_in_order(self):
+        first = self.desktop.start(self.manager.inside(*self.AUTOSTART), self.manager.env)
+        owner = harness.wait_for(self.owner, "a program")
+        done = self.manager.systemctl("start", self.UNIT)
+        self.assertEqual(done.returncode, 0, done.stderr + self.manager.log())
+        harness.wait_for(lambda: self.state() == ("inactive", "success"), "the end of the unit's process")
+        self.assertEqual((self.owner(), self.processes()), (owner, []))
+        self.act("quit")
+        self.assertEqual(first.wait(harness.DEADLINE), 0)
+
+    def test_an_entry_that_comes_second_ends_in_order(self):
+        self.assertEqual(self.manager.systemctl("start", self.UNIT).returncode, 0, self.manager.log())
+        owner = self.owner()
+        done = self.manager.run(*self.AUTOSTART)
+        self.assertEqual((done.returncode, done.stdout, done.stderr), (0, "", ""))
+        self.assertEqual((self.owner(), self.state()), (owner, ("active", "success")))
+
+
 class FailingOpener(UnitTest):
     def prepare(self):
         gio = self.manager.folder / "bin" / "gio"

@@ -95,7 +95,7 @@ class UserManager:
         (self.folder / "bus.conf").write_text(BUS)
         for name, text in (UNITS | dict(units or {})).items():
             (self.folder / "units" / name).write_text(text)
-        self._env = {
+        self.env = {
             "HOME": f"{HERE}/home", "XDG_RUNTIME_DIR": f"{HERE}/run", "XDG_DATA_HOME": f"{HERE}/home/data",
             "XDG_CONFIG_HOME": f"{HERE}/home/config", "XDG_CACHE_HOME": f"{HERE}/home/cache", "TMPDIR": f"{HERE}/tmp",
             "DBUS_SESSION_BUS_ADDRESS": f"unix:path={HERE}/run/bus", "SYSTEMD_UNIT_PATH": f"{HERE}/units"} | dict(env or {})
@@ -118,7 +118,7 @@ class UserManager:
         with self._log.open("ab") as log:
             self._process = self.desktop.start(
                 ["sh", "-c", START],
-                self._env | {"GROUP": str(self._group), "FOLDER": str(self.folder), "OWNER": str(USER), "MANAGER": SYSTEMD},
+                self.env | {"GROUP": str(self._group), "FOLDER": str(self.folder), "OWNER": str(USER), "MANAGER": SYSTEMD},
                 stdout=log, stderr=log)
         harness.wait_for(self._is_up_or_gone, "a service manager")
         if self._process.poll() is not None:
@@ -154,7 +154,7 @@ class UserManager:
                 "--clear-groups", *words]
 
     def run(self, *words):
-        return subprocess.run(self.inside(*words), env=self.desktop.env | self._env, stdin=subprocess.DEVNULL,
+        return subprocess.run(self.inside(*words), env=self.desktop.env | self.env, stdin=subprocess.DEVNULL,
                               capture_output=True, text=True, timeout=harness.DEADLINE)
 
     def systemctl(self, *words):

@@ -38,6 +38,7 @@ endfunction()
 function(korvel_installed_program name)
     korvel_program(${name} ${ARGN})
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+    install(TARGETS ${name} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endfunction()
 
 # korvel_test(NAME [GUI] [FILTER filter] [SKIPPED_IF text] SOURCES file... [LINKS target...] [ENVIRONMENT VAR=value...]):

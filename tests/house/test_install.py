@@ -155,6 +155,13 @@ class Understood(InstallTest):
         self.assertEqual(said("systemd-analyze", "--user", "verify", "--man=no", units / "korvel-today.service", env=self.home()),
                          (0, ""))
 
+    def test_licences(self):
+        """Of a copy, since a build's own files say whatever they say."""
+        copy = self.folder / "copy"
+        shutil.copytree(SOURCE, copy, ignore=shutil.ignore_patterns("build", ".git", "__pycache__", ".cache"))
+        status, output = said("reuse", "--root", copy, "lint", cwd=copy)
+        self.assertEqual(status, 0, output)
+
 
 def version():
     return re.search(r"project\(KorvelToday VERSION ([\d.]+)", (SOURCE / "CMakeLists.txt").read_text())[1]

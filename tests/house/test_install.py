@@ -167,5 +167,29 @@ def version():
     return re.search(r"project\(KorvelToday VERSION ([\d.]+)", (SOURCE / "CMakeLists.txt").read_text())[1]
 
 
+def names(field):
+    """The packages that stand in a field of debian/control, without versions, alternatives and variables."""
+    text = re.search(rf"^{field}:\n((?: .*\n)+)", (SOURCE / "debian/control").read_text(), re.M)[1]
+    return {re.split(r"[ (|]", line.strip())[0] for line in text.replace(",", "").splitlines() if "${" not in line}
+
+
+def group(name):
+    """The packages of a group of scripts/packages."""
+    lines = map(str.split, (SOURCE / "scripts/packages").read_text().splitlines())
+    return {fields[1] for fields in lines if fields and fields[0] == name}
+
+
+class Debian(unittest.TestCase):
+    def test_versions_agree(self):
+        changelog = (SOURCE / "debian/changelog").read_text().partition("\n")[0]
+        self.assertEqual(re.search(r"\(([\d.]+)\)", changelog)[1], version())
+        component = xml.etree.ElementTree.parse(SOURCE / f"packaging/{IDENTIFIER}.metainfo.xml")
+        self.assertEqual(component.find("releases/release").get("version"), version())
+
+    def test_takes_the_packages_that_the_project_names(self):
+        self.assertEqual(names("Build-Depends") - {"debhelper-compat"}, group("build") - {"g++"})
+        self.assertLessEqual(group("run"), names("Depends") | names("Recommends"))
+
+
 if __name__ == "__main__":
     unittest.main()

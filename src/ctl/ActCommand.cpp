@@ -28,22 +28,20 @@ using Action = TodayTransactionAction;
 
 namespace {
 
-// The action that the words after the plan and the date name, if they name one.
+// The action that the words after the plan and the date name; none where the days are no number.
 std::optional<Action> actionOf(const std::vector<std::string>& words) {
     const std::string& name = words[3];
-    if (name == "later" && words.size() == 5) {
+    if (name == "later") {
         const auto days = platform::numberFromText<std::int64_t>(words[4]);
         return days ? std::optional(Action::Later(*days)) : std::nullopt;
     }
-    if (words.size() != 4)
-        return std::nullopt;
     if (name == "paid")
         return Action::Paid();
     if (name == "delete")
         return Action::Delete(false);
     if (name == "delete-future")
         return Action::Delete(true);
-    return name == "info" ? std::optional(Action::Info()) : std::nullopt;
+    return Action::Info();
 }
 
 TodayTransactionPtr findTransaction(const std::vector<TodayTransactionPtr>& transactions,
@@ -141,12 +139,12 @@ int actOn(const std::string& plan, const std::string& dateText, double date, con
 
 int act(const Options& options, Streams& streams) {
     const auto& words = options.words;
-    const std::optional<Action> action = words.size() > 3 ? actionOf(words) : std::nullopt;
-    if (!action)
-        return misused(streams, "act takes PLANPK DATE and paid, later DAYS, delete, delete-future or info");
     const std::optional<double> date = momentOfText(words[2]);
     if (!date)
-        return misused(streams, words[2] + " is no date");
+        return misused(streams, options.placeOf(2), words[2] + " is no date");
+    const std::optional<Action> action = actionOf(words);
+    if (!action)
+        return misused(streams, options.placeOf(4), words[4] + " is no whole number of days");
     std::optional<OpenerProcess> opener;
     if (streams.confine && action->isInfo())
         opener.emplace(request);

@@ -131,8 +131,6 @@ void printText(const Findings& findings, std::ostream& out) {
 } // namespace
 
 int check(const Options& options, Streams& streams) {
-    if (options.words.size() != 1)
-        return misused(streams, "check takes no operand");
     // The lists of the desktop are the user's own, and may be links to anywhere.
     const UrlHandlers handlers = UrlHandlers::lookUp();
     if (!confine(streams, {{containerPath()}, {}}))

@@ -187,8 +187,6 @@ std::optional<bool> claimLog(Streams& streams, const std::string& log, platform:
 } // namespace
 
 int consume(const Options& options, Streams& streams) {
-    if (options.words.size() != 1)
-        return misused(streams, "consume takes no operand");
     if (!confine(streams, {{}, {containerPath()}}))
         return Failed;
     if (!hasContainer())

@@ -64,8 +64,6 @@ void printJson(const Transactions& transactions, std::int64_t shownCount, std::o
 } // namespace
 
 int list(const Options& options, Streams& streams) {
-    if (options.words.size() != 1)
-        return misused(streams, "list takes no operand");
     if (!confine(streams, {{containerPath()}, {}}))
         return Failed;
     if (const std::error_code error = readingError(settingsFile()))

@@ -96,8 +96,6 @@ int writeFeed(const std::string& bytes, Streams& streams) {
 } // namespace
 
 int publish(const Options& options, Streams& streams) {
-    if (options.words.size() != 2)
-        return misused(streams, "publish takes one file");
     const std::string& file = options.words[1];
     const std::string place = file == "-" ? "standard input" : file;
     std::error_code unreadable;

@@ -23,8 +23,9 @@ int failed(Streams& streams, std::string_view place, std::string_view sentence) 
     return Failed;
 }
 
-int misused(Streams& streams, std::string_view sentence) {
-    say(streams, std::string(sentence) + "; see korvel-todayctl --help");
+int misused(Streams& streams, std::size_t place, std::string_view sentence) {
+    say(streams,
+        "argument " + std::to_string(place) + ": " + std::string(sentence) + "; see korvel-todayctl --help");
     return Misused;
 }
 

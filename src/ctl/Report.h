@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <iosfwd>
 #include <string_view>
 #include <system_error>
@@ -27,7 +28,8 @@ enum ExitStatus : int { Done = 0, Failed = 1, Misused = 2 };
 // line or the record if known; it may be empty. Neither needs to be safe for a terminal.
 [[nodiscard]] int failed(Streams& streams, std::string_view place, std::string_view sentence);
 
-// Writes an error message about wrong usage to standard error and returns Misused.
-[[nodiscard]] int misused(Streams& streams, std::string_view sentence);
+// Writes an error message about wrong usage to standard error and returns Misused. The place is the number of
+// the argument at fault, from 1, or of the one that is missing.
+[[nodiscard]] int misused(Streams& streams, std::size_t place, std::string_view sentence);
 
 } // namespace ctl

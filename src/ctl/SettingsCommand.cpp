@@ -40,13 +40,13 @@ std::string assign(SharedDefaults& defaults, const std::string& key, const std::
         if (const auto integer = platform::numberFromText<std::int64_t>(value))
             defaults.setInteger(key, *integer);
         else
-            return key + " takes an integer";
+            return key + " takes an integer, not " + value;
         return {};
     case SettingType::Real:
         if (const auto real = platform::numberFromText<double>(value))
             defaults.setDouble(key, *real);
         else
-            return key + " takes a number";
+            return key + " takes a number, not " + value;
         return {};
     case SettingType::String:
         break;
@@ -57,9 +57,9 @@ std::string assign(SharedDefaults& defaults, const std::string& key, const std::
     return {};
 }
 
-int set(SharedDefaults& defaults, const std::string& key, const std::string& value, Streams& streams) {
-    if (const std::string fault = assign(defaults, key, value); !fault.empty())
-        return misused(streams, fault);
+int set(SharedDefaults& defaults, const Options& options, Streams& streams) {
+    if (const std::string fault = assign(defaults, options.words[2], options.words[3]); !fault.empty())
+        return misused(streams, options.placeOf(3), fault);
     // The other settings are written again with this one.
     if (const auto fault = describeUnportable(platform::plist::Value(defaults.values())))
         return failed(streams, containerPath(), *fault);
@@ -89,14 +89,10 @@ int get(const SharedDefaults& defaults, const std::string& key, const Options& o
 
 int settings(const Options& options, Streams& streams) {
     const auto& words = options.words;
-    const bool gets = words.size() == 3 && words[1] == "get";
-    const bool sets = words.size() == 4 && words[1] == "set";
-    if (!gets && !sets)
-        return misused(streams, "settings takes get KEY or set KEY VALUE");
     auto defaults = exchange::openSharedSettings();
     if (!defaults)
         return failed(streams, containerPath(), cannotOpen);
-    return gets ? get(*defaults, words[2], options, streams) : set(*defaults, words[2], words[3], streams);
+    return words[1] == "get" ? get(*defaults, words[2], options, streams) : set(*defaults, options, streams);
 }
 
 } // namespace ctl

@@ -24,8 +24,6 @@ std::string textOf(int version, bool filters) {
 } // namespace
 
 int status(const Options& options, Streams& streams) {
-    if (options.words.size() != 1)
-        return misused(streams, "status takes no operand");
     const int version = platform::landlockVersion();
     const bool filters = platform::canConfineSystemCalls();
     if (options.json)

@@ -2,6 +2,7 @@
 
 #include "model/GroupIdentifiers.h"
 #include "platform/system/CommandLine.h"
+#include "platform/system/CommandLineJson.h"
 #include "platform/system/NumberText.h"
 
 namespace program {
@@ -27,7 +28,8 @@ constexpr platform::CommandLineOption knownOptions[] = {
     {"--locale", "NAME", "language, direction, calendar and dates, as LC_ALL names them"},
     {"--width", "PX", "width of the content in points (320)"},
     {"--version", "", "the version and the group whose container is read"},
-    {"--help", "", "this text"},
+    {"--help", "", "this text", "-h"},
+    {"--json", "", "with --help: the options as JSON, for programs"},
 };
 
 constexpr std::pair<const char*, std::string_view> commandOptions[] = {
@@ -69,6 +71,9 @@ std::variant<Options, UsageError> parseOptions(const std::vector<std::string>& a
     const auto& line = std::get<platform::CommandLine>(parsed);
     Options options;
     options.showsHelp = line.has("--help");
+    options.isJson = line.has("--json");
+    if (options.isJson && !options.showsHelp)
+        return UsageError{QStringLiteral("--json goes with --help")};
     options.showsVersion = line.has("--version");
     options.containers = line.value("--containers").value_or("");
     const char* asked = nullptr;
@@ -103,13 +108,17 @@ A start beside one that runs passes on what it is asked for and ends.
 
 Usage: korvel-today [--containers DIR] [--background | --show | --toggle | --hide | --quit]
        korvel-today [--containers DIR] --snapshot FILE.png [--scale N] [--locale NAME] [--width PX]
-       korvel-today --version | --help
+       korvel-today --version | --help [--json]
 
 %1
 Exit status: 0 done, 1 the snapshot could not be written, there is no display, or the program that runs already does
 not answer, 2 wrong usage.
 )")
         .arg(QString::fromStdString(platform::helpInColumns(platform::helpLines(knownOptions))));
+}
+
+QString helpJson() {
+    return QString::fromStdString(platform::helpAsJson("korvel-today", knownOptions));
 }
 
 QString versionText() {

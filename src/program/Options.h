@@ -19,6 +19,7 @@ struct Options {
     std::string command{center::showCommand}; // what the centre is asked for
     bool showsVersion = false;
     bool showsHelp = false;
+    bool isJson = false; // that help
 };
 
 struct UsageError {
@@ -29,6 +30,8 @@ struct UsageError {
 [[nodiscard]] std::variant<Options, UsageError> parseOptions(const std::vector<std::string>& arguments);
 
 [[nodiscard]] QString helpText();
+// The options, for programs (platform/system/CommandLineJson.h).
+[[nodiscard]] QString helpJson();
 [[nodiscard]] QString versionText();
 
 } // namespace program

@@ -114,7 +114,8 @@ int run(int argc, char** argv) {
     if (!options.containers.empty())
         options.containers = std::filesystem::absolute(options.containers).string();
     if (options.showsHelp || options.showsVersion) {
-        std::fputs(qUtf8Printable(options.showsHelp ? helpText() : versionText()), stdout);
+        const QString help = options.isJson ? helpJson() : helpText();
+        std::fputs(qUtf8Printable(options.showsHelp ? help : versionText()), stdout);
         return 0;
     }
     if (!options.containers.empty())

@@ -1,5 +1,8 @@
 #include "program/Options.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -76,6 +79,23 @@ TEST(Options, nameEachOptionInTheHelp) {
         EXPECT_TRUE(program::helpText().contains(QLatin1String(name))) << name;
 }
 
+TEST(Options, giveTheHelpAsJsonToo) {
+    EXPECT_TRUE(parsed({"-h"}).showsHelp);
+    EXPECT_TRUE(parsed({"--help", "--json"}).isJson);
+    const QJsonObject help = QJsonDocument::fromJson(program::helpJson().toUtf8()).object();
+    EXPECT_EQ(help.value(QStringLiteral("program")).toString(), QStringLiteral("korvel-today"));
+    const QJsonArray options = help.value(QStringLiteral("options")).toArray();
+    ASSERT_FALSE(options.isEmpty());
+    const QJsonObject first = options.at(0).toObject();
+    EXPECT_EQ(first.value(QStringLiteral("name")).toString(), QStringLiteral("--containers"));
+    EXPECT_EQ(first.value(QStringLiteral("value")).toString(), QStringLiteral("DIR"));
+    EXPECT_EQ(first.value(QStringLiteral("shortName")).toString(), QString());
+    EXPECT_EQ(
+        first.value(QStringLiteral("text")).toString(),
+        QStringLiteral("the folder of the group containers (otherwise $KORVEL_GROUP_CONTAINERS, otherwise "
+                       "group-containers in $XDG_DATA_HOME)"));
+}
+
 TEST_P(Misuses, areSaidInASentence) {
     const auto result = parseOptions(GetParam().arguments);
     ASSERT_TRUE(std::holds_alternative<UsageError>(result));
@@ -94,6 +114,7 @@ INSTANTIATE_TEST_SUITE_P(
         Misuse{{"--quit", "--snapshot", "x"}, "--quit does not go with --snapshot"},
         Misuse{{"--toggle=1"}, "--toggle takes no value"},
         Misuse{{"--extension", "3"}, "unknown option --extension"},
+        Misuse{{"--json"}, "--json goes with --help"},
         Misuse{{"--scale", "2"}, "--scale goes with --snapshot"},
         Misuse{{"--locale", "de"}, "--locale goes with --snapshot"},
         Misuse{{"--width", "300"}, "--width goes with --snapshot"},

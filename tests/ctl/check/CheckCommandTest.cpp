@@ -106,7 +106,7 @@ TEST_F(CheckCommandTest, keepsSoManyOfAKindAndCountsTheOthers) {
 
 TEST_F(CheckCommandTest, takesNoOperand) {
     EXPECT_EQ(run({"check", "feed"}), 2);
-    EXPECT_EQ(err, "korvel-todayctl: check takes no operand; see korvel-todayctl --help\n");
+    EXPECT_EQ(err, "korvel-todayctl: argument 4: check has no place for feed; see korvel-todayctl --help\n");
 }
 
 // docs/check.md has the table of the findings.

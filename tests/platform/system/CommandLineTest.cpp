@@ -13,6 +13,10 @@ constexpr CommandLineOption options[] = {
     {"--folder", "DIR", "where to look\nand to write"},
     {"--all", "", "everything"},
 };
+constexpr CommandLineOption more[] = {
+    {"--form", "json|xml", "how"},
+    {"--help", "", "this", "-h"},
+};
 
 CommandLine parsed(Operands operands, const Words& arguments) {
     const auto result = parseCommandLine(options, operands, arguments);
@@ -70,6 +74,40 @@ TEST(CommandLineTest, saysWhatIsWrongWithAnOption) {
         EXPECT_EQ(errorOf(operands, {"--all", "--all"}), "--all is given twice");
         EXPECT_EQ(errorOf(operands, {"--folder=a", "--folder=b"}), "--folder is given twice");
     }
+}
+
+TEST(CommandLineTest, numbersTheArgumentsFromOne) {
+    const CommandLine line = parsed(Operands::Anywhere, {"a", "--folder", "/f", "b", "--all", "--", "c"});
+    EXPECT_THAT(line.operandPlaces, ElementsAre(1, 4, 7));
+    EXPECT_THAT(line.optionPlaces, ElementsAre(std::pair("--all", 5), std::pair("--folder", 2)));
+    const auto fault = parseCommandLine(options, Operands::Anywhere, {"--folder", "/f", "a", "--no"});
+    EXPECT_EQ(std::get<CommandLineError>(fault).place, 4);
+}
+
+TEST(CommandLineTest, takesTheShortNameOfAnOptionAsItsOther) {
+    const auto abbreviated = parseCommandLine(more, Operands::None, {"-h"});
+    EXPECT_TRUE(std::get<CommandLine>(abbreviated).has("--help"));
+    const auto ended = parseCommandLine(more, Operands::Anywhere, {"--", "-h"});
+    EXPECT_THAT(std::get<CommandLine>(ended).operands, ElementsAre("-h"));
+    const auto twice = parseCommandLine(more, Operands::Anywhere, {"-h", "--help"});
+    EXPECT_EQ(std::get<CommandLineError>(twice).message, "--help is given twice");
+    EXPECT_EQ(helpLines(more).back().subject, "-h, --help");
+}
+
+TEST(CommandLineTest, takesOnlyAValueThatTheOptionNames) {
+    const auto xml = parseCommandLine(more, Operands::None, {"--form", "xml"});
+    EXPECT_EQ(std::get<CommandLine>(xml).value("--form"), "xml");
+    const auto other = parseCommandLine(more, Operands::None, {"--form=yaml"});
+    EXPECT_EQ(std::get<CommandLineError>(other).message, "--form takes json or xml, not yaml");
+}
+
+TEST(CommandLineTest, tellsWordsThatHaveToBeGivenFromThoseThatStandForOthers) {
+    EXPECT_THAT(choicesOf("paid|later|delete"), ElementsAre("paid", "later", "delete"));
+    EXPECT_THAT(choicesOf("get"), ElementsAre("get"));
+    EXPECT_THAT(choicesOf("FILE.json"), IsEmpty());
+    EXPECT_THAT(choicesOf(""), IsEmpty());
+    EXPECT_EQ(enumeration({"a"}), "a");
+    EXPECT_EQ(enumeration({"a", "b", "c"}), "a, b or c");
 }
 
 TEST(CommandLineTest, setsHelpInTwoColumns) {

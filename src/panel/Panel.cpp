@@ -40,7 +40,8 @@ Counts countsOf(const std::vector<TodayTransactionPtr>& transactions) {
 
 } // namespace
 
-Panel::Panel(Backdrop backdrop, Height height, int contentWidth, std::unique_ptr<LoadTriggers> triggers)
+Panel::Panel(Backdrop backdrop, Height height, int contentWidth,
+             std::unique_ptr<exchange::LoadTriggers> triggers)
     : window_(std::make_unique<PanelWindow>(backdrop, height, contentWidth))
     , triggers_(std::move(triggers)) {
     controller::registerWidgetInterfaceFiles();

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "controller/TodayViewController.h"
-#include "panel/LoadTriggers.h"
+#include "exchange/LoadTriggers.h"
 #include "panel/PanelWindow.h"
 
 #include <QString>
@@ -38,7 +38,7 @@ class Panel final {
 public:
     // Without triggers, the list stays as it was when the panel was opened.
     Panel(Backdrop backdrop, Height height, int contentWidth,
-          std::unique_ptr<LoadTriggers> triggers = nullptr);
+          std::unique_ptr<exchange::LoadTriggers> triggers = nullptr);
     ~Panel();
     Panel(const Panel&) = delete;
     Panel& operator=(const Panel&) = delete;
@@ -79,7 +79,7 @@ private:
     void countWhenIdle();
 
     std::unique_ptr<PanelWindow> window_;
-    std::unique_ptr<LoadTriggers> triggers_;
+    std::unique_ptr<exchange::LoadTriggers> triggers_;
     std::shared_ptr<TodayViewController> controller_;
     QTimer updateTimer_;
     bool awaitsLoad_ = false;       // the panel still shows an old view

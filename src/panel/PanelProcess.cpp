@@ -73,8 +73,8 @@ class Extension final {
 public:
     Extension(int socket, const Confinement& confinement)
         : panel_(backdropOfDesktop(), Height::OfScreen, defaultContentWidth,
-                 std::make_unique<LoadTriggers>(std::make_unique<platform::InotifyWatcher>(),
-                                                std::make_unique<platform::TimerAlarm>()))
+                 std::make_unique<exchange::LoadTriggers>(std::make_unique<platform::InotifyWatcher>(),
+                                                          std::make_unique<platform::TimerAlarm>()))
         , center_(socket) {
         platform::Workspace::setOpener(
             [this](const QString& url) { return center_.send(channel::OpenUrl{url.toStdString()}); });

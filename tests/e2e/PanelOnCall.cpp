@@ -2,9 +2,9 @@
 // is its argument. "open" and "open hiding" (when the focus is lost) may be followed by a screen's name;
 // "close" closes. It is confined as the program's own process with the panel is.
 
+#include "exchange/LoadTriggers.h"
 #include "panel/Backdrop.h"
 #include "panel/Confinement.h"
-#include "panel/LoadTriggers.h"
 #include "panel/Panel.h"
 #include "platform/storage/InotifyWatcher.h"
 #include "platform/system/TimerAlarm.h"
@@ -44,8 +44,8 @@ int main(int argc, char** argv) {
     if (panel::Confinement::forbidConnections())
         return 2;
     panel::Panel panel(panel::backdropOfDesktop(), panel::Height::OfScreen, 320,
-                       std::make_unique<panel::LoadTriggers>(std::make_unique<platform::InotifyWatcher>(),
-                                                             std::make_unique<platform::TimerAlarm>()));
+                       std::make_unique<exchange::LoadTriggers>(std::make_unique<platform::InotifyWatcher>(),
+                                                                std::make_unique<platform::TimerAlarm>()));
     panel.setBackdropOfDesktop(panel::backdropOfDesktop);
     QSocketNotifier notifier(pipe, QSocketNotifier::Read);
     QObject::connect(&notifier, &QSocketNotifier::activated, [&] {

@@ -1,8 +1,8 @@
 // When an open panel loads its list anew, and what stays as it was.
 #include "panel/Panel.h"
 
-#include "ManualTriggers.h"
 #include "PanelContent.h"
+#include "exchange/ManualTriggers.h"
 #include "support/Application.h"
 #include "support/Containers.h"
 #include "support/Events.h"

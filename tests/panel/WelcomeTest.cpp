@@ -1,7 +1,7 @@
 // What the panel shows before a finance program has connected.
 #include "panel/Welcome.h"
 
-#include "ManualTriggers.h"
+#include "exchange/ManualTriggers.h"
 #include "PanelContent.h"
 #include "panel/Panel.h"
 #include "panel/Snapshot.h"

@@ -1,4 +1,4 @@
-#include "panel/LoadTriggers.h"
+#include "exchange/LoadTriggers.h"
 
 #include "exchange/SharedFiles.h"
 #include "model/GroupIdentifiers.h"
@@ -13,7 +13,7 @@
 #include <limits>
 #include <string>
 
-namespace panel {
+namespace exchange {
 
 using namespace std::chrono_literals;
 
@@ -50,7 +50,7 @@ LoadTriggers::~LoadTriggers() = default;
 // The versions are taken after the watches are in place and before the files are read: a change that comes
 // later finds another version.
 void LoadTriggers::listWillLoad() {
-    paths_ = exchange::pathsOfList();
+    paths_ = pathsOfList();
     paths_.files.push_back(platform::currentTimeZoneFile());
     // A container that comes is a list, even without a file in it.
     const std::string group(fullEditionGroupIdentifier);
@@ -131,4 +131,4 @@ void LoadTriggers::tell() const {
         loadNeeded_();
 }
 
-} // namespace panel
+} // namespace exchange

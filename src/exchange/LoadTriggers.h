@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-namespace panel {
+namespace exchange {
 
 // Tells when a list that was loaded may no longer be true: the host application has changed the feed, the
 // settings or the icons; one of the transactions falls due; a new day starts; the clock was set, the system
@@ -59,4 +59,4 @@ private:
         std::make_shared<bool>(true); // deferred work knows whether this is gone
 };
 
-} // namespace panel
+} // namespace exchange

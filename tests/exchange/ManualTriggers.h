@@ -1,6 +1,6 @@
 #pragma once
 
-#include "panel/LoadTriggers.h"
+#include "exchange/LoadTriggers.h"
 #include "support/ManualWatches.h"
 
 #include <memory>
@@ -16,10 +16,10 @@ struct ManualTriggers {
         auto ownAlarm = std::make_unique<ManualAlarm>();
         watcher = ownWatcher.get();
         alarm = ownAlarm.get();
-        triggers = std::make_unique<panel::LoadTriggers>(std::move(ownWatcher), std::move(ownAlarm));
+        triggers = std::make_unique<exchange::LoadTriggers>(std::move(ownWatcher), std::move(ownAlarm));
     }
 
-    std::unique_ptr<panel::LoadTriggers> triggers;
+    std::unique_ptr<exchange::LoadTriggers> triggers;
     ManualWatcher* watcher;
     ManualAlarm* alarm;
 };

@@ -1,6 +1,6 @@
-#include "panel/LoadTriggers.h"
+#include "exchange/LoadTriggers.h"
 
-#include "ManualTriggers.h"
+#include "exchange/ManualTriggers.h"
 #include "exchange/TodayWidgetLogic.h"
 #include "platform/storage/Files.h"
 #include "platform/storage/OwnReplacements.h"

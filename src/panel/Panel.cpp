@@ -1,13 +1,11 @@
 #include "panel/Panel.h"
 
 #include "controller/WidgetInterfaceFiles.h"
+#include "model/TransactionCounts.h"
 #include "panel/ListFocus.h"
 #include "panel/Welcome.h"
 #include "platform/desktop/WindowSystem.h"
-#include "platform/system/Clock.h"
-#include "platform/system/CurrentTimeZone.h"
 #include "platform/system/MainQueue.h"
-#include "platform/system/WholeSeconds.h"
 
 #include <QGuiApplication>
 #include <QPointer>
@@ -20,25 +18,6 @@
 namespace panel {
 
 using namespace std::chrono_literals;
-
-namespace {
-
-Counts countsOf(const std::vector<TodayTransactionPtr>& transactions) {
-    const double now = platform::Clock::current().now();
-    const auto seconds = platform::wholeSeconds(now);
-    const double nextDay =
-        seconds ? static_cast<double>(platform::currentTimeZone().nextDateAfter(*seconds)) : now;
-    Counts counts;
-    for (const TodayTransactionPtr& transaction : transactions) {
-        if (transaction->isOverdue())
-            ++counts.overdue;
-        else if (transaction->date < nextDay)
-            ++counts.dueToday;
-    }
-    return counts;
-}
-
-} // namespace
 
 Panel::Panel(Backdrop backdrop, Height height, int contentWidth,
              std::unique_ptr<exchange::LoadTriggers> triggers)
@@ -205,7 +184,8 @@ void Panel::countWhenIdle() {
 void Panel::tellCounts() {
     if (!countsChanged_ || !controller_)
         return;
-    const Counts counts = countsOf(controller_->transactionsArray);
+    const TransactionCounts all = countsOf(controller_->transactionsArray);
+    const Counts counts{all.overdue, all.dueToday};
     if (std::exchange(counts_, counts) != counts)
         countsChanged_(counts);
 }

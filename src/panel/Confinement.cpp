@@ -12,7 +12,6 @@
 
 #include <fcntl.h>
 #include <string>
-#include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
 
@@ -50,17 +49,6 @@ void addToolkit(std::vector<std::string>& readable) {
         readable.push_back(QFile::encodeName(QLibraryInfo::path(location)).toStdString());
 }
 
-// Whether a path leads to another file or folder than the one that is open. A path that leads nowhere does
-// not.
-bool isAnother(const std::string& path, const platform::OpenFile& known) {
-    struct stat now {};
-    struct stat then {};
-    if (stat(path.c_str(), &now) != 0)
-        return false;
-    return !known.isOpen() || fstat(known.number(), &then) != 0 || then.st_dev != now.st_dev ||
-           then.st_ino != now.st_ino;
-}
-
 } // namespace
 
 std::error_code Confinement::begin(int keptDescriptor) {
@@ -69,13 +57,13 @@ std::error_code Confinement::begin(int keptDescriptor) {
         keepFromReading(stream);
     const int version = platform::landlockVersion();
     if (version > 0) {
-        container_.emplace(open(containerPath().c_str(), O_PATH | O_CLOEXEC));
-        timeZoneFile_.emplace(open(platform::currentTimeZoneFile().c_str(), O_PATH | O_CLOEXEC));
+        container_.emplace(containerPath());
+        timeZoneFile_.emplace(platform::currentTimeZoneFile());
         platform::AllowedFiles files = platform::systemFiles();
         platform::add(files, platform::desktopFiles());
         addToolkit(files.readable);
-        if (container_->isOpen()) // it, and not what may have taken its place
-            files.writable.push_back(pathOf(container_->number()));
+        if (container_->file().isOpen()) // it, and not what may have taken its place
+            files.writable.push_back(pathOf(container_->file().number()));
         if (const std::error_code error = platform::confineFiles(files, version))
             return error;
         areFilesConfined_ = true;
@@ -90,12 +78,7 @@ std::error_code Confinement::forbidConnections() {
 }
 
 bool Confinement::isOutdated() const {
-    if (!areFilesConfined_)
-        return false;
-    const std::string zone = platform::currentTimeZoneFile();
-    return isAnother(containerPath(), *container_) ||
-           (isAnother(zone, *timeZoneFile_) &&
-            !platform::OpenFile(open(zone.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)).isOpen());
+    return areFilesConfined_ && (container_->isAnother() || timeZoneFile_->isOutOfReach());
 }
 
 } // namespace panel

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/storage/OpenFile.h"
+#include "platform/confinement/HeldPlace.h"
 
 #include <optional>
 #include <system_error>
@@ -26,8 +26,8 @@ public:
 private:
     bool areFilesConfined_ = false;
     // Open, so that no other file gets their numbers.
-    std::optional<platform::OpenFile> container_;
-    std::optional<platform::OpenFile> timeZoneFile_;
+    std::optional<platform::HeldPlace> container_;
+    std::optional<platform::HeldPlace> timeZoneFile_;
 };
 
 } // namespace panel

@@ -1,17 +1,32 @@
 #include "ctl/Host.h"
 
 #include "ctl/Input.h"
+#include "exchange/SharedFiles.h"
 #include "exchange/SharedSettings.h"
 #include "model/GroupIdentifiers.h"
 #include "platform/plist/Reader.h"
+#include "platform/plist/RecordReader.h"
 #include "platform/storage/Files.h"
 #include "platform/storage/GroupContainers.h"
 #include "platform/storage/SharedDefaults.h"
 #include "platform/storage/StorageError.h"
 
+#include <optional>
 #include <variant>
 
 namespace ctl {
+
+namespace {
+
+// As the reader of the feed sees it.
+bool isList(const std::string& bytes) {
+    platform::plist::RecordReader reader(bytes, exchange::feedKeys);
+    while (reader.next()) {
+    }
+    return reader.isSound();
+}
+
+} // namespace
 
 std::string containerPath() {
     return platform::GroupContainers::containerPath(std::string(fullEditionGroupIdentifier));
@@ -34,6 +49,25 @@ exchange::FeedReading readWidgetsList() {
     if (!hasContainer())
         return std::vector<TodayTransactionPtr>();
     return exchange::readFeed(containerPath(), exchange::notificationDayCount());
+}
+
+std::variant<std::vector<TodayTransactionPtr>, ListFault> readSoundList() {
+    if (const std::error_code error = readingError(settingsFile()))
+        return ListFault{settingsFile(), error.message()};
+    const exchange::FeedReading reading = readWidgetsList();
+    const std::string feed = exchange::feedFile(containerPath());
+    if (const auto* fault = std::get_if<exchange::FeedFault>(&reading))
+        return ListFault{feed, exchange::describe(*fault)};
+    const auto& transactions = std::get<std::vector<TodayTransactionPtr>>(reading);
+    if (!transactions.empty())
+        return transactions;
+    std::error_code error;
+    const std::optional<std::string> bytes = platform::readFile(feed, &error);
+    if (!bytes && error != std::errc::no_such_file_or_directory && error != std::errc::not_a_directory)
+        return ListFault{feed, error.message()};
+    if (bytes && !isList(*bytes))
+        return ListFault{feed, "no array of records can be read"};
+    return transactions;
 }
 
 std::error_code settingsError() {

@@ -5,6 +5,8 @@
 
 #include <string>
 #include <system_error>
+#include <variant>
+#include <vector>
 
 // The container of the host application, as several commands need it.
 namespace ctl {
@@ -19,6 +21,16 @@ namespace ctl {
 // The transactions that the widget reads, or the fault at which it would end. Without a container the list is
 // empty.
 [[nodiscard]] exchange::FeedReading readWidgetsList();
+
+// Why the panel's list cannot be told.
+struct ListFault {
+    std::string file;
+    std::string sentence;
+};
+
+// The same list. Also faults are settings and a feed that are there and cannot be read, and a feed that is no
+// array of records: the widget takes them for absent ones and shows nothing.
+[[nodiscard]] std::variant<std::vector<TodayTransactionPtr>, ListFault> readSoundList();
 
 // Why the shared settings cannot be read as they stand, so that the account's key is not known: an error of
 // reading the file, or that its root is no dictionary. An absent file is no error.

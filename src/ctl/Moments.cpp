@@ -19,6 +19,16 @@ std::int64_t wallTimeOf(double moment) {
     return platform::currentTimeZone().wallTimeAt(static_cast<std::int64_t>(std::floor(moment)));
 }
 
+std::string textOfWallTime(double moment, const QString& format) {
+    return QDateTime::fromSecsSinceEpoch(wallTimeOf(moment), QTimeZone::utc()).toString(format).toStdString();
+}
+
+// With the fewest digits that are read back as the same number.
+std::string numberText(double number) {
+    char text[32];
+    return {text, std::to_chars(text, text + sizeof text, number).ptr};
+}
+
 // "today", "today+3", "today-2".
 QDate relativeDay(std::string_view text) {
     constexpr std::string_view today = "today";
@@ -67,13 +77,15 @@ bool isInCalendar(double moment) {
 }
 
 std::string textOfMoment(double moment) {
-    if (!isInCalendar(moment)) {
-        char text[32];
-        return {text, std::to_chars(text, text + sizeof text, moment).ptr};
-    }
-    return QDateTime::fromSecsSinceEpoch(wallTimeOf(moment), QTimeZone::utc())
-        .toString(QStringLiteral("yyyy-MM-dd HH:mm"))
-        .toStdString();
+    return isInCalendar(moment) ? textOfWallTime(moment, QStringLiteral("yyyy-MM-dd HH:mm"))
+                                : numberText(moment);
+}
+
+std::string exactTextOfMoment(double moment) {
+    std::string text = textOfMoment(moment);
+    if (momentOfText(text) != moment && isInCalendar(moment))
+        text = textOfWallTime(moment, QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+    return momentOfText(text) == moment ? text : numberText(moment);
 }
 
 } // namespace ctl

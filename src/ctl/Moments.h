@@ -19,4 +19,7 @@ namespace ctl {
 // "2026-03-10 18:00", rounded down to the minute. A moment outside the calendar is written as the number.
 [[nodiscard]] std::string textOfMoment(double moment);
 
+// The same with seconds where they are not zero, or the number, so that momentOfText() gives the moment back.
+[[nodiscard]] std::string exactTextOfMoment(double moment);
+
 } // namespace ctl

@@ -1,6 +1,8 @@
 #include "ctl/CtlTest.h"
 #include "model/GroupIdentifiers.h"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 #include <limits>
 
@@ -19,8 +21,8 @@ TEST_F(ListTest, alignsATableByWhatIsSeen) {
     tram.set("amount", plist::Value("¥ 1,040.50"));
     writeFeed({plist::Value(rent), plist::Value(tram)});
     EXPECT_EQ(run({"list"}), 0);
-    EXPECT_EQ(out, "2026-03-09 08:30  !  ¥ 1,040.50  電車 1\n"
-                   "2026-03-10 18:00          $ 900  Rent\n"
+    EXPECT_EQ(out, "2026-03-09 08:30  !  q  ¥ 1,040.50  電車 1\n"
+                   "2026-03-10 18:00     p       $ 900  Rent\n"
                    "2 of 2 shown\n");
     EXPECT_EQ(err, "");
 }
@@ -30,16 +32,38 @@ TEST_F(ListTest, givesEveryFieldAsJson) {
     record.set("single", plist::Value(true));
     writeFeed({plist::Value(recordOf("q", utc(2026, 3, 10, 15))), plist::Value(record)});
     EXPECT_EQ(run({"list", "--json"}), 0);
-    EXPECT_EQ(
-        out,
-        "{\"shownCount\": 2, \"transactions\": [\n"
-        "  {\"name\": \"Rent\", \"date\": 1773100800.1, \"imageName\": \"house\", \"amount\": \"$ 900\", "
-        "\"isIncome\": false, \"isExpense\": true, \"planPrimaryKey\": \"plan \\\"1\\\"\", "
-        "\"isSinglePlan\": true, \"index\": 0, \"isOverdue\": true},\n"
-        "  {\"name\": \"Rent\", \"date\": 1773154800, \"imageName\": \"house\", \"amount\": \"$ 900\", "
-        "\"isIncome\": false, \"isExpense\": true, \"planPrimaryKey\": \"q\", "
-        "\"isSinglePlan\": false, \"index\": 1, \"isOverdue\": false}\n"
-        "]}\n");
+    EXPECT_EQ(out,
+              "{\"shownCount\": 2, \"overdue\": 1, \"dueToday\": 1, \"due\": 1, \"transactions\": [\n"
+              "  {\"date\": 1773100800.1, \"name\": \"Rent\", \"image\": \"house\", \"amount\": \"$ 900\", "
+              "\"income\": false, \"expense\": true, \"planpk\": \"plan \\\"1\\\"\", \"single\": true},\n"
+              "  {\"date\": 1773154800, \"name\": \"Rent\", \"image\": \"house\", \"amount\": \"$ 900\", "
+              "\"income\": false, \"expense\": true, \"planpk\": \"q\", \"single\": false}\n"
+              "]}\n");
+}
+
+TEST_F(ListTest, givesWhatActTakes) {
+    writeFeed({plist::Value(recordOf("half", utc(2026, 3, 10, 9) + 0.5)),
+               plist::Value(recordOf("second", utc(2026, 3, 10, 9, 0, 1)))});
+    EXPECT_EQ(run({"list"}), 0);
+    EXPECT_EQ(out, "1773133200.5         !  half    $ 900  Rent\n"
+                   "2026-03-10 09:00:01  !  second  $ 900  Rent\n"
+                   "2 of 2 shown\n");
+    EXPECT_EQ(run({"act", "half", "1773133200.5", "paid"}), 0) << err;
+    EXPECT_EQ(run({"act", "second", "2026-03-10 09:00:01", "paid"}), 0) << err;
+    EXPECT_EQ(run({"list"}), 0);
+    EXPECT_EQ(out, "0 of 0 shown\n");
+}
+
+TEST_F(ListTest, givesWhatPublishTakes) {
+    plist::Dictionary record = recordOf("plan \"1\"", tenthOfMarch + 0.1);
+    record.set("single", plist::Value(true));
+    writeFeed({plist::Value(record), plist::Value(recordOf("q", utc(2026, 3, 10, 15)))});
+    EXPECT_EQ(run({"list", "--json"}), 0);
+    const std::string listed = out;
+    removeContainer();
+    EXPECT_EQ(run({"publish", "-"}, nlohmann::json::parse(listed).at("transactions").dump()), 0) << err;
+    EXPECT_EQ(run({"list", "--json"}), 0);
+    EXPECT_EQ(out, listed);
 }
 
 TEST_F(ListTest, writesADateThatIsNoMomentAsText) {
@@ -63,7 +87,8 @@ TEST_F(ListTest, isEmptyWhereTheWidgetsListIs) {
     EXPECT_EQ(out, "0 of 0 shown\n");
     removeContainer();
     EXPECT_EQ(run({"list", "--json"}), 0) << "no container";
-    EXPECT_EQ(out, "{\"shownCount\": 0, \"transactions\": []}\n");
+    EXPECT_EQ(out,
+              "{\"shownCount\": 0, \"overdue\": 0, \"dueToday\": 0, \"due\": 0, \"transactions\": []}\n");
 }
 
 TEST_F(ListTest, saysThatAFileCannotBeReadWhichTheWidgetTakesForAnAbsentOne) {
@@ -76,6 +101,18 @@ TEST_F(ListTest, saysThatAFileCannotBeReadWhichTheWidgetTakesForAnAbsentOne) {
         EXPECT_EQ(err, "korvel-todayctl: " + path(file) + ": Is a directory\n");
         remove(file);
     }
+}
+
+TEST_F(ListTest, saysThatAFeedIsNoListWhichTheWidgetTakesForNone) {
+    for (const char* text : {"<plist><dict/></plist>", "<plist><array>", "text", ""}) {
+        write("notifications.xml", text);
+        EXPECT_EQ(run({"list"}), 1) << text;
+        EXPECT_EQ(out, "");
+        EXPECT_EQ(err,
+                  "korvel-todayctl: " + path("notifications.xml") + ": no array of records can be read\n");
+    }
+    writeFeed({});
+    EXPECT_EQ(run({"list"}), 0) << "an array without a record";
 }
 
 TEST_F(ListTest, namesTheRecordAndKeyOverWhichTheWidgetWouldEnd) {

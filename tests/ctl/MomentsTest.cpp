@@ -74,5 +74,16 @@ TEST_F(MomentsTest, areWrittenAsNumbersBeyondTheCalendar) {
     EXPECT_EQ(textOfMoment(std::nan("")), "nan");
 }
 
+TEST_F(MomentsTest, areWrittenExactlyAsTheyAreReadBack) {
+    EXPECT_EQ(exactTextOfMoment(utc(2026, 3, 10, 18)), "2026-03-10 18:00");
+    EXPECT_EQ(exactTextOfMoment(utc(2026, 3, 10, 18, 0, 5)), "2026-03-10 18:00:05");
+    EXPECT_EQ(exactTextOfMoment(utc(2026, 3, 10, 18) + 0.5), "1773165600.5");
+    EXPECT_EQ(exactTextOfMoment(1e300), "1e+300");
+    EXPECT_EQ(exactTextOfMoment(std::numeric_limits<double>::quiet_NaN()), "nan");
+    const support::RegionOverride berlin(Region{"en_US", "Europe/Berlin"});
+    EXPECT_EQ(exactTextOfMoment(utc(2026, 10, 25, 0, 30)), "2026-10-25 02:30") << "the first of two";
+    EXPECT_EQ(exactTextOfMoment(utc(2026, 10, 25, 1, 30)), "1792891800") << "the second";
+}
+
 } // namespace
 } // namespace ctl

@@ -15,7 +15,7 @@ TEST_F(ProcessTest, publishesAndLists) {
         0)
         << err;
     EXPECT_EQ(shell("TZ=UTC \"$CTL\" list"), 0) << err;
-    EXPECT_EQ(out, "2020-01-01 00:00  !  5  Rent\n1 of 1 shown\n");
+    EXPECT_EQ(out, "2020-01-01 00:00  !  p  5  Rent\n1 of 1 shown\n");
 }
 
 TEST_F(ProcessTest, exitsWithItsThreeStatuses) {

@@ -111,7 +111,8 @@ TEST_F(PublishTest, isReadByList) {
     EXPECT_EQ(run({"publish", "-"}, "[" + objectDated("\"today\"") + "," + objectDated("\"today-1\"") + "]"),
               0);
     EXPECT_EQ(run({"list"}), 0);
-    EXPECT_EQ(out, "2026-03-09 00:00  !  $ 900  Rent\n2026-03-10 00:00  !  $ 900  Rent\n2 of 2 shown\n");
+    EXPECT_EQ(out,
+              "2026-03-09 00:00  !  p  $ 900  Rent\n2026-03-10 00:00  !  p  $ 900  Rent\n2 of 2 shown\n");
 }
 
 TEST_F(PublishTest, refusesWhatTheWidgetWouldEndOver) {

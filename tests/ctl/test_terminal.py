@@ -90,7 +90,7 @@ class Terminal(CompanionTest):
         self.feed.write_bytes(binary_list([record("p", 5.0) | texts, record("p", 6.0)]))
         self.assertIn(b"2 of 2 shown", self.check("list").stdout)
         listed = json.loads(self.check("list", "--json").stdout)["transactions"][0]
-        self.assertEqual({listed[key] for key in ("name", "amount", "imageName", "planPrimaryKey")},
+        self.assertEqual({listed[key] for key in ("name", "amount", "image", "planpk")},
                          {HOSTILE + "\ud83d"})
         self.check("act", HOSTILE, "5", "delete")
 

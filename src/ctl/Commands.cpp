@@ -18,6 +18,10 @@ namespace {
 
 constexpr std::string_view aboutAct = "PLANPK and DATE are those of a transaction that list prints.\n";
 
+constexpr std::string_view aboutStatus = "The counts are those of the panel: of all transactions that list "
+                                         "prints. With --follow they are a line each\n"
+                                         "time they change, with --json in JSON Lines.\n";
+
 constexpr Command table[] = {
     {"list", "", "--json", "print the transactions that the panel reads, and how many it shows", "", list},
     {"act", "PLANPK DATE paid|delete|delete-future|info", "",
@@ -33,7 +37,8 @@ constexpr Command table[] = {
     {"settings", "set KEY VALUE", "", "change a shared setting", "", settings},
     {"check", "", "--json", "name every fault of the container's files and what mends it",
      "Fails if a fault ends the panel or loses an action.\n", check},
-    {"status", "", "--json", "tell how far this kernel confines the panel and this program", "", status},
+    {"status", "", "--json --follow", "tell how many are overdue and due, and how far this kernel confines",
+     aboutStatus, status},
     {"help", "[COMMAND]", "--json", "print how a command, or each of them, is used",
      "With --json: all commands and options, for programs.\n", help},
 };

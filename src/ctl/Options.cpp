@@ -9,6 +9,7 @@ constexpr platform::CommandLineOption options[] = {
      "the folder of the group containers (otherwise $KORVEL_GROUP_CONTAINERS,\n"
      "otherwise group-containers in $XDG_DATA_HOME)"},
     {"--json", "", "print JSON"},
+    {"--follow", "", "go on, and print a new line whenever the counts change"},
     {"--to", "json|xml",
      "as typed JSON (the default), in which kinds of values can be told apart, or as XML"},
     {"--version", "", "print the version and the group identifier"},
@@ -29,6 +30,7 @@ std::variant<Options, platform::CommandLineError> parseOptions(const std::vector
     return Options{line.value("--containers").value_or(""),
                    line.value("--to").value_or(""),
                    line.has("--json"),
+                   line.has("--follow"),
                    line.has("--version"),
                    line.has("--help"),
                    line.operands,

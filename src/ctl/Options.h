@@ -16,6 +16,7 @@ struct Options {
     std::string containers; // the value of --containers; empty without that option
     std::string to;         // the value of --to; empty without that option
     bool json = false;
+    bool follow = false;
     bool version = false;
     bool help = false;
     std::vector<std::string> words; // the command's name and its operands

@@ -77,10 +77,17 @@ TEST_F(CtlConfinementTest, listReadsNoFeedThroughALinkOut) {
     EXPECT_EQ(err, errorOf("notifications.xml", "Permission denied"));
 }
 
+TEST_F(CtlConfinementTest, statusReadsNoFeedThroughALinkOut) {
+    moveOut("notifications.xml", "feed");
+    EXPECT_EQ(shell("$CTL status --json"), 1);
+    EXPECT_THAT(out, testing::StartsWith("{\"overdue\": null, "));
+    EXPECT_EQ(err, errorOf("notifications.xml", "Permission denied"));
+}
+
 TEST_F(CtlConfinementTest, noCommandReadsSettingsThroughALinkOut) {
     setAccount("one");
     moveOut(settingsName, "settings");
-    for (const char* command : {"list", "consume", "act plan 20 info"}) {
+    for (const char* command : {"list", "status", "consume", "act plan 20 info"}) {
         EXPECT_EQ(shell(std::string("$CTL ") + command), 1) << command;
         EXPECT_EQ(err, errorOf(settingsName, "Permission denied")) << command;
     }

@@ -41,7 +41,7 @@ void withoutFilters() {
 TEST_F(KernelOfferTest, statusSaysWhatTheKernelOffers) {
     const std::string version = std::to_string(platform::landlockVersion());
     EXPECT_EQ(shell("$CTL status"), 0);
-    EXPECT_THAT(out, testing::StartsWith("confinement: files by Landlock (version " + version));
+    EXPECT_THAT(out, HasSubstr("\nconfinement: files by Landlock (version " + version));
     EXPECT_THAT(out, testing::EndsWith("), system calls filtered\n"));
     EXPECT_EQ(shell("$CTL status --json"), 0);
     EXPECT_THAT(out, HasSubstr("\"landlockVersion\": " + version + ", "));
@@ -52,10 +52,12 @@ TEST_F(KernelOfferTest, statusSaysWhatTheKernelOffers) {
 
 TEST_F(KernelOfferTest, statusSaysWhatTheKernelLacks) {
     EXPECT_EQ(shell("$CTL status", withoutLandlock), 0);
-    EXPECT_EQ(out, "confinement: this kernel has no Landlock: the panel may read all that its user may; "
+    EXPECT_EQ(out, "transactions: 2 overdue, 0 due today, 0 due\n"
+                   "confinement: this kernel has no Landlock: the panel may read all that its user may; "
                    "system calls filtered\n");
     EXPECT_EQ(shell("$CTL status --json", withoutLandlock), 0);
-    EXPECT_EQ(out, "{\"confinement\": {\"landlockVersion\": 0, \"usedLandlockVersion\": 0, "
+    EXPECT_EQ(out, "{\"overdue\": 2, \"dueToday\": 0, \"due\": 0, \"confinement\": {\"landlockVersion\": 0, "
+                   "\"usedLandlockVersion\": 0, "
                    "\"filtersSystemCalls\": true}}\n");
 }
 
@@ -81,8 +83,9 @@ void confineToTheLimit() {
 
 TEST_F(KernelOfferTest, readsNothingWhereItCannotBeConfined) {
     const std::string before = feed();
-    for (const std::string command : {"list", "check", "consume", "act plan 20 paid", "act plan 20 info",
-                                      "plist $KORVEL_GROUP_CONTAINERS/secret"}) {
+    for (const std::string command :
+         {"list", "check", "consume", "status", "status --follow", "act plan 20 paid", "act plan 20 info",
+          "plist $KORVEL_GROUP_CONTAINERS/secret"}) {
         EXPECT_EQ(shell("$CTL " + command, confineToTheLimit), 1) << command;
         EXPECT_EQ(out, "");
         EXPECT_EQ(err, "korvel-todayctl: the program cannot be confined: Argument list too long\n");

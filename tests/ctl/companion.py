@@ -65,7 +65,8 @@ class LimitsTest(CompanionTest):
         feed = plistlib.dumps(FEED)
         return [(arguments, {"plist -": feed, "publish -": source.read_bytes()}.get(" ".join(arguments[:2]), b""))
                 for arguments in (
-                    ["--help"], ["--version"], ["nothing"], ["--nothing"], ["list"], ["list", "--json"],
+                    ["--help"], ["--version"], ["help", "--json"], ["status", "--json"],
+                    ["nothing"], ["--nothing"], ["list"], ["list", "--json"],
                     ["act", "p", "5", "paid"], ["act", "q", "6", "later", "3"], ["act", "p", "5", "delete"],
                     ["act", "p", "5", "delete-future"], ["act", "p", "5", "info"], ["consume"], ["consume", "--json"],
                     ["plist", str(self.feed)], ["plist", str(self.feed), "--to", "xml"], ["plist", "-"],

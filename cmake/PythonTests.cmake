@@ -1,6 +1,4 @@
-# The system's own Python first: the accessibility client is a package of the system.
-find_program(KORVEL_PYTHON python3 PATHS /usr/bin NO_DEFAULT_PATH)
-find_program(KORVEL_PYTHON python3 REQUIRED)
+include(${CMAKE_CURRENT_LIST_DIR}/Python.cmake)
 
 # korvel_python_tests(PREFIX FILE [ENVIRONMENT VAR=value...] [TIMEOUT SECONDS]): each method test_* of the unittest
 # classes in FILE is a test of its own, PREFIX.Class.method. FILE's own folder is on the path of its imports. A test that

@@ -32,8 +32,9 @@ ROOMS = {room: (set(rooms.split()), {"std", *foreign.split()}) for room, rooms, 
     ("program", "center panel model resources " + _PLATFORM, "posix " + _WIDGETS),
     ("ctl", "exchange model platform/confinement " + _PLATFORM, "posix nlohmann QtCore QtGui"),
     ("bridge/plans", "", ""),
+    ("bridge/icons", "bridge/plans", "QtCore"),
     ("bridge/sources", "bridge/plans", "posix nlohmann zlib QtCore"),
-    ("bridge", "bridge/plans bridge/sources exchange model platform/plist platform/storage platform/system",
+    ("bridge", "bridge/plans bridge/icons bridge/sources exchange model platform/plist platform/storage platform/system",
      "posix icu nlohmann sqlite QtCore"),
 )}
 

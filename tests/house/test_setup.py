@@ -16,7 +16,8 @@ def release(number):
 
 
 FILES = {
-    "scripts/packages": "build g++ the compiler\nbuild cmake makes files\ntest g++ for tests too\ntest xvfb a screen\n",
+    "scripts/packages": "build g++ the compiler\nbuild cmake makes files\ntest g++ for tests too\ntest xvfb a screen\n"
+                        "dock shell keeps windows\ndock:13 dockshell where it is\n",
     "os-release": release(12),
     "lists": "",  # of the available packages; "update" makes it
     "bin/id": "#!/bin/sh\necho $USER_ID\n",
@@ -53,6 +54,9 @@ CASES = [
     ("no network", "build", "", {"lists": None}, {"OFFLINE": "1"}, 1, "could not install: cmake g++", None),
     ("a package of another name", "build", "", {}, {"RENAMED": "cmake"}, 1, "no package's own: cmake", None),
     ("the newer release", "build", "g++", {"os-release": release(13)}, {}, 0, "", f"{INSTALL} cmake\nquery"),
+    ("of that release only", "dock", "", {"os-release": release(13)}, {}, 0, "", f"{INSTALL} dockshell shell\nquery"),
+    ("not of another release", "dock", "", {}, {}, 0, "", f"{INSTALL} shell\nquery"),
+    ("the names on another system", "--list dock", "", {"os-release": FEDORA}, {}, 0, "dockshell\nshell\n", None),
     ("an older release", "build", "", {"os-release": release(11)}, {}, 1, "neither Debian 12 nor 13; install", ""),
     ("another system", "build", "", {"os-release": FEDORA}, {}, 1, "neither Debian 12 nor 13; install", ""),
     ("told to skip", "build", "", {"os-release": FEDORA}, {"KORVEL_SETUP": "skip"}, 0, "", None),

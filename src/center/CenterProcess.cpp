@@ -13,6 +13,7 @@
 #include "center/UrlOpener.h"
 #include "model/GroupIdentifiers.h"
 #include "model/HostUrls.h"
+#include "platform/desktop/WindowSystem.h"
 #include "platform/storage/GroupContainers.h"
 #include "platform/storage/InotifyWatcher.h"
 #include "platform/system/DisplayConnection.h"
@@ -39,8 +40,10 @@ std::string nameOf(const QScreen* screen) {
     return screen ? screen->name().toStdString() : std::string();
 }
 
-// Where the user looks.
+// Where the user looks. On Wayland nobody but the compositor knows.
 std::string screenOfPointer() {
+    if (platform::isOnWayland())
+        return {};
     return nameOf(QGuiApplication::screenAt(QCursor::pos()));
 }
 

@@ -20,7 +20,8 @@ inline constexpr std::size_t longestPacket = 4096;
 
 // From the centre to the extension.
 struct Show {
-    // A screen's name; empty for the one that the panel was last on.
+    // A screen's name; empty for the one that the panel was last on, or that a Wayland compositor
+    // chooses.
     std::string screen;
     // Of whoever asked, by which the desktop gives the focus; empty if there is none.
     std::string activationToken;

@@ -4,6 +4,7 @@
 #include "platform/confinement/FileConfinement.h"
 #include "platform/confinement/SystemCallConfinement.h"
 #include "platform/confinement/SystemFiles.h"
+#include "platform/desktop/LayerShell.h"
 #include "platform/storage/GroupContainers.h"
 #include "platform/system/CurrentTimeZone.h"
 
@@ -62,6 +63,7 @@ std::error_code Confinement::begin(int keptDescriptor) {
         platform::AllowedFiles files = platform::systemFiles();
         platform::add(files, platform::desktopFiles());
         addToolkit(files.readable);
+        files.readable.push_back(platform::layerShellFolder());
         if (container_->file().isOpen()) // it, and not what may have taken its place
             files.writable.push_back(pathOf(container_->file().number()));
         if (const std::error_code error = platform::confineFiles(files, version))

@@ -2,6 +2,7 @@
 
 #include "panel/Sheet.h"
 #include "panel/X11Window.h"
+#include "platform/desktop/LayerShell.h"
 #include "platform/desktop/WindowSystem.h"
 
 #include <QCloseEvent>
@@ -25,9 +26,9 @@ namespace {
 constexpr int tallestPicture = 4000;
 constexpr auto resizeDuration = 200ms;
 
-// On Wayland the desktop decides where a window is placed, so there the panel is an ordinary window.
+// On Wayland the desktop decides where an ordinary window is placed, and gives it a frame.
 Qt::WindowFlags windowKind() {
-    if (platform::isOnWayland())
+    if (platform::isOnWayland() && !platform::hasLayerShell())
         return Qt::Window;
     return (platform::isOnX11() ? Qt::Tool : Qt::Window) | Qt::FramelessWindowHint;
 }
@@ -53,7 +54,10 @@ PanelWindow::PanelWindow(Backdrop backdrop, Height height, int contentWidth)
     connect(qGuiApp, &QGuiApplication::screenAdded, this, [this](const QScreen* screen) { watch(*screen); });
     connect(qGuiApp, &QGuiApplication::screenRemoved, this, [this](const QScreen* screen) {
         place_.screenGoes(*screen);
-        screensChanged();
+        if (platform::hasLayerShell() && isVisible() && windowHandle()->screen() == screen)
+            close(); // not every compositor tells a docked window that it has gone with its screen
+        else
+            screensChanged();
     });
     connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, &PanelWindow::screensChanged);
 }
@@ -164,12 +168,25 @@ void PanelWindow::setWindowHeight(int height) {
 }
 
 // Qt learns late that the focus has left a hidden window. If it is shown again before, Qt never tells that it
-// has the focus; a new window of the window system has it told.
+// has the focus; a new window of the window system has it told. When a screen has gone, Qt may have made the
+// window system's window anew, and not as one that is docked.
 void PanelWindow::dock(QScreen* screen) {
-    if (isFocused())
+    if (isFocused() || platform::hasLayerShell())
         destroy();
     place_.dock(screen);
     setContentHeight(contentHeight_);
+    if (!platform::hasLayerShell())
+        return;
+    create();
+    platform::dockInLayerShell(*windowHandle(), WindowPlace::screenMargin);
+    connect(windowHandle(), &QWindow::screenChanged, this, &PanelWindow::screenChosen);
+}
+
+// The compositor has docked the window on this screen.
+void PanelWindow::screenChosen(QScreen* screen) {
+    place_.dock(screen);
+    if (isVisible())
+        setContentHeight(contentHeight_);
 }
 
 // A change of the scale is one of the geometry, which is in points.

@@ -40,8 +40,8 @@ public:
     // Called once each time the window has been shown, when all of it is painted.
     void setPainted(std::function<void()> handler) { painted_ = std::move(handler); }
 
-    // Moves the window to the right edge of a screen, or of the one that it has. Has no effect where the
-    // desktop places windows.
+    // Moves the window, which is hidden, to the right edge of a screen, or of the one that it has. On Wayland
+    // the compositor chooses the screen, and where it does not dock windows, the place.
     void dock(QScreen* screen);
 
     // Raises the window, which is shown, and asks for the focus. On Wayland the desktop gives it for a token
@@ -78,6 +78,7 @@ private:
     void requestFocus(const QString& activationToken);
     void watch(const QScreen& screen);
     void screensChanged();
+    void screenChosen(QScreen* screen);
     void layoutScrollView();
 
     Backdrop backdrop_;

@@ -9,8 +9,6 @@ namespace panel {
 
 namespace {
 
-constexpr int screenMargin = 12;
-
 // A place in whole pixels may lie between points.
 bool isSame(QPoint one, QPoint other) {
     const QPoint apart = one - other;

@@ -15,6 +15,9 @@ namespace panel {
 // by as much. Points of the desktop.
 class WindowPlace final {
 public:
+    // Between the window and the edges of the work area, points.
+    static constexpr int screenMargin = 12;
+
     // Docks a window that is hidden, on the screen that it has if no other is given; at first that is the
     // primary one.
     void dock(QScreen* screen);

@@ -126,6 +126,17 @@ class Picture:
         start = (y * self.width + x) * 3
         return tuple(self._data[start:start + 3])
 
+    def ends_in_row(self, y, color):
+        """Where a colour is first and last in a row, or none where it is not."""
+        row = self._data[y * self.width * 3:(y + 1) * self.width * 3]
+        first = row.find(color)
+        while first % 3 and first >= 0:
+            first = row.find(color, first + 1)
+        last = row.rfind(color)
+        while last % 3 and last >= 0:
+            last = row.rfind(color, 0, last + 2)
+        return (first // 3, last // 3) if first >= 0 else None
+
 
 class Window:
     """A window as other clients see it."""

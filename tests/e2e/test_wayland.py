@@ -1,5 +1,5 @@
-"""Whole flows on Wayland: the compositor places the window and scales the screen, and the panel draws as many pixels
-as the screen has."""
+"""Whole flows on Wayland, with a panel that is docked or an ordinary window: the compositor places it and scales the
+screen, and the panel draws as many pixels as the screen has."""
 
 import signal
 import unittest
@@ -13,7 +13,7 @@ BACKGROUND = (29, 33, 38)  # the panel's
 
 
 class WaylandFlow(flows.Flow):
-    desktop_kind = wayland.WaylandDesktop
+    desktop_kind = wayland.DESKTOP
     variants = [(flows.LEFT_TO_RIGHT, 1), (flows.RIGHT_TO_LEFT, 2)]  # the others are those of X11
 
     def assert_gone(self):
@@ -162,7 +162,7 @@ class Window(WaylandFlow):
 
 
 class RightAfterAChoice(flows.Choosing):
-    desktop_kind = wayland.WaylandDesktop
+    desktop_kind = wayland.DESKTOP
 
     def test_a_signal_ends_the_panel_only_when_the_choice_is_written(self):
         self.choose()

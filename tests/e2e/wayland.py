@@ -2,17 +2,19 @@
 takes the pictures, and wayvnc makes a pointer and a keyboard of what a remote client sends.
 
     class Actions(flows.Flow):
-        desktop_kind = wayland.WaylandDesktop
+        desktop_kind = wayland.DESKTOP  # with a panel that is docked or not, as KORVEL_DOCKED says
 
 Places and sizes are in pixels of the screen, as they are on X11, so a flow is the same at every scale.
 """
 
+import contextlib
 import json
 import os
 import socket
 import subprocess
 
 import harness
+import wayland_client
 
 OUTPUT = "HEADLESS-1"
 # A window is never larger than it asks to be, and has no frame.
@@ -36,7 +38,7 @@ class Hand:
         self._place, self._buttons = (0, 0), 0
         self._socket = socket.socket(socket.AF_UNIX)
         self._socket.settimeout(harness.DEADLINE)
-        self._socket.connect(str(path))
+        harness.wait_for(lambda: self._socket.connect_ex(str(path)) == 0, "a remote hand")
         self._socket.sendall(self._read(12))  # the version
         if 1 not in self._read(self._number(1)):
             raise AssertionError("wayvnc wants a password")
@@ -140,6 +142,40 @@ class WaylandWindow(harness.Window):
         self.desktop.tell(f"[con_id={self.ident}] kill")
 
 
+class DockedWindow(WaylandWindow):
+    """The panel where the compositor docks it. sway tells nothing of such windows, so that it is found by its colour in
+    pictures of the screen; the hairline around that colour belongs to it."""
+
+    COLOR = bytes((29, 33, 38))
+
+    def __init__(self, desktop):
+        super().__init__(desktop, None)
+
+    def shown(self):
+        return self.geometry() is not None
+
+    def geometry(self):
+        picture, scale = self.desktop.whole_picture(), self.desktop.scale
+        rows = [(y, *ends) for y in range(picture.height) if (ends := picture.ends_in_row(y, self.COLOR))]
+        if not rows:
+            return None
+        left, right = min(row[1] for row in rows) - scale, max(row[2] for row in rows) + scale
+        top, bottom = rows[0][0] - scale, rows[-1][0] + scale
+        return harness.Geometry(left, top, right + 1 - left, bottom + 1 - top)
+
+    def picture(self, around=0):
+        here, scale = self.geometry(), self.desktop.scale
+        return self.desktop.picture(here.x // scale - around, here.y // scale - around,
+                                    here.width // scale + 2 * around, here.height // scale + 2 * around)
+
+    def press(self, key):
+        """The compositor gives it the keyboard; nobody else can."""
+        self.desktop.hand.press(key)
+
+    def move_to(self, x, y):
+        """It is in sight, and stays where it is."""
+
+
 class WaylandProgram(harness.Program):
     """A program whose windows are all that came since it was started, those of its child processes too."""
 
@@ -159,10 +195,19 @@ class WaylandProgram(harness.Program):
         return window
 
 
+class DockedProgram(WaylandProgram):
+    """One with a panel that is docked."""
+
+    def windows(self):
+        docked = DockedWindow(self.desktop)
+        return super().windows() + [docked] * docked.shown()
+
+
 class WaylandDesktop(harness.Desktop):
-    """The compositor and what belongs to it."""
+    """The compositor and what belongs to it. Windows are ordinary ones."""
 
     places_windows = False
+    program_kind = WaylandProgram
     hand = None
     scale = 1
 
@@ -175,31 +220,38 @@ class WaylandDesktop(harness.Desktop):
     def _start_screen(self, width, height):
         folder = self.folder / "compositor"
         folder.mkdir(mode=0o700)
-        config, log = folder / "config", folder / "log"
-        config.write_text(CONFIG.format(output=OUTPUT, width=width, height=height))
-        self.env["SWAYSOCK"] = str(folder / "ipc")
+        log = folder / "log"
         settings = {"XDG_RUNTIME_DIR": str(folder), "WLR_BACKENDS": "headless", "WLR_RENDERER": "pixman",
                     "WLR_LIBINPUT_NO_DEVICES": "1"}
         with log.open("wb") as err:
-            self._screen = self.start((*(AS_NOBODY if os.getuid() == 0 else ()), "sway", "--config", config), settings,
-                                      stderr=err)
+            self._screen = self.start(self._compositor(folder, width, height), settings, stderr=err)
 
-        def answers():
+        def display():
             if not self.has_screen():
-                raise AssertionError(f"sway does not start: {log.read_text(errors='replace')}")
-            return harness._output(("swaymsg", "-t", "get_version"), self.env)
-        harness.wait_for(answers, "a compositor")
-        self.env["WAYLAND_DISPLAY"] = str(next(path for path in folder.glob("wayland-*") if path.is_socket()))
-        self.background = self.picture(0, 0, 1, 1)[0, 0]
+                raise AssertionError(f"the compositor does not start: {log.read_text(errors='replace')}")
+            return self._answers() and next((path for path in folder.glob("wayland-*") if path.is_socket()), None)
+        self.env["WAYLAND_DISPLAY"] = str(harness.wait_for(display, "a compositor"))
+
+    def _compositor(self, folder, width, height):
+        """The command that starts it."""
+        config = folder / "config"
+        config.write_text(CONFIG.format(output=OUTPUT, width=width, height=height))
+        self.env["SWAYSOCK"] = str(folder / "ipc")
+        return *(AS_NOBODY if os.getuid() == 0 else ()), "sway", "--config", config
+
+    def _answers(self):
+        return harness._output(("swaymsg", "-t", "get_version"), self.env)
 
     def _start_window_manager(self):
         # The compositor is one. What is missing is the hand, and its devices are to be there before any window is.
+        self.background = harness.wait_for(lambda: self._taken(0, 0, 1, 1), "a screen")[0, 0]
         path = self.folder / "hand"
         self.start(("wayvnc", "--unix-socket", path))
-        harness.wait_for(path.is_socket, "a remote hand's socket")
         self.hand = Hand(path)
-        harness.wait_for(lambda: {"pointer", "keyboard"} <= {device["type"] for device in self._asked("get_inputs")},
-                         "a pointer and a keyboard")
+        harness.wait_for(self._has_devices, "a pointer and a keyboard")
+
+    def _has_devices(self):
+        return {"pointer", "keyboard"} <= {device["type"] for device in self._asked("get_inputs")}
 
     def _asked(self, what):
         answer = harness._output(("swaymsg", "--raw", "-t", what), self.env)
@@ -228,13 +280,22 @@ class WaylandDesktop(harness.Desktop):
         return {}
 
     def run(self, command, env=None):
-        return WaylandProgram(self, command, env)
+        return self.program_kind(self, command, env)
+
+    def whole_picture(self):
+        return self.picture(0, 0, self.size[0] // self.scale, self.size[1] // self.scale)
 
     def picture(self, x, y, width, height):
         """What a part of the screen shows; the part is given in points."""
+        picture = self._taken(x, y, width, height)
+        if picture is None:
+            raise AssertionError("grim takes no picture")
+        return picture
+
+    def _taken(self, x, y, width, height):
         data = harness._output(("grim", "-t", "ppm", "-g", f"{x},{y} {width}x{height}", "-"), self.env)
         if data is None:
-            raise AssertionError("grim takes no picture")
+            return None
         kind, size, _, pixels = data.split(b"\n", 3)
         assert kind == b"P6"
         return harness.Picture(*map(int, size.split()), pixels)
@@ -246,3 +307,52 @@ class WaylandDesktop(harness.Desktop):
         if self.hand:
             self.hand.close()
         super().end()
+
+
+class DockingDesktop(WaylandDesktop):
+    """The same where the panel is docked. One program at a time has it."""
+
+    places_windows = True
+    program_kind = DockedProgram
+
+
+class LabwcDesktop(DockingDesktop):
+    """labwc is the compositor, which gives docked windows the keyboard as it does others. It tells nothing of windows."""
+
+    def _compositor(self, folder, width, height):
+        self.size = 1280, 720
+        return "labwc", "--config-dir", folder
+
+    def _answers(self):
+        return True
+
+    def _has_devices(self):
+        with contextlib.closing(wayland_client.Client(self.env["WAYLAND_DISPLAY"])) as client:
+            return client.has_devices()
+
+    def window_nodes(self):
+        return []
+
+
+class WestonDesktop(WaylandDesktop):
+    """weston is the compositor, which docks nothing. It shows nobody its screen and has no hand, so that a test has to
+    look at what is said to it."""
+
+    def _compositor(self, folder, width, height):
+        return "weston", "--backend=headless", "--socket=wayland-weston", f"--width={width}", f"--height={height}"
+
+    def _answers(self):
+        return True
+
+    def _start_window_manager(self):
+        """Nothing is missing."""
+
+    def window_nodes(self):
+        return []
+
+    def save_picture(self, path):
+        """There is none."""
+
+
+# What the tests are to run on: they inherit the user's choice.
+DESKTOP = DockingDesktop if os.environ.get("KORVEL_DOCKED") == "yes" else WaylandDesktop

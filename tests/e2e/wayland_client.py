@@ -28,10 +28,11 @@ REQUESTS = {
     "xdg_activation_token_v1": {"set_serial": 0, "set_surface": 2, "commit": 3},
 }
 # The events that matter here, by interface and number.
-ERROR, SYNCED, GLOBAL = ("wl_display", 0), ("wl_callback", 0), ("wl_registry", 0)
+ERROR, SYNCED, GLOBAL, DEVICES = ("wl_display", 0), ("wl_callback", 0), ("wl_registry", 0), ("wl_seat", 0)
 PING, CONFIGURE, TOKEN = ("xdg_wm_base", 0), ("xdg_surface", 0), ("xdg_activation_token_v1", 0)
 LEAVE, KEY = ("wl_keyboard", 2), ("wl_keyboard", 3)
 XRGB8888 = 1
+POINTER, KEYBOARD = 1, 2  # among the devices of a seat
 
 
 def _text(data):
@@ -55,13 +56,15 @@ class Client:
         self._globals, self._unread = {}, b""
         self._is_configured = self._is_synced = False
         self._key = self._token = None
-        self._losses = 0
+        self._losses = self._devices = 0
         self._socket = socket.socket(socket.AF_UNIX)
         self._socket.connect(str(path))
         self._socket.setblocking(False)
         self._registry = self._make(1, "get_registry", "wl_registry")
         self._seat = self._bind("wl_seat")
-        self._make(self._seat, "get_keyboard", "wl_keyboard")
+        self._synchronize()
+        if self._devices & KEYBOARD:
+            self._make(self._seat, "get_keyboard", "wl_keyboard")
 
     def close(self):
         self._socket.close()
@@ -121,6 +124,8 @@ class Client:
             self._send(target, "ack_configure", *struct.unpack("=I", body))
         elif event == KEY:
             self._key, = struct.unpack_from("=I", body)
+        elif event == DEVICES:
+            self._devices, = struct.unpack("=I", body)
         elif event == LEAVE:
             self._losses += 1
         elif event == TOKEN:
@@ -157,7 +162,16 @@ class Client:
 
     def focus_losses(self):
         """How often the keyboard has left the window."""
+        self._synchronize()
+        return self._losses
+
+    def has_devices(self):
+        """Whether there are a pointer and a keyboard."""
+        self._synchronize()
+        return self._devices & (POINTER | KEYBOARD) == POINTER | KEYBOARD
+
+    def _synchronize(self):
+        """Returns when all that the compositor had to tell has been read."""
         self._is_synced = False
         self._make(1, "sync", "wl_callback")
         self._wait(lambda: self._is_synced, "an answer of the compositor")
-        return self._losses

@@ -14,7 +14,7 @@ ROOMS = {room: (set(rooms.split()), {"std", *foreign.split()}) for room, rooms, 
     ("platform/storage", "platform/plist platform/system", "posix QtCore"),
     ("platform/confinement", "platform/storage platform/system", "posix seccomp"),
     ("platform/images", "", "posix QtCore QtGui QtSvg"),
-    ("platform/desktop", "", "QtCore QtGui"),
+    ("platform/desktop", "", "wayland QtCore QtGui"),
     ("platform/views", "platform/system platform/images", _WIDGETS),
     ("platform/extension", "platform/system platform/views", _WIDGETS),
     ("model", "platform/system", "QtCore"),
@@ -60,10 +60,13 @@ def qt_modules(folder):
 
 
 def library_of(header, qt):
-    """The library that a foreign header belongs to: std, icu, xcb, seccomp, zlib, sqlite, nlohmann, a Qt module or posix."""
+    """The library that a foreign header belongs to: std, icu, xcb, seccomp, zlib, sqlite, nlohmann, wayland, a Qt
+    module or posix."""
     folder, slash, _ = header.partition("/")
     if slash and (folder in ("unicode", "xcb", "nlohmann") or folder.startswith("Qt")):
         return "icu" if folder == "unicode" else folder
+    if folder == "LayerShellQt" or header == "wayland-client.h":
+        return "wayland"
     if header in ("seccomp.h", "zlib.h", "sqlite3.h"):
         return header.removesuffix(".h").rstrip("3")
     return qt.get(header) or ("posix" if slash or "." in header else "std")

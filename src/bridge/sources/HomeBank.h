@@ -1,0 +1,13 @@
+#pragma once
+
+#include "bridge/sources/Reading.h"
+
+#include <string_view>
+
+namespace bridge {
+
+// The scheduled plans of a HomeBank file (.xhb), in the order of the file. Templates that are not scheduled
+// are no plans. Due today counts as late there, and of the late ones it counts eleven at most.
+[[nodiscard]] Reading readHomeBank(std::string_view bytes, const Period& period);
+
+} // namespace bridge

@@ -7,8 +7,7 @@ namespace bridge {
 namespace {
 
 bool isPgp(std::string_view bytes) {
-    return bytes.starts_with("-----BEGIN PGP") || bytes.starts_with("\x85\x01") ||
-           bytes.starts_with("\x85\x02");
+    return bytes.starts_with("-----BEGIN") || bytes.starts_with("\x85\x01") || bytes.starts_with("\x85\x02");
 }
 
 // Why bytes cannot be XML, or nothing.

@@ -1,0 +1,116 @@
+#include "bridge/sources/KMyMoneySteps.h"
+
+#include <algorithm>
+
+namespace bridge {
+
+namespace {
+
+// Eleven years of days, so that a date of long ago does not keep the reader busy.
+constexpr int mostSteps = 4000;
+
+// More than a year of days. An older schedule is one that nobody looks after, and every occurrence is a
+// record.
+constexpr int mostOverdue = 400;
+
+// The 1st and the 16th, or the 15th and the month's last day. On the 29th and later, and in February, days
+// move for good, on purpose: so they do in the program.
+Day halfMonthLater(Day day) {
+    using std::chrono::days;
+    const unsigned number = dayOfMonth(day);
+    const Day end = lastDayOfMonth(day);
+    if (number == 15 || (number == 14 && day + days(15) > end))
+        return end;
+    if (number <= 14)
+        return day + days(15);
+    const unsigned next = day == end ? 15 : number - 15;
+    return withDayOfMonth(end + days(1), next);
+}
+
+std::optional<Day> halfMonthsLater(Day day, std::int64_t count) {
+    // Forty years are beyond every period; to walk through more of them would take long.
+    if (count > 1000)
+        return std::nullopt;
+    for (std::int64_t step = 0; step < count; ++step)
+        day = halfMonthLater(day);
+    return plusDays(day, 0);
+}
+
+// The start's day of the month, where the month has it.
+std::optional<Day> cameBack(std::optional<Day> day, std::optional<Day> start) {
+    if (!day || !start || dayOfMonth(*start) > dayOfMonth(lastDayOfMonth(*day)))
+        return day;
+    return withDayOfMonth(*day, dayOfMonth(*start));
+}
+
+std::optional<Day> stepped(const KMyMoneySchedule& schedule, Day day) {
+    // No larger count stays within the calendar; a larger one might overflow.
+    const std::int64_t every = std::clamp<std::int64_t>(schedule.every, 1, 4'000'000);
+    switch (schedule.unit) {
+    case KMyMoneyUnit::Once:
+        return std::nullopt;
+    case KMyMoneyUnit::Day:
+        return plusDays(day, every);
+    case KMyMoneyUnit::Week:
+        return plusDays(day, 7 * every);
+    case KMyMoneyUnit::HalfMonth:
+        return halfMonthsLater(day, every);
+    case KMyMoneyUnit::Month:
+        return cameBack(plusMonths(day, every), schedule.start);
+    case KMyMoneyUnit::Year:
+        return cameBack(plusMonths(day, 12 * every), schedule.start);
+    }
+    return std::nullopt;
+}
+
+Day nominalOf(const KMyMoneySchedule& schedule, Day day) {
+    return schedule.isLastDayOfMonth ? lastDayOfMonth(day) : day;
+}
+
+bool isPaidAhead(const KMyMoneySchedule& schedule, Day nominal) {
+    return std::ranges::find(schedule.paidAhead, nominal) != schedule.paidAhead.end();
+}
+
+} // namespace
+
+bool isFinished(const KMyMoneySchedule& schedule) {
+    if (!schedule.next)
+        return true;
+    if (!schedule.lastPayment)
+        return false;
+    const bool isPast = schedule.end && (*schedule.lastPayment >= *schedule.end ||
+                                         nominalOf(schedule, *schedule.next) > *schedule.end);
+    return isPast || schedule.unit == KMyMoneyUnit::Once;
+}
+
+std::optional<Day> following(const KMyMoneySchedule& schedule, Day nominal) {
+    const std::optional<Day> day = stepped(schedule, nominal);
+    if (!day)
+        return std::nullopt;
+    const Day next = nominalOf(schedule, *day);
+    // The end is moved over a weekend as the days are.
+    const bool isPast = schedule.end && movedOffWeekend(next, schedule.weekendMove) >
+                                            movedOffWeekend(*schedule.end, schedule.weekendMove);
+    return isPast || next <= nominal ? std::nullopt : std::optional(next);
+}
+
+std::vector<Occurrence> occurrencesOf(const KMyMoneySchedule& schedule, const Period& period) {
+    std::vector<Occurrence> occurrences;
+    if (isFinished(schedule))
+        return occurrences;
+    int overdue = 0;
+    std::optional<Day> nominal = nominalOf(schedule, *schedule.next);
+    for (int step = 0; nominal && step < mostSteps; ++step) {
+        const Day day = movedOffWeekend(*nominal, schedule.weekendMove);
+        if (day > period.last)
+            break;
+        const bool isWanted =
+            day < period.today ? overdue++ < mostOverdue : step == 0 || !isPaidAhead(schedule, *nominal);
+        if (isWanted)
+            occurrences.push_back({day, *nominal});
+        nominal = following(schedule, *nominal);
+    }
+    return occurrences;
+}
+
+} // namespace bridge

@@ -40,8 +40,11 @@ constexpr std::pair<const char*, std::string_view> commandOptions[] = {
     {"--quit", center::quitCommand},
 };
 
-UsageError error(const char* message, const std::string& what) {
-    return {QString::fromLatin1(message).arg(QString::fromStdString(what))};
+// About an option that the line has. What is told of it takes the place of "%1" in the message.
+UsageError error(const platform::CommandLine& line, std::string_view option, const char* message,
+                 const std::string& what) {
+    return {QString::fromLatin1(message).arg(QString::fromStdString(what)),
+            line.optionPlaces.find(option)->second};
 }
 
 std::optional<UsageError> readSnapshot(const platform::CommandLine& line, panel::Snapshot& snapshot) {
@@ -50,13 +53,13 @@ std::optional<UsageError> readSnapshot(const platform::CommandLine& line, panel:
     if (const auto text = line.value("--scale")) {
         const auto scale = platform::numberFromText<double>(*text);
         if (!scale || !(*scale >= smallestScale && *scale <= largestScale))
-            return error("--scale takes a number from 0.5 to 8, not %1", *text);
+            return error(line, "--scale", "--scale takes a number from 0.5 to 8, not %1", *text);
         snapshot.scale = *scale;
     }
     if (const auto text = line.value("--width")) {
         const auto width = platform::numberFromText<int>(*text);
         if (!width || *width < narrowest || *width > widest)
-            return error("--width takes a whole number from 200 to 4000, not %1", *text);
+            return error(line, "--width", "--width takes a whole number from 200 to 4000, not %1", *text);
         snapshot.width = *width;
     }
     return std::nullopt;
@@ -67,13 +70,13 @@ std::optional<UsageError> readSnapshot(const platform::CommandLine& line, panel:
 std::variant<Options, UsageError> parseOptions(const std::vector<std::string>& arguments) {
     const auto parsed = platform::parseCommandLine(knownOptions, platform::Operands::None, arguments);
     if (const auto* fault = std::get_if<platform::CommandLineError>(&parsed))
-        return UsageError{QString::fromStdString(fault->message)};
+        return UsageError{QString::fromStdString(fault->message), fault->place};
     const auto& line = std::get<platform::CommandLine>(parsed);
     Options options;
     options.showsHelp = line.has("--help");
     options.isJson = line.has("--json");
     if (options.isJson && !options.showsHelp)
-        return UsageError{QStringLiteral("--json goes with --help")};
+        return error(line, "--json", "%1 goes with --help", "--json");
     options.showsVersion = line.has("--version");
     options.containers = line.value("--containers").value_or("");
     const char* asked = nullptr;
@@ -81,14 +84,13 @@ std::variant<Options, UsageError> parseOptions(const std::vector<std::string>& a
         if (!line.has(option))
             continue;
         if (asked)
-            return UsageError{QStringLiteral("%1 and %2 do not go together")
-                                  .arg(QLatin1String(asked), QLatin1String(option))};
+            return error(line, option, "%1 do not go together", std::string(asked) + " and " + option);
         asked = option;
         options.command = command;
     }
     if (line.has("--snapshot")) {
         if (asked)
-            return error("%1 does not go with --snapshot", asked);
+            return error(line, asked, "%1 does not go with --snapshot", asked);
         panel::Snapshot snapshot;
         if (const auto fault = readSnapshot(line, snapshot))
             return *fault;
@@ -97,7 +99,7 @@ std::variant<Options, UsageError> parseOptions(const std::vector<std::string>& a
     }
     for (const char* name : {"--scale", "--locale", "--width"})
         if (line.has(name))
-            return error("%1 goes with --snapshot", name);
+            return error(line, name, "%1 goes with --snapshot", name);
     return options;
 }
 

@@ -5,6 +5,7 @@
 
 #include <QString>
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <variant>
@@ -24,6 +25,7 @@ struct Options {
 
 struct UsageError {
     QString message;
+    std::size_t place; // the number of the argument at fault, from 1
 };
 
 // The arguments without the program's name. "--name value" and "--name=value" are the same.

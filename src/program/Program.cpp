@@ -109,7 +109,7 @@ int run(int argc, char** argv) {
     }
     const auto parsed = parseOptions({argv + 1, argv + argc});
     if (const auto* fault = std::get_if<UsageError>(&parsed))
-        return usageError(fault->message);
+        return usageError(QStringLiteral("argument %1: %2").arg(fault->place).arg(fault->message));
     auto options = std::get<Options>(parsed);
     if (!options.containers.empty())
         options.containers = std::filesystem::absolute(options.containers).string();

@@ -102,6 +102,17 @@ TEST_P(Misuses, areSaidInASentence) {
     EXPECT_EQ(std::get<UsageError>(result).message.toStdString(), GetParam().message);
 }
 
+TEST(Options, tellWhichArgumentIsAtFault) {
+    const auto placeOf = [](const std::vector<std::string>& arguments) {
+        return std::get<UsageError>(parseOptions(arguments)).place;
+    };
+    EXPECT_EQ(placeOf({"--containers", "a", "file"}), 3U);
+    EXPECT_EQ(placeOf({"--containers", "a", "--scale", "2"}), 3U);
+    EXPECT_EQ(placeOf({"--snapshot", "x", "--width=10"}), 3U);
+    EXPECT_EQ(placeOf({"--show", "--containers", "a", "--hide"}), 4U);
+    EXPECT_EQ(placeOf({"--quit", "--snapshot", "x"}), 1U);
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Options, Misuses,
     testing::Values(

@@ -7,6 +7,7 @@
 #include <QJsonObject>
 
 #include <algorithm>
+#include <iterator>
 #include <ostream>
 
 namespace ctl {

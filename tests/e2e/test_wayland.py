@@ -102,15 +102,15 @@ class Window(WaylandFlow):
     def test_window_follows_the_sheet_and_stays_where_the_compositor_put_it(self, variant):
         panel = self.open([overdue(1), overdue(2)], variant)
         panel.wait_for_rows(2)
-        before = panel.window.geometry()
         self.wait_until_drawn_in_full()
+        before = panel.window.geometry()
         self.open_sheet("Later", 0, shown=2, choices=3)
+        self.wait_until_drawn_in_full()
         with_sheet = panel.window.geometry()
         self.assertEqual((with_sheet.x, with_sheet.y, with_sheet.width), (before.x, before.y, before.width))
-        self.wait_until_drawn_in_full()
         panel.cancel(3)
         panel.wait_for_rows(2)
-        self.assertEqual(panel.window.geometry(), before)
+        harness.wait_for(lambda: panel.window.geometry() == before, "the window where it was")
         panel.window.move_pointer(-40, 40)  # it was where the window has been
         self.wait_until_drawn_in_full()
         self.close()

@@ -255,6 +255,21 @@ TEST(HomeBank, readsNothingOfAFileThatIsCutOff) {
               "is cut off at line 55");
 }
 
+TEST(HomeBank, countsTodayAmongTheElevenThatAreLate) {
+    const std::string daily =
+        replaced(rent, "nextdate=\"739941\" every=\"1\" unit=\"2\"", "nextdate=\"739930\" every=\"1\"");
+    const Plan plan = readHomeBank(fileWith(daily), month).plans.at(0);
+    ASSERT_EQ(lateOf(plan), 11);
+    EXPECT_EQ(daysOf(plan)[10], "2026-11-20");
+    EXPECT_EQ(daysOf(plan)[11], "2026-11-22");
+}
+
+TEST(HomeBank, knowsALimitByItsFlagOnly) {
+    EXPECT_FALSE(readHomeBank(fileWith(rent + " limit=\"1\""), month).plans.at(0).isSingle);
+    const std::string flagged = replaced(rent, "flags=\"4\"", "flags=\"132\"");
+    EXPECT_TRUE(readHomeBank(fileWith(flagged + " limit=\"1\""), month).plans.at(0).isSingle);
+}
+
 TEST(HomeBank, isNotKeptBusyByAPlan) {
     const auto daysWith = [](const std::string& rule) {
         return daysOf(

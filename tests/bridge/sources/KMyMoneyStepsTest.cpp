@@ -112,6 +112,9 @@ TEST(KMyMoneySteps, finish) {
     EXPECT_EQ(daysOf(monthly), Days{"2026-11-15"});
     monthly.end = dayOfText("2026-11-14");
     EXPECT_TRUE(isFinished(monthly)) << "due after the end";
+    KMyMoneySchedule paid = scheduleOf("2026-11-10", Month);
+    paid.lastPayment = paid.end = dayOfText("2026-11-14");
+    EXPECT_TRUE(isFinished(paid)) << "paid at the end, whatever is next";
     EXPECT_EQ(daysOf(monthly), Days{});
     monthly.lastPayment.reset();
     EXPECT_FALSE(isFinished(monthly));

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string_view>
+
+// As Targets.h, for the readers of finance programs' files: nothing is half read, days are in order and
+// within the period, and a longer period only adds to them.
+namespace fuzz {
+
+void readHomeBank(std::string_view bytes);
+void readKMyMoney(std::string_view bytes);
+
+} // namespace fuzz

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <stdexcept>
 
 using namespace bridge;
 using namespace bridge_test;

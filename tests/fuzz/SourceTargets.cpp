@@ -1,11 +1,14 @@
 #include "fuzz/SourceTargets.h"
 
+#include "bridge/sources/GnuCash.h"
+#include "bridge/sources/Hledger.h"
 #include "bridge/sources/HomeBank.h"
 #include "bridge/sources/KMyMoney.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <set>
+#include <string>
 
 namespace fuzz {
 
@@ -38,11 +41,12 @@ void requireStart(const Plan& plan, const Plan& longer) {
                                longer.occurrences.begin() + static_cast<long>(plan.occurrences.size())));
 }
 
-void requireSound(std::string_view bytes, Reading (*read)(std::string_view, const Period&)) {
+template <class Read>
+void requireSound(const Read& read) {
     const Day today = *dayOfText("2026-11-21");
     const Period period{today, today + std::chrono::days(31)};
-    const Reading reading = read(bytes, period);
-    const Reading longer = read(bytes, {today, today + std::chrono::days(62)});
+    const Reading reading = read(period);
+    const Reading longer = read(Period{today, today + std::chrono::days(62)});
     require(reading.fault == longer.fault && reading.warnings == longer.warnings);
     require(reading.isSound() || (reading.plans.empty() && reading.warnings.empty()));
     require(reading.plans.size() == longer.plans.size());
@@ -56,12 +60,23 @@ void requireSound(std::string_view bytes, Reading (*read)(std::string_view, cons
 
 } // namespace
 
+void readGnuCash(std::string_view bytes) {
+    requireSound([&](const Period& period) { return bridge::readGnuCash(bytes, period); });
+}
+
+void readHledger(std::string_view bytes) {
+    const std::size_t at = std::min(bytes.find('['), bytes.size());
+    const HledgerAnswer answer{std::string(bytes.substr(at)), std::string(bytes.substr(0, at))};
+    const Day first = *dayOfText("2026-09-01");
+    requireSound([&](const Period& period) { return bridge::readHledger(answer, first, period); });
+}
+
 void readHomeBank(std::string_view bytes) {
-    requireSound(bytes, bridge::readHomeBank);
+    requireSound([&](const Period& period) { return bridge::readHomeBank(bytes, period); });
 }
 
 void readKMyMoney(std::string_view bytes) {
-    requireSound(bytes, bridge::readKMyMoney);
+    requireSound([&](const Period& period) { return bridge::readKMyMoney(bytes, period); });
 }
 
 } // namespace fuzz

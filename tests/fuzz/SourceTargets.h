@@ -6,6 +6,10 @@
 // within the period, and a longer period only adds to them.
 namespace fuzz {
 
+// A file of GnuCash, packed or not.
+void readGnuCash(std::string_view bytes);
+// What hledger prints: its accounts, and from the first bracket on its transactions.
+void readHledger(std::string_view bytes);
 void readHomeBank(std::string_view bytes);
 void readKMyMoney(std::string_view bytes);
 

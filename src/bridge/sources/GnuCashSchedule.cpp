@@ -111,13 +111,16 @@ GnuCashOccurrences occurrencesOf(const GnuCashSchedule& schedule, Day last, std:
             result.isComplete = false;
     };
     GnuCashState state = schedule.state;
-    for (const GnuCashState& before : schedule.postponed)
-        if (const auto next = nextAfter(schedule, referenceOf(schedule, before))) {
-            add(*next);
-            state.last = next->day;
-            if (schedule.state.remaining && before.remaining.value_or(0) > 0)
-                state.remaining = oneLess(before.remaining);
-        }
+    std::optional<Day> latest;
+    for (const GnuCashState& before : schedule.postponed) {
+        const auto next = nextAfter(schedule, referenceOf(schedule, before));
+        if (!next || next->day <= latest)
+            continue;
+        add(*next);
+        latest = state.last = next->day;
+        if (schedule.state.remaining && before.remaining.value_or(0) > 0)
+            state.remaining = oneLess(before.remaining);
+    }
     Day reference = referenceOf(schedule, state);
     // The second one tells whether the first is single, even if it is after the last day.
     for (bool goesOn = true; goesOn && result.isComplete;) {

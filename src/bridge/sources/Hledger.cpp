@@ -48,7 +48,7 @@ std::string payeeOf(const std::string& description) {
 
 // A rule, and the transactions that hledger made of it.
 struct Rule {
-    std::vector<const HledgerTransaction*> transactions; // by date
+    std::vector<const HledgerTransaction*> transactions;
     int twin = 0; // counts the rules of the file before it that have equal expressions, descriptions and tags
 
     [[nodiscard]] const HledgerTransaction& first() const { return *transactions.front(); }
@@ -109,7 +109,7 @@ private:
         plan.key = uniqueKey(rule);
         plan.name = transaction.description;
         plan.payee = payeeOf(transaction.description);
-        plan.isSingle = isSingle(transaction.rule);
+        plan.isSingle = isSingle(transaction.rule) && rule.transactions.size() == 1;
         MoneyFlow flow = flowOf(movementsOf(transaction));
         plan.direction = flow.direction;
         plan.account = std::move(flow.account);
@@ -118,6 +118,8 @@ private:
         for (const HledgerTransaction* one : rule.transactions)
             if (one->day >= first_ && one->day <= last_ && !paid_.contains({plan.key, one->day}))
                 plan.occurrences.push_back({one->day, one->day});
+        std::sort(plan.occurrences.begin(), plan.occurrences.end(),
+                  [](const Occurrence& a, const Occurrence& b) { return a.day < b.day; });
         reading_.plans.push_back(std::move(plan));
     }
 

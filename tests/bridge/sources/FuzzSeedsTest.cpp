@@ -1,3 +1,4 @@
+#include "bridge/sources/Gzip.h"
 #include "fuzz/SourceTargets.h"
 
 #include <gtest/gtest.h>
@@ -12,20 +13,26 @@
 // each changed.
 namespace {
 
+void replayBytes(std::string bytes, void (*target)(std::string_view)) {
+    target(bytes);
+    for (std::size_t at = 0; at < bytes.size(); at += 211) {
+        target(std::string_view(bytes).substr(0, at));
+        const char kept = std::exchange(bytes[at], '9');
+        target(bytes);
+        bytes[at] = kept;
+    }
+}
+
 int replay(const char* folder, void (*target)(std::string_view)) {
     int count = 0;
     const std::filesystem::path path = std::filesystem::path(KORVEL_TEST_DATA) / "bridge" / folder;
     for (const auto& entry : std::filesystem::directory_iterator(path)) {
         std::ifstream file(entry.path(), std::ios::binary);
-        std::string bytes(std::istreambuf_iterator<char>(file), {});
+        const std::string bytes(std::istreambuf_iterator<char>(file), {});
         SCOPED_TRACE(entry.path());
-        target(bytes);
-        for (std::size_t at = 0; at < bytes.size(); at += 211) {
-            target(std::string_view(bytes).substr(0, at));
-            const char kept = std::exchange(bytes[at], '9');
-            target(bytes);
-            bytes[at] = kept;
-        }
+        replayBytes(bytes, target);
+        if (bridge::isPacked(bytes))
+            replayBytes(bridge::unpack(bytes).bytes, target);
         ++count;
     }
     return count;
@@ -33,6 +40,12 @@ int replay(const char* folder, void (*target)(std::string_view)) {
 
 } // namespace
 
+TEST(SourceFuzzSeeds, holdForGnuCash) {
+    EXPECT_GE(replay("gnucash", fuzz::readGnuCash), 3);
+}
+TEST(SourceFuzzSeeds, holdForHledger) {
+    EXPECT_GE(replay("hledger", fuzz::readHledger), 3);
+}
 TEST(SourceFuzzSeeds, holdForHomeBank) {
     EXPECT_GE(replay("homebank", fuzz::readHomeBank), 4);
 }

@@ -150,6 +150,8 @@ TEST(GnuCashSchedule, startsAgainBehindThePostponedOnes) {
     schedule.state.last = dayOf("2026-10-05");
     schedule.postponed = {{dayOf("2026-08-05"), 0}};
     EXPECT_EQ(firstOf(schedule, 3), "2026-09-05 2026-10-05 2026-11-05");
+    schedule.postponed.push_back({dayOf("2026-08-06"), 0}); // the same one, noted twice
+    EXPECT_EQ(firstOf(schedule, 3), "2026-09-05 2026-10-05 2026-11-05");
     schedule.postponed.push_back({dayOf("2026-10-05"), 0});
     EXPECT_EQ(firstOf(schedule, 3), "2026-09-05 2026-11-05 2026-12-05");
 }

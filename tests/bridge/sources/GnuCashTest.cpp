@@ -1,8 +1,8 @@
 #include "bridge/sources/GnuCash.h"
 
-#include "bridge/sources/DueTable.h"
 #include "bridge/sources/Gzip.h"
 #include "bridge/sources/Packed.h"
+#include "bridge/sources/Table.h"
 
 #include <gmock/gmock.h>
 
@@ -47,7 +47,7 @@ std::vector<std::string> daysOf(const Plan& plan) {
 }
 
 const std::string& book() {
-    static const std::string bytes = bridge::unpack(bridge_test::contentOf("gnucash/plans.gnucash")).bytes;
+    static const std::string bytes = bridge::unpack(bridge_test::dataFile("gnucash/plans.gnucash")).bytes;
     return bytes;
 }
 
@@ -65,12 +65,12 @@ Reading readingOf(const std::string& bytes) {
 } // namespace
 
 TEST(GnuCash, showsWhatTheProgramIsAboutToCreate) {
-    const std::string packed = bridge_test::contentOf("gnucash/plans.gnucash");
+    const std::string packed = bridge_test::dataFile("gnucash/plans.gnucash");
     const Reading due = bridge::readGnuCash(packed, {today, today});
     const Reading later = bridge::readGnuCash(packed, {today, Day(2027y / 12 / 31)});
     EXPECT_EQ(due.fault, "");
     EXPECT_THAT(due.warnings, IsEmpty());
-    const auto rows = bridge_test::rowsOf("gnucash/due.tsv");
+    const auto rows = bridge_test::tableOf("gnucash/due.tsv");
     ASSERT_EQ(rows.size(), 35U);
     EXPECT_EQ(due.plans.size(), 34U);
     for (const auto& row : rows) {
@@ -109,7 +109,7 @@ TEST(GnuCash, readsWhatThePlansSay) {
     ASSERT_EQ(reading.fault, "");
     constexpr const char* directions[] = {"expense", "income", "transfer"};
     std::size_t compared = 0;
-    for (const auto& row : bridge_test::rowsOf("gnucash/due.tsv")) {
+    for (const auto& row : bridge_test::tableOf("gnucash/due.tsv")) {
         const Plan* const plan = planOf(reading, row.at("name"));
         if (!plan)
             continue;
@@ -146,7 +146,7 @@ TEST(GnuCash, tellsSinglePlans) {
 
 TEST(GnuCash, showsNothingAsDueThatTheProgramHasCreated) {
     const Reading reading =
-        bridge::readGnuCash(bridge_test::contentOf("gnucash/entered.gnucash"), {today, today});
+        bridge::readGnuCash(bridge_test::dataFile("gnucash/entered.gnucash"), {today, today});
     ASSERT_EQ(reading.fault, "");
     EXPECT_EQ(reading.plans.size(), 33U) << "\"Variable\" and \"Disabled\" are disabled there";
     // What is behind a postponed occurrence is offered again even there.
@@ -156,7 +156,7 @@ TEST(GnuCash, showsNothingAsDueThatTheProgramHasCreated) {
 
 TEST(GnuCash, readsPackedAndPlainFilesAlike) {
     const Reading plain = readingOf(book());
-    const Reading packed = readingOf(bridge_test::contentOf("gnucash/plans.gnucash"));
+    const Reading packed = readingOf(bridge_test::dataFile("gnucash/plans.gnucash"));
     ASSERT_EQ(plain.plans.size(), packed.plans.size());
     for (std::size_t at = 0; at < plain.plans.size(); ++at) {
         EXPECT_EQ(plain.plans[at].key, packed.plans[at].key);
@@ -172,7 +172,7 @@ TEST(GnuCash, readsNothingOfAFileThatIsCutOff) {
         EXPECT_FALSE(reading.isSound()) << length;
         EXPECT_THAT(reading.plans, IsEmpty()) << length;
     }
-    const std::string packed = bridge_test::contentOf("gnucash/plans.gnucash");
+    const std::string packed = bridge_test::dataFile("gnucash/plans.gnucash");
     EXPECT_THAT(readingOf(packed.substr(0, packed.size() / 2)).fault, StartsWith("is cut off"));
     EXPECT_THAT(readingOf(book().substr(0, size / 2)).fault, StartsWith("is cut off at line "));
 }

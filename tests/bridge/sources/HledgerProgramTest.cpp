@@ -1,5 +1,5 @@
 #include "bridge/sources/HledgerProgram.h"
-#include "bridge/sources/DueTable.h"
+#include "bridge/sources/Table.h"
 
 #include "support/TemporaryFolder.h"
 
@@ -78,7 +78,7 @@ TEST_F(HledgerProgramTest, showsWhatHledgerPrints) {
 
     std::multiset<std::string> expected;
     std::size_t paid = 0;
-    const auto rows = bridge_test::rowsOf("hledger/due.tsv");
+    const auto rows = bridge_test::tableOf("hledger/due.tsv");
     for (const auto& row : rows) {
         const bool isPaid = std::any_of(rows.begin(), rows.end(), [&](const auto& real) {
             return real.at("state") == "real" && !row.at("plan_tag").empty() &&

@@ -243,6 +243,26 @@ account Konto  ; type: A
                             HasSubstr("“x:a”, which is taken for a category"), HasSubstr("“y:b”")));
 }
 
+TEST_F(HledgerProgramTest, readsAJournalOfAnotherLanguageInAFolderOfAnotherName) {
+    const std::string journal = folder_.write("Bücher & Sonstiges/mein \"Journal\".journal", R"(
+decimal-mark ,
+commodity 1.000,00 EUR
+account Aktiva  ; type: A
+account Ausgaben  ; type: X
+~ every 5th day of month from 2026-12-05  Miete
+    Ausgaben:Wohnung  1.200,5 EUR
+    Aktiva:Giro
+)");
+    const HledgerRange range{september, september, period.last};
+    const auto report = HledgerProgram().report(journal, range);
+    EXPECT_THAT(report.files, ElementsAre(journal));
+    const Reading reading = bridge::readHledger(report.answer, september, period);
+    EXPECT_THAT(reading.warnings, IsEmpty());
+    ASSERT_EQ(reading.plans.size(), 1U);
+    EXPECT_EQ(lineOf(reading.plans[0], Day(2026y / 12 / 5)),
+              "2026-12-05\tfuture\tMiete\tAktiva:Giro\t-1200.50\tEUR\texpense");
+}
+
 TEST_F(HledgerProgramTest, keepsRulesWithOneKeyApart) {
     const std::string postings = "\n  expenses:a  1\n  assets:b\n\n";
     const Reading reading =

@@ -31,7 +31,7 @@ int replay(const char* folder, void (*target)(std::string_view)) {
         const std::string bytes(std::istreambuf_iterator<char>(file), {});
         SCOPED_TRACE(entry.path());
         replayBytes(bytes, target);
-        if (bridge::isPacked(bytes))
+        if (bridge::isGzip(bytes))
             replayBytes(bridge::unpack(bytes).bytes, target);
         ++count;
     }

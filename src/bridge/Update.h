@@ -1,0 +1,40 @@
+#pragma once
+
+#include "bridge/Configuration.h"
+#include "bridge/Database.h"
+#include "bridge/Overlay.h"
+#include "bridge/Report.h"
+
+#include <string>
+#include <vector>
+
+namespace bridge {
+
+// update: reads the connected files, takes the action log and publishes the feed. A file that cannot be read
+// is told of, and what was read of it before stays shown; the others are published, and the status is 1.
+[[nodiscard]] int update(Surroundings& surroundings);
+
+// What all commands that look at plans begin with.
+struct OpenedState {
+    ConfigurationFile file;
+    Database database;
+
+    [[nodiscard]] const Configuration& configuration() const { return file.configuration; }
+};
+
+// Opens settings and database, or says why not.
+[[nodiscard]] bool openState(Surroundings& surroundings, OpenedState& state);
+
+[[nodiscard]] std::string keyPrefix(const ConnectedFile& file);
+
+// The plans of the connected files as they were read last.
+[[nodiscard]] std::vector<FilePlans> keptPlans(OpenedState& state);
+
+// Whether an action was so long ago that the user is told that it is not yet entered.
+[[nodiscard]] bool isReminded(const Action& action, const Configuration& configuration);
+
+// Takes the action log of a container whose feed is ours, ends actions by what the files list, and publishes.
+[[nodiscard]] int takeAndPublish(Surroundings& surroundings, OpenedState& state,
+                                 const std::vector<FilePlans>& files);
+
+} // namespace bridge

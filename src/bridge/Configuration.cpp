@@ -100,7 +100,6 @@ std::variant<Configuration, std::string> configurationOfText(std::string_view te
     ObjectReader reader(root);
     reader.number("days_ahead", 366, configuration.daysAhead);
     reader.number("days_until_reminder", 366, configuration.daysUntilReminder);
-    reader.number("hledger_days_back", 3660, configuration.hledgerDaysBack);
     reader.day("hledger_first_day", configuration.hledgerFirstDay);
     std::string fault = reader.fault;
     if (fault.empty() && root.contains("files"))

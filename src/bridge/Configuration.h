@@ -22,10 +22,10 @@ struct ConnectedFile {
 // What the user can set: bridge.json, an object, which people may edit. docs/bridge.md describes it.
 struct Configuration {
     std::vector<ConnectedFile> files;
-    int daysAhead = 31;                 // whose occurrences are wanted
-    int daysUntilReminder = 3;          // after which a paid occurrence is told as not yet entered
-    int hledgerDaysBack = 90;           // where the journal's rules start to be due
-    std::optional<Day> hledgerFirstDay; // the same as a day; has precedence
+    int daysAhead = 31;        // whose occurrences are wanted
+    int daysUntilReminder = 3; // after which a paid occurrence is told as not yet entered
+    std::optional<Day>
+        hledgerFirstDay; // from which a journal's rules are due; absent for 90 days before today
 };
 
 // The configuration of a text, or a sentence on what is wrong with it. An empty text has the defaults.

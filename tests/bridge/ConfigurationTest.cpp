@@ -22,18 +22,16 @@ TEST_F(ConfigurationTest, hasDefaultsWithoutAFile) {
     EXPECT_TRUE(file.configuration.files.empty());
     EXPECT_EQ(file.configuration.daysAhead, 31);
     EXPECT_EQ(file.configuration.daysUntilReminder, 3);
-    EXPECT_EQ(file.configuration.hledgerDaysBack, 90);
     EXPECT_FALSE(file.configuration.hledgerFirstDay);
 }
 
 TEST_F(ConfigurationTest, isWhatTheFileSays) {
-    writeHome(configurationName, R"({"days_ahead": 7, "days_until_reminder": 0, "hledger_days_back": 10,
+    writeHome(configurationName, R"({"days_ahead": 7, "days_until_reminder": 0,
         "hledger_first_day": "2026-01-01",
         "files": [{"id": "a1", "path": "/x/A.xhb", "program": "homebank"}]})");
     const auto configuration = std::get<ConfigurationFile>(readConfiguration()).configuration;
     EXPECT_EQ(configuration.daysAhead, 7);
     EXPECT_EQ(configuration.daysUntilReminder, 0);
-    EXPECT_EQ(configuration.hledgerDaysBack, 10);
     EXPECT_EQ(configuration.hledgerFirstDay, dayOf("2026-01-01"));
     EXPECT_EQ(configuration.files, (std::vector<ConnectedFile>{{"a1", "/x/A.xhb", "homebank"}}));
 }

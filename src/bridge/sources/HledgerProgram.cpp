@@ -8,7 +8,7 @@
 #include <QStringList>
 
 #include <algorithm>
-#include <array>
+#include <optional>
 #include <utility>
 
 namespace bridge {
@@ -35,9 +35,9 @@ std::string messageOf(const QByteArray& bytes) {
             lines.append(line.simplified());
     }
     QString message = lines.join(QLatin1Char(' '));
-    const QString prefix = QStringLiteral("hledger: ");
-    if (message.startsWith(prefix))
-        message.remove(0, prefix.size());
+    for (const QString& prefix : {QStringLiteral("hledger: "), QStringLiteral("Error: ")})
+        if (message.startsWith(prefix))
+            message.remove(0, prefix.size());
     if (message.isEmpty())
         message = QStringLiteral("it does not say why");
     return message.left(static_cast<qsizetype>(longestMessage)).toStdString();
@@ -96,6 +96,14 @@ QString optionOf(const char* name, Day from, Day to) {
     return textOf(name + textOfDay(from) + ".." + textOfDay(to));
 }
 
+// Asks for amounts with the decimals that their commodity has in the journal. Version 1.25 does so by itself
+// and refuses the option, 1.32 needs it.
+const char* const roundingOption = "--round=soft";
+
+bool isRoundingUnknown(const std::string& fault) {
+    return fault.find("Unknown flag: --round") != std::string::npos;
+}
+
 // The range's end is excluded.
 QStringList transactionsOf(const QString& journal, const HledgerRange& range) {
     const Day after = plusDays(range.last, 1).value_or(range.last);
@@ -134,13 +142,21 @@ HledgerReport HledgerProgram::report(const std::string& journal, const HledgerRa
     QElapsedTimer elapsed;
     elapsed.start();
     const QString file = textOf(journal);
-    Run transactions(program_, transactionsOf(file, range));
+    std::optional<Run> transactions;
+    transactions.emplace(program_, transactionsOf(file, range) << QLatin1String(roundingOption));
     Run accounts(program_, accountsOf(file, range));
     Run files(program_, {QStringLiteral("-f"), file, QStringLiteral("files")});
-    for (Run* run : {&transactions, &accounts, &files})
-        if (std::string fault = run->finish(elapsed, limits_); !fault.empty())
-            return {{}, {}, std::move(fault)};
-    HledgerReport report{{transactions.output().toStdString(), accounts.output().toStdString()}, {}, {}};
+    std::string fault = transactions->finish(elapsed, limits_);
+    if (isRoundingUnknown(fault)) {
+        transactions.emplace(program_, transactionsOf(file, range));
+        fault = transactions->finish(elapsed, limits_);
+    }
+    for (Run* run : {&accounts, &files})
+        if (fault.empty())
+            fault = run->finish(elapsed, limits_);
+    if (!fault.empty())
+        return {{}, {}, std::move(fault)};
+    HledgerReport report{{transactions->output().toStdString(), accounts.output().toStdString()}, {}, {}};
     for (const QByteArray& name : files.output().split('\n'))
         if (!name.isEmpty())
             report.files.push_back(name.toStdString());

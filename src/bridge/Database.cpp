@@ -31,7 +31,7 @@ constexpr const char* schema[] = {
     "CREATE TABLE feed (publication INTEGER NOT NULL)",
     "INSERT INTO feed VALUES (0)",
     // What was not undone counts once between two feeds.
-    "CREATE UNIQUE INDEX once ON action (type, plan, date, parameter, publication) WHERE state <> 2",
+    "CREATE UNIQUE INDEX once ON action (type, plan, date, parameter, nominal, publication) WHERE state <> 2",
     "PRAGMA application_id = 1265594964",
     "PRAGMA user_version = 1",
 };
@@ -176,11 +176,17 @@ void Database::setState(std::int64_t action, ActionState state) {
 
 bool Database::addAction(const LoggedRecord& record, Day nominal, Day day, Day done) {
     const std::int64_t now = publication();
-    Statement known(sqlite_, "SELECT max(action.publication), max(published.publication) FROM action"
-                             " LEFT JOIN published USING (plan, date)"
-                             " WHERE type = ? AND plan = ? AND date = ? AND parameter = ? AND state <> 2"
-                             " HAVING count(*) > 0");
-    known.with(static_cast<int>(record.type)).with(record.plan).with(record.date).with(record.parameter);
+    Statement known(sqlite_,
+                    "SELECT max(action.publication), max(published.publication) FROM action"
+                    " LEFT JOIN published USING (plan, date)"
+                    " WHERE type = ? AND plan = ? AND date = ? AND parameter = ? AND action.nominal = ?"
+                    " AND state <> 2"
+                    " HAVING count(*) > 0");
+    known.with(static_cast<int>(record.type))
+        .with(record.plan)
+        .with(record.date)
+        .with(record.parameter)
+        .with(nominal);
     // Without a feed in between, or where that did not hold the record, it is handed out again.
     if (known.next() && (known.integer(0) == now || known.integer(1) != now))
         return false;

@@ -72,8 +72,9 @@ public:
     [[nodiscard]] std::vector<Action> openActions();
     [[nodiscard]] std::optional<Action> lastOpenAction();
     void setState(std::int64_t action, ActionState state);
-    // Keeps an action of the log, unless it is kept already and the log has only handed it out again. The
-    // same record counts again where the feed has shown it anew since then. Whether it was new.
+    // Keeps an action of the log, unless the same one on the same occurrence is kept already and the log has
+    // only handed it out again. It counts again where the feed has shown its record anew since then. Whether
+    // it was new.
     bool addAction(const LoggedRecord& record, Day nominal, Day day, Day done);
 
     // What the feed holds from now on. Earlier records are remembered for a year, for actions on a feed that

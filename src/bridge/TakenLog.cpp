@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <optional>
 #include <system_error>
 
@@ -61,26 +62,24 @@ std::optional<double> postponedDate(const Action& action) {
 }
 
 // The occurrence that a record of the log is about. One that the widget had postponed before has a date that
-// was never published: it is that of an action which leads to this date, otherwise the last postponed one of
-// the plan.
+// was never published: it is that of the plan's action which leads to this date, or nearest to it where the
+// time zone has changed meanwhile.
 PublishedRecord occurrenceOf(const LoggedRecord& record, Database& database) {
     if (auto published = database.published(record.plan, record.date))
         return *published;
-    const std::vector<Action> open = database.openActions();
-    const Action* best = nullptr;
-    for (auto action = open.rbegin(); action != open.rend(); ++action) {
-        if (action->record.type != ActionType::Later || action->record.plan != record.plan)
-            continue;
-        if (!best)
-            best = &*action;
-        if (postponedDate(*action) == record.date) {
-            best = &*action;
-            break;
-        }
-    }
     const Day day = dayOfMoment(record.date);
-    return best ? PublishedRecord{record.plan, record.date, best->nominal, best->day}
-                : PublishedRecord{record.plan, record.date, day, day};
+    PublishedRecord result{record.plan, record.date, day, day};
+    double nearest = std::numeric_limits<double>::infinity();
+    for (const Action& action : database.openActions()) {
+        const bool isCandidate = action.record.type == ActionType::Later && action.record.plan == record.plan;
+        const std::optional<double> date = isCandidate ? postponedDate(action) : std::nullopt;
+        if (!date || std::abs(*date - record.date) > nearest)
+            continue;
+        nearest = std::abs(*date - record.date);
+        result.nominal = action.nominal;
+        result.day = action.day;
+    }
+    return result;
 }
 
 struct LogContent {

@@ -1,78 +1,12 @@
 #include "bridge/CommandTest.h"
 #include "bridge/Database.h"
+#include "bridge/FileCalls.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdarg>
-#include <cstdlib>
-#include <dlfcn.h>
-#include <fcntl.h>
 #include <filesystem>
 #include <sys/wait.h>
 #include <unistd.h>
-
-// The calls that change files. This program's own definitions take the place of the C library's, for the
-// database's library too. A process ends before the one that it is told to.
-namespace {
-
-long callsLeft = -1; // negative: all of them are done
-
-void count() {
-    if (callsLeft == 0)
-        _exit(9);
-    if (callsLeft > 0)
-        --callsLeft;
-}
-
-template <class Call, class... Arguments>
-auto pass(const char* name, Arguments... arguments) {
-    count();
-    return reinterpret_cast<Call*>(dlsym(RTLD_NEXT, name))(arguments...);
-}
-
-} // namespace
-
-extern "C" {
-
-ssize_t write(int file, const void* bytes, size_t size) {
-    return pass<ssize_t(int, const void*, size_t)>("write", file, bytes, size);
-}
-ssize_t pwrite64(int file, const void* bytes, size_t size, off64_t offset) {
-    return pass<ssize_t(int, const void*, size_t, off64_t)>("pwrite64", file, bytes, size, offset);
-}
-ssize_t pwrite(int file, const void* bytes, size_t size, off_t offset) {
-    return pass<ssize_t(int, const void*, size_t, off_t)>("pwrite", file, bytes, size, offset);
-}
-// A process that ends loses nothing that it has written.
-int fsync(int /*file*/) {
-    count();
-    return 0;
-}
-int fdatasync(int /*file*/) {
-    count();
-    return 0;
-}
-int ftruncate64(int file, off64_t size) noexcept {
-    return pass<int(int, off64_t)>("ftruncate64", file, size);
-}
-int unlink(const char* path) noexcept {
-    return pass<int(const char*)>("unlink", path);
-}
-int unlinkat(int folder, const char* name, int flags) noexcept {
-    return pass<int(int, const char*, int)>("unlinkat", folder, name, flags);
-}
-int renameat(int from, const char* name, int to, const char* newName) noexcept {
-    return pass<int(int, const char*, int, const char*)>("renameat", from, name, to, newName);
-}
-int renameat2(int from, const char* name, int to, const char* newName, unsigned flags) noexcept {
-    return pass<int(int, const char*, int, const char*, unsigned)>("renameat2", from, name, to, newName,
-                                                                   flags);
-}
-int mkdir(const char* path, mode_t mode) noexcept {
-    return pass<int(const char*, mode_t)>("mkdir", path, mode);
-}
-
-} // extern "C"
 
 namespace bridge {
 
@@ -103,9 +37,9 @@ protected:
     bool runUntil(long call, const std::string& command) {
         const pid_t child = fork();
         if (child == 0) {
-            callsLeft = call;
+            endBeforeCall(call);
             const int status = run({command});
-            callsLeft = -1;
+            endBeforeCall(-1);
             _exit(status);
         }
         int status = 0;

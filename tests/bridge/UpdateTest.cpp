@@ -144,6 +144,20 @@ TEST_F(UpdateTest, knowsAnOccurrenceThatThePanelHasMoved) {
     EXPECT_EQ(shown(), (Lines{"2 2026-03-01", "1 2026-03-12"}));
 }
 
+// Both are postponed to one date, one after the other, and paid there.
+TEST_F(UpdateTest, tellsMovedOccurrencesOfOneDateApart) {
+    connect(rentFile, {planOf("1", {"2026-03-01", "2026-03-12"})});
+    ASSERT_EQ(run({"update"}), 0) << err;
+    for (int count = 2; count > 0; --count) {
+        auto record = readRecords()[0];
+        act(record, 2, 3);
+        record.set("date", plist::Value(exchange::utc(2026, 3, 13)));
+        act(record, 1);
+        ASSERT_EQ(run({"update"}), 0) << err;
+        EXPECT_EQ(shown().size(), static_cast<std::size_t>(count - 1));
+    }
+}
+
 TEST_F(UpdateTest, deletesLaterOccurrencesUntilThatIsUndone) {
     connect(rentFile, {planOf("1", {"2026-03-01", "2026-03-12"})});
     ASSERT_EQ(run({"update"}), 0) << err;

@@ -2,33 +2,35 @@
 
 #include "bridge/icons/Icons.h"
 #include "bridge/sources/GnuCash.h"
+#include "bridge/sources/Gzip.h"
 #include "bridge/sources/Hledger.h"
 #include "bridge/sources/HledgerProgram.h"
 #include "bridge/sources/HomeBank.h"
 #include "bridge/sources/KMyMoney.h"
 
-#include <utility>
-
 namespace bridge {
 
 namespace {
 
-// A packed file, and one of a kind that the reader refuses with a reason, is known by its name alone.
+bool holds(std::string_view start, std::string_view text) {
+    return start.find(text) != start.npos;
+}
+
+// Files with a program's ending are its own whatever they hold, so that its reader tells what is wrong.
+
 bool isHomeBank(std::string_view path, std::string_view start) {
-    return path.ends_with(".xhb") || start.find("<homebank ") != start.npos;
+    return path.ends_with(".xhb") || holds(start, "<homebank ");
 }
 
 bool isKMyMoney(std::string_view path, std::string_view start) {
-    return path.ends_with(".kmy") || start.find("<!DOCTYPE KMYMONEY-FILE>") != start.npos;
+    return path.ends_with(".kmy") || holds(start, "<KMYMONEY-FILE");
 }
 
+// Its files need no ending, and are packed as a rule.
 bool isGnuCash(std::string_view path, std::string_view start) {
-    return path.ends_with(".gnucash") || start.find("<gnc-v2") != start.npos;
+    return path.ends_with(".gnucash") || holds(start, "<gnc-v2") || isGzip(start);
 }
 
-constexpr std::string_view journalEndings = ".journal .hledger .ledger .j";
-
-// A journal is any text.
 bool isJournal(std::string_view path, std::string_view /*start*/) {
     return path.ends_with(".journal") || path.ends_with(".hledger") || path.ends_with(".ledger") ||
            path.ends_with(".j");
@@ -36,19 +38,17 @@ bool isJournal(std::string_view path, std::string_view /*start*/) {
 
 Reading readJournal(const std::string& path, const Period& period, const Configuration& configuration) {
     const HledgerRange range = rangeOf(configuration.hledgerFirstDay, period);
-    HledgerReport report = HledgerProgram().report(path, range);
-    if (report.fault.empty())
-        return readHledger(report.answer, range.first, period);
+    const HledgerReport report = HledgerProgram().report(path, range);
     Reading reading;
-    reading.fault = std::move(report.fault);
-    return reading;
+    reading.fault = report.fault;
+    return report.fault.empty() ? readHledger(report.answer, range.first, period) : reading;
 }
 
 constexpr Program programs[] = {
     {"homebank", "HomeBank", "homebank", ".xhb", "", isHomeBank, readOneFile<readHomeBank>},
     {"kmymoney", "KMyMoney", "kmymoney", ".kmy", "", isKMyMoney, readOneFile<readKMyMoney>},
     {"gnucash", "GnuCash", "gnucash", ".gnucash", ".LCK", isGnuCash, readOneFile<readGnuCash>},
-    {"hledger", "hledger", "", journalEndings, "", isJournal, readJournal},
+    {"hledger", "hledger", "", ".journal .hledger .ledger .j", "", isJournal, readJournal},
 };
 
 } // namespace

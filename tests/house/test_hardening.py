@@ -24,7 +24,7 @@ def imports(program):
 
 class Hardening(unittest.TestCase):
     def for_each_program(self, check):
-        self.assertEqual(len(PROGRAMS), 3, "the companion, the panel and the demo's host")
+        self.assertEqual(len(PROGRAMS), 4, "the companion, the bridge, the panel and the demo's host")
         for program in PROGRAMS:
             with self.subTest(program=os.path.basename(program)):
                 check(program)

@@ -99,6 +99,8 @@ class Starts(Resident):
             self.assert_list(program, 2)
             self.ask("--toggle")
             self.assert_hidden(program)
+            # Before a panel that hides with its focus is back, the focus has gone where a hidden window's goes.
+            self.desktop.wait_for_window_manager()
             self.ask("--toggle")
         self.assert_list(program, 2)
 

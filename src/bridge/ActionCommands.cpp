@@ -2,6 +2,7 @@
 #include "bridge/Commands.h"
 #include "bridge/Folders.h"
 #include "bridge/LocalDays.h"
+#include "bridge/Payments.h"
 #include "bridge/Publication.h"
 #include "bridge/TakenLog.h"
 #include "bridge/Update.h"
@@ -39,6 +40,29 @@ const Plan* planOf(const Action& action, const std::vector<FilePlans>& files) {
             if (action.record.plan == file.prefix + plan.key)
                 return &plan;
     return nullptr;
+}
+
+// The last action that is not entered, or that is entered by us alone.
+std::optional<Action> lastToUndo(const Surroundings& surroundings, OpenedState& state) {
+    std::optional<Action> last = state.database.lastOpenAction();
+    for (const Action& payment : state.database.enteredPayments()) {
+        if (last && last->number > payment.number)
+            break;
+        if (isInJournal(surroundings, state.configuration(), payment))
+            return payment;
+    }
+    return last;
+}
+
+// Takes the action back, also out of a journal of ours. A sentence where that failed, or an empty text.
+std::string takeBack(const Surroundings& surroundings, OpenedState& state, const Action& action) {
+    // The journal first: a process that ends in between leaves an occurrence that is listed again, never one
+    // that counts as paid though it was taken back.
+    if (std::string fault = removeFromJournal(surroundings, state.configuration(), action); !fault.empty())
+        return fault;
+    state.database.begin();
+    state.database.setState(action.number, ActionState::Undone);
+    return state.database.commit();
 }
 
 } // namespace
@@ -89,15 +113,21 @@ int undo(Surroundings& surroundings) {
     const LogTaking taking = takeLog(container, state.database);
     if (!taking.fault.empty())
         return failed(surroundings, taking.fault);
-    const std::optional<Action> last = state.database.lastOpenAction();
+    if (!prepareJournals(surroundings, state.configuration()))
+        return Failed;
+    const std::optional<Action> last = lastToUndo(surroundings, state);
     if (!last && state.database.error().empty())
         return failed(surroundings, "there is nothing to take back");
-    const std::vector<FilePlans> files = keptPlans(state);
-    state.database.begin();
-    if (last)
-        state.database.setState(last->number, ActionState::Undone);
-    if (const std::string fault = state.database.commit(); !fault.empty())
+    if (!state.database.error().empty())
+        return failed(surroundings, state.database.error());
+    const bool isListedAgain = isInJournal(surroundings, state.configuration(), *last);
+    if (const std::string fault = takeBack(surroundings, state, *last); !fault.empty())
         return failed(surroundings, fault);
+    std::vector<FilePlans> files;
+    if (!isListedAgain)
+        files = keptPlans(state);
+    else if (!readFiles(surroundings, state, files) && !state.database.error().empty())
+        return Failed;
     const Plan* plan = planOf(*last, files);
     const std::string name = plan ? shownName(*plan) : last->record.plan;
     if (surroundings.json)
@@ -108,7 +138,7 @@ int undo(Surroundings& surroundings) {
     else
         print(surroundings,
               "taken back: " + wordsOf(last->record) + "  " + textOfDay(last->nominal) + "  " + name);
-    return platform::isFolder(container) ? takeAndPublish(surroundings, state, files) : Done;
+    return platform::isFolder(container) ? takeAndPublish(surroundings, state, std::move(files)) : Done;
 }
 
 } // namespace bridge

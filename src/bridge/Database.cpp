@@ -155,16 +155,26 @@ void Database::dropReading(const std::string& file) {
 
 std::vector<Action> Database::openActions() {
     std::vector<Action> actions;
-    Statement row(sqlite_, (std::string(actionColumns) + "WHERE state = 0 ORDER BY number").c_str());
+    Statement row(sqlite_, (std::string(actionColumns) + "WHERE state IN (0, 3) ORDER BY number").c_str());
     while (row.next())
         actions.push_back(actionOf(row));
     return actions;
 }
 
 std::optional<Action> Database::lastOpenAction() {
-    Statement row(sqlite_,
-                  (std::string(actionColumns) + "WHERE state = 0 ORDER BY number DESC LIMIT 1").c_str());
+    Statement row(
+        sqlite_, (std::string(actionColumns) + "WHERE state IN (0, 3) ORDER BY number DESC LIMIT 1").c_str());
     return row.next() ? std::optional(actionOf(row)) : std::nullopt;
+}
+
+std::vector<Action> Database::enteredPayments() {
+    std::vector<Action> actions;
+    Statement row(sqlite_,
+                  (std::string(actionColumns) + "WHERE state = 1 AND type = ? ORDER BY number DESC").c_str());
+    row.with(static_cast<int>(exchange::ActionType::Paid));
+    while (row.next())
+        actions.push_back(actionOf(row));
+    return actions;
 }
 
 void Database::setState(std::int64_t action, ActionState state) {

@@ -36,7 +36,8 @@ struct LoggedRecord {
     std::int64_t parameter = 0;
 };
 
-enum class ActionState { Open = 0, Entered = 1, Undone = 2 };
+// Refused is open as well: a payment that could not be entered into a journal, which is not tried again.
+enum class ActionState { Open = 0, Entered = 1, Undone = 2, Refused = 3 };
 
 // What the user did with one occurrence.
 struct Action {
@@ -71,6 +72,7 @@ public:
     // In their order.
     [[nodiscard]] std::vector<Action> openActions();
     [[nodiscard]] std::optional<Action> lastOpenAction();
+    [[nodiscard]] std::vector<Action> enteredPayments(); // the last one first
     void setState(std::int64_t action, ActionState state);
     // Keeps an action of the log, unless the same one on the same occurrence is kept already and the log has
     // only handed it out again. It counts again where the feed has shown its record anew since then. Whether

@@ -45,4 +45,8 @@ std::string databaseFile() {
     return platform::pathByAppending(ownStateFolder(), "bridge.sqlite");
 }
 
+std::string paidJournalFile(const std::string& id) {
+    return platform::pathByAppending(ownStateFolder(), "paid-" + id + ".journal");
+}
+
 } // namespace bridge

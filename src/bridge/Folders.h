@@ -15,4 +15,7 @@ namespace bridge {
 [[nodiscard]] std::string configurationFile();
 [[nodiscard]] std::string databaseFile();
 
+// The journal of payments of a connected file.
+[[nodiscard]] std::string paidJournalFile(const std::string& id);
+
 } // namespace bridge

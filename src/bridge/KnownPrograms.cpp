@@ -44,11 +44,20 @@ Reading readJournal(const std::string& path, const Period& period, const Configu
     return report.fault.empty() ? readHledger(report.answer, range.first, period) : reading;
 }
 
+std::vector<std::string> filesOfJournal(const std::string& path) {
+    return HledgerProgram().files(path);
+}
+
+std::string checkJournal(const std::string& path) {
+    return HledgerProgram().check(path);
+}
+
 constexpr Program programs[] = {
     {"homebank", "HomeBank", "homebank", ".xhb", "", isHomeBank, readOneFile<readHomeBank>},
     {"kmymoney", "KMyMoney", "kmymoney", ".kmy", "", isKMyMoney, readOneFile<readKMyMoney>},
     {"gnucash", "GnuCash", "gnucash", ".gnucash", ".LCK", isGnuCash, readOneFile<readGnuCash>},
-    {"hledger", "hledger", "", ".journal .hledger .ledger .j", "", isJournal, readJournal},
+    {"hledger", "hledger", "", ".journal .hledger .ledger .j", "", isJournal, readJournal, filesOfJournal,
+     checkJournal},
 };
 
 } // namespace

@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace bridge {
 
@@ -21,6 +22,10 @@ struct Program {
     bool (*recognises)(std::string_view path, std::string_view start);
     // The plans of a file. The fault goes on a sentence that begins with the file: "is encrypted".
     Reading (*read)(const std::string& path, const Period& period, const Configuration& configuration);
+    // Where payments are entered into a journal of ours (PaidJournal.h), otherwise null: the files that a
+    // file includes, itself among them, and what the program has against it, empty where it accepts it.
+    std::vector<std::string> (*filesOf)(const std::string& path) = nullptr;
+    std::string (*check)(const std::string& path) = nullptr;
 };
 
 using Programs = std::span<const Program>;

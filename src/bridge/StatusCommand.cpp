@@ -1,5 +1,6 @@
 #include "bridge/Commands.h"
 #include "bridge/LocalDays.h"
+#include "bridge/Payments.h"
 #include "bridge/Publication.h"
 #include "bridge/Update.h"
 #include "exchange/FeedReader.h"
@@ -24,6 +25,7 @@ struct FileStatus {
     std::optional<std::string> saved; // when; absent where there is no such file
     bool isOpen = false;              // a lock of the program is there
     KeptReading reading;
+    std::string toInclude; // the journal of payments, where the file does not include it
 };
 
 struct FeedStatus {
@@ -36,7 +38,12 @@ struct FeedStatus {
 };
 
 FileStatus statusOf(const Surroundings& surroundings, const ConnectedFile& file, Database& database) {
-    FileStatus result{&file, file.program, std::nullopt, false, database.reading(file.id)};
+    FileStatus result{&file,
+                      file.program,
+                      std::nullopt,
+                      false,
+                      database.reading(file.id),
+                      journalToInclude(surroundings, file)};
     struct stat status {};
     if (platform::FileSystemCalls::current().status(file.path.c_str(), &status) == 0)
         result.saved = textOfMoment(static_cast<double>(status.st_mtim.tv_sec));
@@ -70,13 +77,16 @@ FeedStatus feedStatus(OpenedState& state) {
 }
 
 Json jsonOf(const FileStatus& file) {
-    return {{"program", file.file->program},
-            {"path", file.file->path},
-            {"saved", file.saved ? Json(*file.saved) : Json()},
-            {"open", file.isOpen},
-            {"read", file.reading.isThere ? Json(textOfDay(file.reading.today)) : Json()},
-            {"plans", file.reading.plans.size()},
-            {"fault", file.reading.fault}};
+    Json json{{"program", file.file->program},
+              {"path", file.file->path},
+              {"saved", file.saved ? Json(*file.saved) : Json()},
+              {"open", file.isOpen},
+              {"read", file.reading.isThere ? Json(textOfDay(file.reading.today)) : Json()},
+              {"plans", file.reading.plans.size()},
+              {"fault", file.reading.fault}};
+    if (!file.toInclude.empty())
+        json["to_include"] = file.toInclude;
+    return json;
 }
 
 void printFile(Surroundings& surroundings, const FileStatus& file) {
@@ -92,6 +102,10 @@ void printFile(Surroundings& surroundings, const FileStatus& file) {
     if (!file.reading.fault.empty())
         print(surroundings, "    the file " + file.reading.fault +
                                 (file.reading.isThere ? "; what was read before stays shown" : ""));
+    if (!file.toInclude.empty())
+        print(surroundings,
+              "    what is paid in the panel is entered once this line is at its end: include " +
+                  file.toInclude);
 }
 
 void printFeed(Surroundings& surroundings, const FeedStatus& feed) {

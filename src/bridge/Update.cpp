@@ -3,6 +3,7 @@
 #include "bridge/AmountText.h"
 #include "bridge/Folders.h"
 #include "bridge/LocalDays.h"
+#include "bridge/Payments.h"
 #include "bridge/PlansText.h"
 #include "bridge/Publication.h"
 #include "bridge/TakenLog.h"
@@ -32,41 +33,6 @@ Reading read(const Surroundings& surroundings, const ConnectedFile& file, const 
 bool isKept(const KeptReading& kept, const Reading& reading, const Period& period) {
     return kept.isThere && kept.fault.empty() && kept.today == period.today && kept.last == period.last &&
            textOfPlans(kept.plans) == textOfPlans(reading.plans);
-}
-
-// Reads the files and keeps what was read, as one transaction. Whether all were sound.
-bool readFiles(Surroundings& surroundings, OpenedState& state, std::vector<FilePlans>& result) {
-    const Day now = today();
-    const Period period{now, now + std::chrono::days(state.configuration().daysAhead)};
-    bool isSound = true;
-    std::vector<std::pair<const ConnectedFile*, Reading>> readings;
-    for (const ConnectedFile& file : state.configuration().files) {
-        readings.emplace_back(&file, read(surroundings, file, period, state.configuration()));
-        for (Plan& plan : readings.back().second.plans)
-            plan.key = portableKey(plan.key);
-    }
-    state.database.begin();
-    for (auto& [file, reading] : readings) {
-        for (const std::string& warning : reading.warnings)
-            say(surroundings, file->path + ": " + warning);
-        KeptReading kept = state.database.reading(file->id);
-        if (reading.isSound()) {
-            if (!isKept(kept, reading, period))
-                state.database.keepReading(file->id, period.today, period.last, reading.plans);
-            result.push_back({keyPrefix(*file), file->path, true, period.last, std::move(reading.plans)});
-            continue;
-        }
-        isSound = false;
-        say(surroundings, file->path + " " + reading.fault);
-        if (kept.fault != reading.fault)
-            state.database.keepFault(file->id, reading.fault);
-        result.push_back({keyPrefix(*file), file->path, false, kept.last, std::move(kept.plans)});
-    }
-    if (const std::string fault = state.database.commit(); !fault.empty()) {
-        say(surroundings, fault);
-        return false;
-    }
-    return isSound;
 }
 
 bool takeActions(Surroundings& surroundings, const std::string& container, Database& database) {
@@ -105,6 +71,40 @@ bool openState(Surroundings& surroundings, OpenedState& state) {
     return fault.empty();
 }
 
+bool readFiles(Surroundings& surroundings, OpenedState& state, std::vector<FilePlans>& result) {
+    const Day now = today();
+    const Period period{now, now + std::chrono::days(state.configuration().daysAhead)};
+    bool isSound = true;
+    std::vector<std::pair<const ConnectedFile*, Reading>> readings;
+    for (const ConnectedFile& file : state.configuration().files) {
+        readings.emplace_back(&file, read(surroundings, file, period, state.configuration()));
+        for (Plan& plan : readings.back().second.plans)
+            plan.key = portableKey(plan.key);
+    }
+    state.database.begin();
+    for (auto& [file, reading] : readings) {
+        for (const std::string& warning : reading.warnings)
+            say(surroundings, file->path + ": " + warning);
+        KeptReading kept = state.database.reading(file->id);
+        if (reading.isSound()) {
+            if (!isKept(kept, reading, period))
+                state.database.keepReading(file->id, period.today, period.last, reading.plans);
+            result.push_back({keyPrefix(*file), file->path, true, period.last, std::move(reading.plans)});
+            continue;
+        }
+        isSound = false;
+        say(surroundings, file->path + " " + reading.fault);
+        if (kept.fault != reading.fault)
+            state.database.keepFault(file->id, reading.fault);
+        result.push_back({keyPrefix(*file), file->path, false, kept.last, std::move(kept.plans)});
+    }
+    if (const std::string fault = state.database.commit(); !fault.empty()) {
+        say(surroundings, fault);
+        return false;
+    }
+    return isSound;
+}
+
 std::string keyPrefix(const ConnectedFile& file) {
     return file.program + ":" + file.id + ":";
 }
@@ -122,22 +122,25 @@ bool isReminded(const Action& action, const Configuration& configuration) {
     return action.done + std::chrono::days(configuration.daysUntilReminder) <= today();
 }
 
-int takeAndPublish(Surroundings& surroundings, OpenedState& state, const std::vector<FilePlans>& files) {
+int takeAndPublish(Surroundings& surroundings, OpenedState& state, std::vector<FilePlans> files) {
     const std::string container = containerPath();
     Database& database = state.database;
+    bool isEntered = true;
     // As the user acts, the log may have more each time that the feed is made.
     constexpr int mostRounds = 20;
     for (int round = 0; round < mostRounds; ++round) {
         if (!takeActions(surroundings, container, database))
             return Failed;
-        const std::vector<Action> open = endActions(database, files);
+        std::vector<Action> open = endActions(database, files);
+        isEntered = enterPayments(surroundings, state, files, open) && isEntered;
+        open = database.openActions();
         if (!database.error().empty())
             return failed(surroundings, database.error());
         const Feed feed = feedOf(shownOccurrences(files, open), surroundings.icons, amountLocale());
         const Publication publication = publish(container, feed, surroundings.icons,
                                                 uncutDayCount(state.configuration().daysAhead), database);
         if (publication.outcome == Published::Done)
-            return Done;
+            return isEntered ? Done : Failed;
         if (publication.outcome == Published::Failed)
             return failed(surroundings, publication.fault);
     }
@@ -160,11 +163,12 @@ int update(Surroundings& surroundings) {
     const std::error_code made = platform::makeFolders(container);
     if (!platform::isMade(made))
         return failed(surroundings, container + ": " + made.message());
+    bool isSound = prepareJournals(surroundings, state.configuration());
     std::vector<FilePlans> files;
-    const bool isSound = readFiles(surroundings, state, files);
+    isSound = readFiles(surroundings, state, files) && isSound;
     if (!state.database.error().empty())
         return Failed;
-    const int status = takeAndPublish(surroundings, state, files);
+    const int status = takeAndPublish(surroundings, state, std::move(files));
     return isSound ? status : Failed;
 }
 

@@ -27,6 +27,9 @@ struct OpenedState {
 
 [[nodiscard]] std::string keyPrefix(const ConnectedFile& file);
 
+// Reads the files and keeps what was read, as one transaction. Whether all were sound.
+[[nodiscard]] bool readFiles(Surroundings& surroundings, OpenedState& state, std::vector<FilePlans>& result);
+
 // The plans of the connected files as they were read last.
 [[nodiscard]] std::vector<FilePlans> keptPlans(OpenedState& state);
 
@@ -34,7 +37,8 @@ struct OpenedState {
 [[nodiscard]] bool isReminded(const Action& action, const Configuration& configuration);
 
 // Takes the action log of a container whose feed is ours, ends actions by what the files list, and publishes.
+// Payments of files that were read now are entered into their journals.
 [[nodiscard]] int takeAndPublish(Surroundings& surroundings, OpenedState& state,
-                                 const std::vector<FilePlans>& files);
+                                 std::vector<FilePlans> files);
 
 } // namespace bridge

@@ -47,7 +47,7 @@ int CommandTest::run(std::vector<std::string> arguments) {
     std::ostringstream errStream;
     const Icons icons{[](const Plan&) { return std::string_view("planned"); },
                       [](std::string_view) { return std::string_view("PNG of planned"); }};
-    const int status = bridge::run(arguments, outStream, errStream, programs, icons);
+    const int status = bridge::run(arguments, outStream, errStream, used, icons);
     out = outStream.str();
     err = errStream.str();
     return status;

@@ -12,7 +12,7 @@ namespace bridge {
 // A program of tests. Its files end in ".plans" and hold what textOfPlans gives.
 [[nodiscard]] Programs madeUpPrograms();
 
-// Runs commands in this process, with that program.
+// Runs commands in this process, with that program or others.
 class CommandTest : public BridgeTest {
 protected:
     // Runs the command line against the container and gives the exit status.
@@ -31,6 +31,7 @@ protected:
 
     std::string out; // what the last command wrote
     std::string err;
+    Programs used = madeUpPrograms();
 };
 
 } // namespace bridge

@@ -28,6 +28,15 @@ struct Occurrence {
     bool operator==(const Occurrence&) const = default;
 };
 
+// What enters a paid occurrence into a journal, without its days.
+struct Entry {
+    std::string description;
+    std::string plan; // what the journal calls it
+    std::vector<std::string> postings;
+
+    bool operator==(const Entry&) const = default;
+};
+
 // A scheduled transaction of a finance program's file. Texts are UTF-8 and empty where the file has none.
 struct Plan {
     std::string key;  // stays the same for as long as the program's own identity does; unique in its file
@@ -41,6 +50,7 @@ struct Plan {
     // By day: the overdue ones, as many as the program counts, and those of the time that was asked for.
     // Empty for a plan with none of these.
     std::vector<Occurrence> occurrences;
+    std::optional<Entry> entry; // absent where payments cannot be entered; not kept in the database
 };
 
 } // namespace bridge

@@ -115,6 +115,8 @@ private:
         plan.account = std::move(flow.account);
         plan.category = std::move(flow.category);
         plan.amount = std::move(flow.amount);
+        if (!transaction.lines.empty())
+            plan.entry = {transaction.description, plan.key, transaction.lines};
         for (const HledgerTransaction* one : rule.transactions)
             if (one->day >= first_ && one->day <= last_ && !paid_.contains({plan.key, one->day}))
                 plan.occurrences.push_back({one->day, one->day});

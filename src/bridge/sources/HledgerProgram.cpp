@@ -124,6 +124,14 @@ QStringList accountsOf(const QString& journal, const HledgerRange& range) {
             optionOf("--forecast=", range.first, plusDays(range.last, 1).value_or(range.last))};
 }
 
+std::vector<std::string> linesOf(const QByteArray& output) {
+    std::vector<std::string> lines;
+    for (const QByteArray& line : output.split('\n'))
+        if (!line.isEmpty())
+            lines.push_back(line.toStdString());
+    return lines;
+}
+
 } // namespace
 
 HledgerRange rangeOf(const std::optional<Day>& chosen, const Period& period) {
@@ -156,11 +164,22 @@ HledgerReport HledgerProgram::report(const std::string& journal, const HledgerRa
             fault = run->finish(elapsed, limits_);
     if (!fault.empty())
         return {{}, {}, std::move(fault)};
-    HledgerReport report{{transactions->output().toStdString(), accounts.output().toStdString()}, {}, {}};
-    for (const QByteArray& name : files.output().split('\n'))
-        if (!name.isEmpty())
-            report.files.push_back(name.toStdString());
-    return report;
+    return {
+        {transactions->output().toStdString(), accounts.output().toStdString()}, linesOf(files.output()), {}};
+}
+
+std::vector<std::string> HledgerProgram::files(const std::string& journal) const {
+    QElapsedTimer elapsed;
+    elapsed.start();
+    Run run(program_, {QStringLiteral("-f"), textOf(journal), QStringLiteral("files")});
+    return run.finish(elapsed, limits_).empty() ? linesOf(run.output()) : std::vector<std::string>();
+}
+
+std::string HledgerProgram::check(const std::string& journal) const {
+    QElapsedTimer elapsed;
+    elapsed.start();
+    Run run(program_, {QStringLiteral("-f"), textOf(journal), QStringLiteral("check")});
+    return run.finish(elapsed, limits_);
 }
 
 } // namespace bridge

@@ -44,6 +44,12 @@ public:
     // The path is absolute: hledger gives names such as "-" and "csv:x" a meaning.
     [[nodiscard]] HledgerReport report(const std::string& journal, const HledgerRange& range) const;
 
+    // The journal and all that it includes; none where hledger cannot tell.
+    [[nodiscard]] std::vector<std::string> files(const std::string& journal) const;
+
+    // What hledger's checks have against the journal: a sentence, empty where they pass.
+    [[nodiscard]] std::string check(const std::string& journal) const;
+
 private:
     std::string program_;
     HledgerLimits limits_;

@@ -88,6 +88,70 @@ bool readPostings(const Json& json, std::vector<HledgerPosting>& postings) {
     return true;
 }
 
+// A commodity as a journal has it: in quotes where its name could be taken for something else.
+std::string commodityText(const std::string& name) {
+    const bool isPlain = std::all_of(name.begin(), name.end(), [](char byte) {
+        const auto unit = static_cast<unsigned char>(byte);
+        return unit >= 0x80 || (unit >= 'A' && unit <= 'Z') || (unit >= 'a' && unit <= 'z') || unit == '$';
+    });
+    return isPlain ? name : '"' + name + '"';
+}
+
+// An amount with its commodity where the journal has it, so that what hledger learns from it of how to show
+// amounts stays.
+std::optional<std::string> amountText(const Json& amount) {
+    const std::string* const commodity = findText(amount, "acommodity");
+    const auto number = numberOf(amount);
+    if (!commodity || !number)
+        return std::nullopt;
+    const Json& style = *find(amount, "astyle");
+    const std::string* const side = findText(style, "ascommodityside");
+    const Json* const spaced = find(style, "ascommodityspaced");
+    const std::string space = spaced && spaced->is_boolean() && spaced->get<bool>() ? " " : "";
+    const std::string name = commodityText(*commodity);
+    if (name.empty())
+        return textOfDecimal(*number);
+    return side && *side == "L" ? name + space + textOfDecimal(*number)
+                                : textOfDecimal(*number) + space + name;
+}
+
+// " @ PRICE" of one unit or " @@ PRICE" of all, empty without a price. Newer versions of hledger name it
+// otherwise.
+std::optional<std::string> priceText(const Json& amount) {
+    for (const char* key : {"aprice", "acost"})
+        if (const Json* const price = find(amount, key); price && !price->is_null()) {
+            const std::string* const tag = findText(*price, "tag");
+            const Json* const contents = find(*price, "contents");
+            const auto text = contents ? amountText(*contents) : std::nullopt;
+            if (!tag || !text)
+                return std::nullopt;
+            return (tag->starts_with("Unit") ? " @ " : " @@ ") + *text;
+        }
+    return "";
+}
+
+std::string accountText(const Json& posting) {
+    const std::string& account = *findText(posting, "paccount");
+    const std::string& type = *findText(posting, "ptype");
+    if (type == "VirtualPosting")
+        return '(' + account + ')';
+    return type == "BalancedVirtualPosting" ? '[' + account + ']' : account;
+}
+
+// Of a sound transaction.
+std::vector<std::string> linesOf(const Json& transaction) {
+    std::vector<std::string> lines;
+    for (const Json& posting : *findArray(transaction, "tpostings"))
+        for (const Json& amount : *findArray(posting, "pamount")) {
+            const auto number = amountText(amount);
+            const auto price = priceText(amount);
+            if (!number || !price)
+                return {};
+            lines.push_back(accountText(posting) + "  " + *number + *price);
+        }
+    return lines;
+}
+
 // The period expression of a value like "~ monthly".
 std::string expressionOf(std::string_view value) {
     value.remove_prefix(std::min(value.find_first_not_of("~ "), value.size()));
@@ -127,6 +191,8 @@ std::optional<HledgerTransaction> transactionOf(const Json& json) {
     transaction.description = *description;
     if (!readTags(json, transaction) || !readPostings(json, transaction.postings))
         return std::nullopt;
+    if (!transaction.rule.empty())
+        transaction.lines = linesOf(json);
     return transaction;
 }
 

@@ -24,6 +24,9 @@ struct HledgerTransaction {
     std::string plan;
     std::string paidOf;
     std::vector<HledgerPosting> postings; // without virtual ones
+    // All postings as a journal has them whose decimal mark is a point; empty where an amount cannot be
+    // written so.
+    std::vector<std::string> lines;
 };
 
 // All transactions in the order of the JSON, or a sentence on why it cannot be read.

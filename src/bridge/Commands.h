@@ -12,6 +12,7 @@ namespace bridge {
 [[nodiscard]] int showStatus(Surroundings& surroundings);     // status
 [[nodiscard]] int showPending(Surroundings& surroundings);    // pending
 [[nodiscard]] int undo(Surroundings& surroundings);           // undo
+[[nodiscard]] int exportPayments(Surroundings& surroundings); // export FILE
 [[nodiscard]] int openUrl(Surroundings& surroundings);        // open URL
 
 } // namespace bridge

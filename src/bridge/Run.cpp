@@ -41,6 +41,7 @@ constexpr Command commands[] = {
     {"status", "", "tell what is connected, read and shown", showStatus},
     {"pending", "", "list what was paid in the panel and is not yet entered in its program", showPending},
     {"undo", "", "take back the last thing done in the panel that is not yet entered", undo},
+    {"export", "FILE", "print the pending payments of a KMyMoney file, as OFX", exportPayments},
     {"open", "URL", "open what the panel asks for in its program", openUrl},
 };
 

@@ -137,8 +137,9 @@ class AnotherContainer(flows.Flow):
     def wait_for_another(self, first):
         """Waits for the window of the process that comes after the first."""
         def others():
-            return [window for window in self.panel.program.windows()
-                    if window.property("_NET_WM_PID").rpartition("=")[2].strip() != str(first)]
+            pids = {window: window.property("_NET_WM_PID").rpartition("=")[2].strip()
+                    for window in self.panel.program.windows()}
+            return [window for window, pid in pids.items() if pid not in ("", str(first))]  # one that goes has none
         self.panel.window = harness.wait_for(others, "a window of another process")[0]
 
     def test_an_open_row_is_left_alone_and_the_new_container_can_be_written(self):

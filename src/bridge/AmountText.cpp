@@ -15,6 +15,8 @@ namespace {
 
 namespace number = icu::number;
 
+constexpr const char* noCurrency = "XXX"; // the code of ISO 4217 for transactions without a currency
+
 bool isIsoCode(const std::string& name) {
     const auto isCapital = [](char unit) { return unit >= 'A' && unit <= 'Z'; };
     UErrorCode status = U_ZERO_ERROR;
@@ -65,7 +67,7 @@ std::string amountText(const Plan& plan, const std::string& localeName) {
         format = format.unit(currency);
     } else if (!name.empty()) {
         symbols.setSymbol(icu::DecimalFormatSymbols::kCurrencySymbol, icu::UnicodeString::fromUTF8(name));
-        format = format.unit(icu::CurrencyUnit(icu::StringPiece("XXX"), status));
+        format = format.unit(icu::CurrencyUnit(icu::StringPiece(noCurrency), status));
     }
     const icu::UnicodeString text = format.symbols(symbols)
                                         .precision(number::Precision::fixedFraction(places))

@@ -19,8 +19,8 @@ extern const std::string_view emptyPaidJournal;
 // The transaction of a payment.
 [[nodiscard]] std::string textOfPayment(const Entry& entry, Day nominal, Day paid);
 
-// The text without the payment of an occurrence, or nothing where it has none. The key is the plan's in the
-// feed (portableKey).
+// The text without the payment of an occurrence. Absent if the text has no payment of that occurrence. The
+// key is the plan's key in the feed (portableKey).
 [[nodiscard]] std::optional<std::string> withoutPayment(const std::string& text, std::string_view key,
                                                         Day nominal);
 

@@ -36,7 +36,8 @@ const ConnectedFile* fileOf(const Configuration& configuration, const Action& ac
     return found == configuration.files.end() ? nullptr : &*found;
 }
 
-// The text of the journal of an action's file, without that action's payment; nothing where it has none.
+// The text of the journal of an action's file, without that action's payment. Absent if the journal has no
+// such payment.
 std::optional<std::string> textWithout(const ConnectedFile& file, const Action& action) {
     const auto text = platform::readFile(paidJournalFile(file.id));
     return text ? withoutPayment(*text, std::string_view(action.record.plan).substr(keyPrefix(file).size()),

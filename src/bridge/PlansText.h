@@ -12,7 +12,7 @@ namespace bridge {
 // Plans as JSON, and back: what the last sound reading of a file is kept as.
 [[nodiscard]] std::string textOfPlans(const std::vector<Plan>& plans);
 
-// Nothing where the text is not one that textOfPlans gives.
+// The plans of a text that textOfPlans has made. Absent for any other text.
 [[nodiscard]] std::optional<std::vector<Plan>> plansOfText(std::string_view text);
 
 } // namespace bridge

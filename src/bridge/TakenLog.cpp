@@ -137,7 +137,8 @@ std::error_code endClaim(const std::string& container, platform::ClaimedFile& cl
     return keepsIt ? claim.replaceAndKeep(empty, keptEnding, kept) : claim.replace(empty);
 }
 
-// Takes what is claimed, by this process or an earlier one. False where nothing is.
+// Takes the actions of a claimed log, which this process or an earlier one has claimed. False if no log is
+// claimed.
 bool takeClaim(const std::string& container, platform::ClaimedFile& claim, Database& database,
                LogTaking& taking) {
     const std::error_code resumed = claim.resume();

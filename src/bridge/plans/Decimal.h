@@ -19,12 +19,12 @@ struct Decimal {
 // it is no number, or one that has no 64-bit units.
 [[nodiscard]] std::optional<Decimal> decimalOfText(std::string_view text);
 
-// The number of a fraction like "-1999/100" or "-151/2". Nothing where it is none, or its denominator divides
-// no power of ten up to 10^18.
+// The number of a fraction like "-1999/100" or "-151/2". Absent if the text is no fraction, or if the
+// denominator divides no power of ten up to 10^18.
 [[nodiscard]] std::optional<Decimal> decimalOfFraction(std::string_view text);
 
-// The same number with another count of places, rounded half away from zero. Nothing where it has no 64-bit
-// units.
+// The same number with another count of places, rounded half away from zero. Absent if its units do not fit
+// into 64 bits.
 [[nodiscard]] std::optional<Decimal> withPlaces(const Decimal& number, int places);
 
 // A text like "-1200.00".

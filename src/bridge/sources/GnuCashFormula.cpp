@@ -51,7 +51,8 @@ Result combined(const Fraction& a, char sign, const Fraction& b) {
     }
 }
 
-// The number with a decimal point and without separators of thousands, or nothing where both are possible.
+// The number with a decimal point and without separators of thousands. Absent if a sign may be either of the
+// two.
 std::optional<std::string> plainNumber(std::string text) {
     const std::size_t last = text.find_last_of(".,");
     if (last == std::string::npos)

@@ -13,7 +13,7 @@
 namespace channel {
 
 // Stated by the extension when it is ready. The centre rejects any other.
-inline constexpr int protocolVersion = 1;
+inline constexpr int protocolVersion = 2;
 
 // A longer packet is malformed, and so is a text of more than a quarter of that.
 inline constexpr std::size_t longestPacket = 4096;
@@ -50,6 +50,23 @@ struct Motion {
     static constexpr std::string_view packetName = "motion";
     static auto fields(auto& message) { return std::tie(message.isReduced); }
     bool operator==(const Motion&) const = default;
+};
+// A file of a finance program that can be connected; an answer to FindSources, which has one for each file.
+struct Source {
+    int number = 0;      // by which ConnectSource names it
+    std::string program; // its name, as people know it
+    std::string path;
+    static constexpr std::string_view packetName = "source";
+    static auto fields(auto& message) { return std::tie(message.number, message.program, message.path); }
+    bool operator==(const Source&) const = default;
+};
+// The answer to ConnectSource where the file is not connected, or not shown.
+struct SourceFault {
+    int number = 0;
+    std::string reason; // a sentence in English
+    static constexpr std::string_view packetName = "source-fault";
+    static auto fields(auto& message) { return std::tie(message.number, message.reason); }
+    bool operator==(const SourceFault&) const = default;
 };
 
 // From the extension to the centre.
@@ -96,6 +113,19 @@ struct OpenUrl {
     static auto fields(auto& message) { return std::tie(message.url); }
     bool operator==(const OpenUrl&) const = default;
 };
+// There is no list; the panel shows what it waits for, and would offer files.
+struct FindSources {
+    static constexpr std::string_view packetName = "find-sources";
+    static auto fields(auto&) { return std::tie(); }
+    bool operator==(const FindSources&) const = default;
+};
+// The user has chosen a file. That its list is there is the answer.
+struct ConnectSource {
+    int number = 0;
+    static constexpr std::string_view packetName = "connect-source";
+    static auto fields(auto& message) { return std::tie(message.number); }
+    bool operator==(const ConnectSource&) const = default;
+};
 
 // From a further start to the centre that runs already.
 struct Command {
@@ -112,8 +142,9 @@ struct Done {
     bool operator==(const Done&) const = default;
 };
 
-using ToExtension = std::variant<Show, Hide, Quit, Motion>;
-using FromExtension = std::variant<Ready, Shown, Closed, Counts, Pending, Restart, OpenUrl>;
+using ToExtension = std::variant<Show, Hide, Quit, Motion, Source, SourceFault>;
+using FromExtension =
+    std::variant<Ready, Shown, Closed, Counts, Pending, Restart, OpenUrl, FindSources, ConnectSource>;
 using FromFurtherStart = std::variant<Command>;
 using ToFurtherStart = std::variant<Done>;
 

@@ -125,6 +125,8 @@ private:
     void take(const channel::Motion& asked) {
         platform::MainQueue::current().setReducedMotion(asked.isReduced);
     }
+    void take(const channel::Source&) {}
+    void take(const channel::SourceFault&) {}
 
     void tellClosed() {
         platform::MainQueue& queue = platform::MainQueue::current();

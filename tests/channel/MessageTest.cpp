@@ -46,6 +46,15 @@ TEST(Message, motionHasOne) {
     expectPacket<ToExtension>(Motion{true}, "motion\0001"s);
 }
 
+TEST(Message, sourceNamesAFileByANumber) {
+    expectPacket<ToExtension>(channel::Source{1, "HomeBank", "/home/anna/bills.xhb"},
+                              "source\0001\0HomeBank\0/home/anna/bills.xhb"s);
+}
+
+TEST(Message, sourceFaultHasNumberAndReason) {
+    expectPacket<ToExtension>(channel::SourceFault{0, "it is gone"}, "source-fault\0000\0it is gone"s);
+}
+
 TEST(Message, readyStatesTheVersion) {
     expectPacket<FromExtension>(Ready{1}, "ready\0001"s);
     expectPacket<FromExtension>(Ready{std::numeric_limits<int>::max()}, "ready\0002147483647"s);
@@ -70,6 +79,15 @@ TEST(Message, restartHasNoFields) {
 
 TEST(Message, openHasAUrl) {
     expectPacket<FromExtension>(OpenUrl{"a://b"}, "open\0a://b"s);
+}
+
+TEST(Message, findSourcesHasNone) {
+    expectPacket<FromExtension>(channel::FindSources{}, "find-sources");
+}
+
+TEST(Message, connectSourceHasANumberAndNoPath) {
+    expectPacket<FromExtension>(channel::ConnectSource{3}, "connect-source\0003"s);
+    EXPECT_FALSE(messageOf<FromExtension>("connect-source\0/home/anna/bills.xhb"s));
 }
 
 TEST(Message, commandHasANameAndAToken) {
@@ -119,8 +137,9 @@ INSTANTIATE_TEST_SUITE_P(
 
 // Each packet cut short, grown, and with each of its bytes changed. What does not hold ends the process.
 TEST(Message, survivesDamage) {
-    for (const std::string& packet : {"show\0DP-1\0token\0001"s, "ready\0001"s, "counts\00012\0003"s,
-                                      "open\0a://b"s, "command\0show\0t"s}) {
+    for (const std::string& packet :
+         {"show\0DP-1\0token\0001"s, "source\0001\0HomeBank\0/b.xhb"s, "ready\0001"s, "counts\00012\0003"s,
+          "open\0a://b"s, "command\0show\0t"s}) {
         for (std::size_t at = 0; at < packet.size(); ++at) {
             fuzz::readMessage(packet.substr(0, at));
             for (const char other : {'\0', '0', '-', '\xff'}) {

@@ -204,6 +204,12 @@ void Center::take(const channel::FromExtension& message) {
     } else if (const auto* pending = std::get_if<channel::Pending>(&message)) {
         isPending_ = pending->isPending;
         startAnewIfHidden();
+    } else if (std::holds_alternative<channel::FindSources>(message)) {
+        if (findSources_)
+            findSources_();
+    } else if (const auto* chosen = std::get_if<channel::ConnectSource>(&message)) {
+        if (connectSource_)
+            connectSource_(chosen->number);
     }
 }
 

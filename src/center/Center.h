@@ -49,6 +49,11 @@ public:
     void setCountsChanged(std::function<void(const channel::Counts&)> handler) {
         countsChanged_ = std::move(handler);
     }
+    // What the panel asks for while there is no list: files to connect, and to connect the one of a number.
+    void setFindSources(std::function<void()> handler) { findSources_ = std::move(handler); }
+    void setConnectSource(std::function<void(int number)> handler) { connectSource_ = std::move(handler); }
+    // The answers to these.
+    void tellPanel(const channel::ToExtension& answer) { extension_.send(answer); }
     // Called once, as soon as it is asked to quit; nothing is shown any more.
     void setQuitting(std::function<void()> handler) { quitting_ = std::move(handler); }
     void setQuitted(std::function<void()> handler) { quitted_ = std::move(handler); }
@@ -83,6 +88,8 @@ private:
     bool isRestarting_ = false; // the next extension shows what this one does
     bool isQuitting_ = false;
     std::function<void(const channel::Counts&)> countsChanged_;
+    std::function<void()> findSources_;
+    std::function<void(int)> connectSource_;
     std::function<void()> quitting_;
     std::function<void()> quitted_;
 };

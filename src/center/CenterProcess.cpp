@@ -3,12 +3,14 @@
 #include "center/AccessibilityBus.h"
 #include "center/Appearance.h"
 #include "center/ApplicationService.h"
+#include "center/BridgeUpdates.h"
 #include "center/Center.h"
 #include "center/Commands.h"
 #include "center/Notifications.h"
 #include "center/Reminder.h"
 #include "center/SessionState.h"
 #include "center/Settings.h"
+#include "center/SourceOffers.h"
 #include "center/Tray.h"
 #include "center/UrlOpener.h"
 #include "model/GroupIdentifiers.h"
@@ -143,6 +145,29 @@ private:
     Notifications notifications_;
 };
 
+// The bills of other finance programs: what korvel-today-bridge is called for.
+class BridgeOfCenter final {
+public:
+    explicit BridgeOfCenter(Center& center)
+        : updates_(call(), watcher(), std::make_unique<platform::TimerAlarm>())
+        , offers_(call(), updates_,
+                  [&center](const channel::ToExtension& message) { center.tellPanel(message); }) {
+        center.setFindSources([this] { offers_.find(); });
+        center.setConnectSource([this](int number) { offers_.connect(number); });
+    }
+
+private:
+    BridgeCall call() {
+        return [this](const QStringList& arguments, std::function<void(const BridgeResult&)> done) {
+            program_.call(arguments, std::move(done));
+        };
+    }
+
+    BridgeProgram program_; // the first, since the others call it
+    BridgeUpdates updates_;
+    SourceOffers offers_;
+};
+
 // Whether a command is carried out by there being no panel.
 bool endsAnother(const channel::Command& command) {
     return command.name == hideCommand || command.name == quitCommand;
@@ -207,8 +232,10 @@ int runCenter(SingleInstance& instance, const Start& start) {
     SessionState session(QDBusConnection::systemBus(), bus);
     session.setLocked([&center] { center.hide(); });
     std::optional<ReminderOfCenter> reminder;
+    std::optional<BridgeOfCenter> bridge;
     if (isUsersOwn) {
         reminder.emplace(bus, session, center);
+        bridge.emplace(center);
         session.setChanged([&reminder] { reminder->sessionChanged(); });
     }
     center.setCountsChanged([&](const channel::Counts& counts) {

@@ -1,11 +1,10 @@
 #include "center/FailureWindow.h"
 
+#include "center/CompanionProgram.h"
 #include "platform/desktop/WindowSystem.h"
 #include "platform/storage/GroupContainers.h"
-#include "platform/system/DetachedProcess.h"
 
 #include <QBoxLayout>
-#include <QCoreApplication>
 #include <QFile>
 #include <QFontDatabase>
 #include <QGuiApplication>
@@ -26,14 +25,6 @@ constexpr int screenMargin = 12;
 constexpr int heightOfFindings = 260;
 constexpr int margin = 20;
 constexpr float outlineOpacity = 0.25F;
-
-// The companion stands beside this program.
-QString checkProgram() {
-    QString beside = QCoreApplication::applicationDirPath() + QStringLiteral("/korvel-todayctl");
-    if (QFile::exists(beside))
-        return beside;
-    return QString::fromStdString(platform::findProgram("korvel-todayctl").value_or("korvel-todayctl"));
-}
 
 } // namespace
 
@@ -125,7 +116,7 @@ void FailureWindow::runCheck() {
         if (error == QProcess::FailedToStart)
             showCheck(check_->program() + QStringLiteral(": ") + check_->errorString());
     });
-    check_->start(checkProgram(),
+    check_->start(companionProgram("korvel-todayctl"),
                   {QStringLiteral("--containers"),
                    QFile::decodeName(platform::GroupContainers::folder().c_str()), QStringLiteral("check")});
 }

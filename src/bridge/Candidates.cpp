@@ -6,6 +6,7 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <QUrl>
@@ -37,6 +38,12 @@ std::vector<std::string> recentFiles() {
     return paths;
 }
 
+// A path, or the URL of a local file.
+std::string pathOf(const QString& text) {
+    return QFile::encodeName(text.startsWith(QLatin1String("file:")) ? QUrl(text).toLocalFile() : text)
+        .toStdString();
+}
+
 // The lines "File1=PATH" of a file of settings; "$HOME" in a path is the user's home.
 std::vector<std::string> recentFilesOf(const std::string& settings) {
     std::vector<std::string> paths;
@@ -49,10 +56,30 @@ std::vector<std::string> recentFilesOf(const std::string& settings) {
     while (matches.hasNext() && paths.size() < mostEntries) {
         QString path = matches.next().captured(1).trimmed();
         path.replace(QLatin1String("$HOME"), QString::fromStdString(homeFolder()));
-        if (path.startsWith(QLatin1String("file:")))
-            path = QUrl(path).toLocalFile();
-        paths.push_back(QFile::encodeName(path).toStdString());
+        paths.push_back(pathOf(path));
     }
+    return paths;
+}
+
+// GnuCash keeps its list in the desktop's settings, which are read by their own program. Where GnuCash is not
+// installed, they know no such list.
+std::vector<std::string> recentFilesOfGnuCash() {
+    std::vector<std::string> paths;
+    QProcess settings;
+    settings.setStandardInputFile(QProcess::nullDevice());
+    settings.start(QStringLiteral("gsettings"),
+                   {QStringLiteral("list-recursively"), QStringLiteral("org.gnucash.GnuCash.history")});
+    constexpr int longestWait = 2000; // milliseconds
+    if (!settings.waitForFinished(longestWait)) {
+        settings.kill();
+        settings.waitForFinished();
+        return paths;
+    }
+    static const QRegularExpression line(QStringLiteral(R"(^\S+ file\d+ (['"])(.+)\1$)"),
+                                         QRegularExpression::MultilineOption);
+    auto matches = line.globalMatch(QString::fromUtf8(settings.readAllStandardOutput()));
+    while (matches.hasNext() && paths.size() < mostEntries)
+        paths.push_back(pathOf(matches.next().captured(2)));
     return paths;
 }
 
@@ -97,6 +124,7 @@ std::vector<Candidate> candidates(Programs programs) {
     };
     append(recentFilesOf(platform::pathByAppending(configFolder(), "kmymoneyrc")));
     append(recentFilesOf(platform::pathByAppending(configFolder(), "kmymoney/kmymoneyrc")));
+    append(recentFilesOfGnuCash());
     append(entriesOf(homeFolder()));
     append(entriesOf(QFile::encodeName(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation))
                          .toStdString()));

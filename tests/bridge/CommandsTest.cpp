@@ -8,6 +8,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <cstdlib>
 #include <filesystem>
 
 namespace bridge {
@@ -76,6 +77,31 @@ TEST_F(CommandsTest, sourcesAreFoundInListsAndUsualFolders) {
                              {"title", "Made-up"},
                              {"path", homePath("Documents/In documents.plans")},
                              {"connected", true}}));
+}
+
+TEST_F(CommandsTest, sourcesAreFoundInTheListOfGnuCash) {
+    for (const char* name : {"far/Of a URL.plans", "far/Of a path.plans", "far/Anna's.plans"})
+        writeHome(name, "[]");
+    writeHome("bin/gsettings",
+              "#!/bin/sh\n[ \"$*\" = 'list-recursively org.gnucash.GnuCash.history' ] || exit 1\n"
+              "cat <<'END'\n"
+              "org.gnucash.GnuCash.history file0 'file://" +
+                  homePath("far/Of%20a%20URL.plans") +
+                  "'\n"
+                  "org.gnucash.GnuCash.history file1 '" +
+                  homePath("far/Of a path.plans") +
+                  "'\n"
+                  "org.gnucash.GnuCash.history file2 \"" +
+                  homePath("far/Anna's.plans") +
+                  "\"\n"
+                  "org.gnucash.GnuCash.history file3 ''\n"
+                  "org.gnucash.GnuCash.history maxfiles 10\n"
+                  "END\n");
+    std::filesystem::permissions(homePath("bin/gsettings"), std::filesystem::perms::owner_all);
+    const support::EnvironmentVariable path("PATH", homePath("bin") + ":" + std::getenv("PATH"));
+    ASSERT_EQ(run({"sources"}), 0) << err;
+    EXPECT_EQ(out, "Made-up  " + homePath("far/Of a URL.plans") + "\nMade-up  " +
+                       homePath("far/Of a path.plans") + "\nMade-up  " + homePath("far/Anna's.plans") + "\n");
 }
 
 TEST_F(CommandsTest, sourcesMayBeNone) {

@@ -1,13 +1,11 @@
 #include "bridge/AmountText.h"
 #include "bridge/Commands.h"
-#include "bridge/Folders.h"
 #include "bridge/LocalDays.h"
 #include "bridge/Payments.h"
 #include "bridge/Publication.h"
 #include "bridge/TakenLog.h"
 #include "bridge/Update.h"
 #include "platform/storage/Files.h"
-#include "platform/storage/FolderLock.h"
 
 #include <nlohmann/json.hpp>
 
@@ -101,11 +99,8 @@ int showPending(Surroundings& surroundings) {
 
 int undo(Surroundings& surroundings) {
     OpenedState state;
-    if (!openState(surroundings, state))
+    if (!openStateInTurn(surroundings, state))
         return Failed;
-    const platform::FolderLock turn(ownStateFolder());
-    if (turn.error())
-        return failed(surroundings, ownStateFolder() + ": " + turn.error().message());
     const std::string container = containerPath();
     if (const std::string why = whyForeign(container); !why.empty())
         return failed(surroundings, why);

@@ -1,9 +1,7 @@
 #include "bridge/Candidates.h"
 #include "bridge/Commands.h"
-#include "bridge/Folders.h"
 #include "bridge/LocalDays.h"
 #include "bridge/Update.h"
-#include "platform/storage/FolderLock.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -82,11 +80,8 @@ int listSources(Surroundings& surroundings) {
 int connectFile(Surroundings& surroundings) {
     const std::string path = absolutePath(surroundings.operands[0]);
     OpenedState state;
-    if (!openState(surroundings, state))
+    if (!openStateInTurn(surroundings, state))
         return Failed;
-    const platform::FolderLock turn(ownStateFolder());
-    if (turn.error())
-        return failed(surroundings, ownStateFolder() + ": " + turn.error().message());
     const Program* program = programOfFile(surroundings.programs, path);
     if (!program)
         return failed(surroundings, path + ": this is no readable file of " + titles(surroundings.programs));
@@ -117,11 +112,8 @@ int connectFile(Surroundings& surroundings) {
 int disconnectFile(Surroundings& surroundings) {
     const std::string path = absolutePath(surroundings.operands[0]);
     OpenedState state;
-    if (!openState(surroundings, state))
+    if (!openStateInTurn(surroundings, state))
         return Failed;
-    const platform::FolderLock turn(ownStateFolder());
-    if (turn.error())
-        return failed(surroundings, ownStateFolder() + ": " + turn.error().message());
     Files files = state.configuration().files;
     const auto found = find(files, path);
     if (found == files.end())

@@ -9,7 +9,6 @@
 #include "bridge/TakenLog.h"
 #include "exchange/SharedFiles.h"
 #include "platform/storage/Files.h"
-#include "platform/storage/FolderLock.h"
 #include "platform/storage/StorageError.h"
 
 #include <chrono>
@@ -69,6 +68,17 @@ bool openState(Surroundings& surroundings, OpenedState& state) {
     if (!fault.empty())
         say(surroundings, fault);
     return fault.empty();
+}
+
+bool openStateInTurn(Surroundings& surroundings, OpenedState& state) {
+    const std::string folder = ownStateFolder();
+    std::error_code error = platform::makeFolders(folder);
+    if (platform::isMade(error))
+        error = state.turn.emplace(folder).error();
+    if (!error)
+        return openState(surroundings, state);
+    say(surroundings, folder + ": " + error.message());
+    return false;
 }
 
 bool readFiles(Surroundings& surroundings, OpenedState& state, std::vector<FilePlans>& result) {
@@ -149,12 +159,8 @@ int takeAndPublish(Surroundings& surroundings, OpenedState& state, std::vector<F
 
 int update(Surroundings& surroundings) {
     OpenedState state;
-    if (!openState(surroundings, state))
+    if (!openStateInTurn(surroundings, state))
         return Failed;
-    // One run at a time.
-    const platform::FolderLock turn(ownStateFolder());
-    if (turn.error())
-        return failed(surroundings, ownStateFolder() + ": " + turn.error().message());
     const std::string container = containerPath();
     if (const std::string why = whyForeign(container); !why.empty())
         return failed(surroundings, why);

@@ -4,7 +4,9 @@
 #include "bridge/Database.h"
 #include "bridge/Overlay.h"
 #include "bridge/Report.h"
+#include "platform/storage/FolderLock.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,14 +18,19 @@ namespace bridge {
 
 // What all commands that look at plans begin with.
 struct OpenedState {
+    std::optional<platform::FolderLock> turn; // of a command that changes anything
     ConfigurationFile file;
     Database database;
 
     [[nodiscard]] const Configuration& configuration() const { return file.configuration; }
 };
 
-// Opens settings and database, or says why not.
+// Opens settings and database as they stand, for a command that changes neither. Or says why not.
 [[nodiscard]] bool openState(Surroundings& surroundings, OpenedState& state);
+
+// The same for a command that changes them: it waits for its turn first, so that it begins with what the
+// process before it has left, and has the turn as long as the state lasts.
+[[nodiscard]] bool openStateInTurn(Surroundings& surroundings, OpenedState& state);
 
 [[nodiscard]] std::string keyPrefix(const ConnectedFile& file);
 

@@ -18,6 +18,7 @@ account expenses:home  ; type: X
     expenses:home  870.00 EUR
     assets:giro
 """
+HOMEBANK = '<?xml version="1.0"?>\n<homebank v="1.3999999999999999" d="050602">\n<properties title="x" curr="1"/>\n</homebank>\n'
 
 
 class BridgeTest(unittest.TestCase):
@@ -29,12 +30,18 @@ class BridgeTest(unittest.TestCase):
         self.journal.write_text(JOURNAL)
         self.container = self.home / "containers" / os.environ["KORVEL_GROUP"]
 
+    def start_bridge(self, *words):
+        return subprocess.Popen([os.environ["KORVEL_BRIDGE"], "--containers", self.home / "containers", *words],
+                                env={"PATH": os.environ["PATH"], "HOME": str(self.home), "TZ": "UTC", "LC_ALL": "C.UTF-8"},
+                                stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+
+    def finish(self, bridge, status=0):
+        out, err = bridge.communicate(timeout=60)
+        self.assertEqual(bridge.returncode, status, err)
+        return err if status else out
+
     def run_bridge(self, *words, status=0):
-        done = subprocess.run([os.environ["KORVEL_BRIDGE"], "--containers", self.home / "containers", *words],
-                              env={"PATH": os.environ["PATH"], "HOME": str(self.home), "TZ": "UTC", "LC_ALL": "C.UTF-8"},
-                              capture_output=True, text=True, timeout=60)
-        self.assertEqual(done.returncode, status, done.stderr)
-        return done.stderr if status else done.stdout
+        return self.finish(self.start_bridge(*words), status)
 
     def records(self):
         return plistlib.loads((self.container / "notifications.xml").read_bytes())
@@ -68,6 +75,18 @@ class BridgeTest(unittest.TestCase):
                 said = self.run_bridge("connect", self.home / name, status=1)
                 self.assertRegex(said, rf"\Akorvel-today-bridge: {self.home}/{name} [^\n]+\n\Z")
         self.assertFalse((self.home / ".config").exists())
+
+    def test_commands_at_the_same_time_undo_nothing_of_each_other(self):
+        files = [self.home / "a.xhb", self.home / "b.xhb"]
+        for file in files:
+            file.write_text(HOMEBANK)
+        for round_ in range(20):
+            for command, connected in (("connect", files), ("disconnect", [])):
+                with self.subTest(command=command, round=round_):
+                    for bridge in [self.start_bridge(command, file) for file in files]:
+                        self.finish(bridge)
+                    status = json.loads(self.run_bridge("status", "--json"))
+                    self.assertEqual(sorted(file["path"] for file in status["files"]), [str(file) for file in connected])
 
 
 if __name__ == "__main__":

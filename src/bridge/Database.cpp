@@ -20,6 +20,7 @@ constexpr std::int64_t schemaVersion = 1;
 constexpr const char* schema[] = {
     "CREATE TABLE reading (file TEXT PRIMARY KEY, today TEXT, last TEXT, plans TEXT,"
     " fault TEXT NOT NULL DEFAULT '') WITHOUT ROWID",
+    "CREATE TABLE include (file TEXT, path TEXT, PRIMARY KEY (file, path)) WITHOUT ROWID",
     // A record of the feed with the number of the last feed that held it.
     "CREATE TABLE published (plan TEXT, date REAL, nominal TEXT NOT NULL, day TEXT NOT NULL,"
     " publication INTEGER NOT NULL, PRIMARY KEY (plan, date)) WITHOUT ROWID",
@@ -149,8 +150,25 @@ void Database::keepFault(const std::string& file, const std::string& fault) {
         .run();
 }
 
+std::vector<std::string> Database::includes(const std::string& file) {
+    std::vector<std::string> paths;
+    Statement row(sqlite_, "SELECT path FROM include WHERE file = ? ORDER BY path");
+    row.with(file);
+    while (row.next())
+        paths.push_back(row.text(0));
+    return paths;
+}
+
+void Database::keepIncludes(const std::string& file, const std::vector<std::string>& paths) {
+    Statement(sqlite_, "DELETE FROM include WHERE file = ?").with(file).run();
+    Statement insert(sqlite_, "INSERT OR IGNORE INTO include (file, path) VALUES (?, ?)");
+    for (const std::string& path : paths)
+        insert.with(file).with(path).run();
+}
+
 void Database::dropReading(const std::string& file) {
     Statement(sqlite_, "DELETE FROM reading WHERE file = ?").with(file).run();
+    keepIncludes(file, {});
 }
 
 std::vector<Action> Database::openActions() {

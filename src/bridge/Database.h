@@ -67,7 +67,10 @@ public:
     [[nodiscard]] KeptReading reading(const std::string& file);
     void keepReading(const std::string& file, Day today, Day last, const std::vector<Plan>& plans);
     void keepFault(const std::string& file, const std::string& fault);
-    void dropReading(const std::string& file);
+    // What else a sound reading has read, sorted.
+    [[nodiscard]] std::vector<std::string> includes(const std::string& file);
+    void keepIncludes(const std::string& file, const std::vector<std::string>& paths);
+    void dropReading(const std::string& file); // and its includes
 
     // In their order.
     [[nodiscard]] std::vector<Action> openActions();

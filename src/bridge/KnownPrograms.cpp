@@ -8,6 +8,8 @@
 #include "bridge/sources/HomeBank.h"
 #include "bridge/sources/KMyMoney.h"
 
+#include <utility>
+
 namespace bridge {
 
 namespace {
@@ -38,10 +40,14 @@ bool isJournal(std::string_view path, std::string_view /*start*/) {
 
 Reading readJournal(const std::string& path, const Period& period, const Configuration& configuration) {
     const HledgerRange range = rangeOf(configuration.hledgerFirstDay, period);
-    const HledgerReport report = HledgerProgram().report(path, range);
+    HledgerReport report = HledgerProgram().report(path, range);
     Reading reading;
-    reading.fault = report.fault;
-    return report.fault.empty() ? readHledger(report.answer, range.first, period) : reading;
+    if (report.fault.empty())
+        reading = readHledger(report.answer, range.first, period);
+    else
+        reading.fault = std::move(report.fault);
+    reading.files = std::move(report.files);
+    return reading;
 }
 
 std::vector<std::string> filesOfJournal(const std::string& path) {

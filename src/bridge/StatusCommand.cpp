@@ -25,6 +25,7 @@ struct FileStatus {
     std::optional<std::string> saved; // when; absent where there is no such file
     bool isOpen = false;              // a lock of the program is there
     KeptReading reading;
+    std::vector<std::string> includes;
     std::string toInclude; // the journal of payments, where the file does not include it
 };
 
@@ -43,6 +44,7 @@ FileStatus statusOf(const Surroundings& surroundings, const ConnectedFile& file,
                       std::nullopt,
                       false,
                       database.reading(file.id),
+                      database.includes(file.id),
                       journalToInclude(surroundings, file)};
     struct stat status {};
     if (platform::FileSystemCalls::current().status(file.path.c_str(), &status) == 0)
@@ -83,6 +85,7 @@ Json jsonOf(const FileStatus& file) {
               {"open", file.isOpen},
               {"read", file.reading.isThere ? Json(textOfDay(file.reading.today)) : Json()},
               {"plans", file.reading.plans.size()},
+              {"includes", file.includes},
               {"fault", file.reading.fault}};
     if (!file.toInclude.empty())
         json["to_include"] = file.toInclude;

@@ -11,7 +11,9 @@
 #include "platform/storage/Files.h"
 #include "platform/storage/StorageError.h"
 
+#include <algorithm>
 #include <chrono>
+#include <filesystem>
 #include <system_error>
 #include <utility>
 
@@ -32,6 +34,18 @@ Reading read(const Surroundings& surroundings, const ConnectedFile& file, const 
 bool isKept(const KeptReading& kept, const Reading& reading, const Period& period) {
     return kept.isThere && kept.fault.empty() && kept.today == period.today && kept.last == period.last &&
            textOfPlans(kept.plans) == textOfPlans(reading.plans);
+}
+
+// What was read besides the file and our own journal, which changes with each payment that is entered.
+std::vector<std::string> includesOf(const ConnectedFile& file, std::vector<std::string> paths) {
+    std::erase_if(paths, [&](const std::string& path) {
+        std::error_code error;
+        return std::filesystem::equivalent(path, file.path, error) ||
+               std::filesystem::equivalent(path, paidJournalFile(file.id), error);
+    });
+    std::sort(paths.begin(), paths.end());
+    paths.erase(std::unique(paths.begin(), paths.end()), paths.end());
+    return paths;
 }
 
 bool takeActions(Surroundings& surroundings, const std::string& container, Database& database) {
@@ -99,6 +113,9 @@ bool readFiles(Surroundings& surroundings, OpenedState& state, std::vector<FileP
         if (reading.isSound()) {
             if (!isKept(kept, reading, period))
                 state.database.keepReading(file->id, period.today, period.last, reading.plans);
+            const auto includes = includesOf(*file, std::move(reading.files));
+            if (state.database.includes(file->id) != includes)
+                state.database.keepIncludes(file->id, includes);
             result.push_back({keyPrefix(*file), file->path, true, period.last, std::move(reading.plans)});
             continue;
         }

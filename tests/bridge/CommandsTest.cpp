@@ -230,6 +230,7 @@ TEST_F(CommandsTest, statusTellsOfFilesAndOfWhatIsHidden) {
                                               {"open", true},
                                               {"read", "2026-03-30"},
                                               {"plans", 1},
+                                              {"includes", Json::array()},
                                               {"fault", "is damaged"}}})));
     EXPECT_EQ(status["shown_until"], "2026-03-30");
     EXPECT_EQ(status["published"], 3);

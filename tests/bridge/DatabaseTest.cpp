@@ -52,8 +52,14 @@ TEST_F(DatabaseTest, keepsAReadingUntilTheNextSoundOne) {
     ASSERT_EQ(reading.plans.size(), 1U);
     EXPECT_EQ(reading.plans[0].key, "1");
     EXPECT_EQ(reading.fault, "It is encrypted.");
+    database.keepIncludes("a", {"/c", "/b", "/b"});
+    database.keepIncludes("other", {"/d"});
+    database.keepReading("a", tenth, first, {});
+    EXPECT_EQ(database.includes("a"), (std::vector<std::string>{"/b", "/c"}));
     database.dropReading("a");
     EXPECT_FALSE(database.reading("a").isThere);
+    EXPECT_TRUE(database.includes("a").empty());
+    EXPECT_EQ(database.includes("other"), (std::vector<std::string>{"/d"}));
     EXPECT_EQ(database.error(), "");
 }
 

@@ -90,6 +90,25 @@ TEST_F(HledgerPaymentsTest, statusTellsTheLineToIncludeUntilItIs) {
     EXPECT_EQ(out.find("include"), out.npos) << out;
 }
 
+// For whoever watches files; our own journal is none of them, as each update may change it.
+TEST_F(HledgerPaymentsTest, statusNamesWhatAJournalIncludes) {
+    const auto includes = [&] {
+        EXPECT_EQ(run({"status", "--json"}), 0) << err;
+        return Json::parse(out)["files"][0]["includes"];
+    };
+    const std::string rules = writeHome("rules/rent.journal", rentRule);
+    connectJournal("include rules/*.journal\n");
+    include();
+    EXPECT_EQ(includes(), Json{rules});
+    // Where the fault is, is where it will be mended.
+    writeHome("rules/rent.journal", "~ no period\n");
+    EXPECT_EQ(run({"update"}), 1);
+    EXPECT_EQ(includes(), Json{rules});
+    writeHome(journalName, directives);
+    ASSERT_EQ(run({"update"}), 0) << err;
+    EXPECT_EQ(includes(), Json::array());
+}
+
 TEST_F(HledgerPaymentsTest, whatIsPaidIsEnteredOnce) {
     connectJournal(rentRule + yearRule);
     include();

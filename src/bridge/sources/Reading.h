@@ -18,6 +18,7 @@ struct Reading {
     std::vector<Plan> plans;           // in the order of the file
     std::vector<std::string> warnings; // sentences on what was read in spite of a doubt
     std::string fault;                 // a sentence on why nothing was read; empty where the file is sound
+    std::vector<std::string> files{};  // all that was read; empty where that was the file alone
 
     [[nodiscard]] bool isSound() const { return fault.empty(); }
 };

@@ -53,6 +53,12 @@ int unlink(const char* path) noexcept {
 int unlinkat(int folder, const char* name, int flags) noexcept {
     return pass<int(int, const char*, int)>("unlinkat", folder, name, flags);
 }
+int remove(const char* path) noexcept {
+    return pass<int(const char*)>("remove", path);
+}
+int rename(const char* name, const char* newName) noexcept {
+    return pass<int(const char*, const char*)>("rename", name, newName);
+}
 int renameat(int from, const char* name, int to, const char* newName) noexcept {
     return pass<int(int, const char*, int, const char*)>("renameat", from, name, to, newName);
 }

@@ -8,7 +8,7 @@ namespace bridge {
 
 namespace {
 
-// HomeBank stops counting there, and shows "+10".
+// HomeBank shows "+10" from ten on, and does not tell how many more.
 constexpr int mostLate = 11;
 
 // Eleven years of days, so that a date of long ago does not keep the reader busy.
@@ -59,13 +59,22 @@ std::optional<HomeBankSchedule> advanced(const HomeBankSchedule& schedule) {
 std::vector<Occurrence> occurrencesOf(HomeBankSchedule schedule, const Period& period) {
     std::vector<Occurrence> occurrences;
     int late = 0;
-    for (int step = 0; step < mostSteps && schedule.next <= period.last; ++step) {
-        if (schedule.next > period.today || late++ < mostLate)
-            occurrences.push_back({schedule.next, schedule.next});
+    // HomeBank gives days back when it books an occurrence, but not when it counts the late ones: of a plan
+    // for the 31st of January the one of March is late from the 28th on, and once the earlier two are booked
+    // it is due on the 31st.
+    HomeBankSchedule counted = schedule;
+    for (int step = 0; step < mostSteps && std::min(schedule.next, counted.next) <= period.last; ++step) {
+        const bool isLate = counted.next <= period.today;
+        const Day day = (schedule.next <= period.today) == isLate ? schedule.next : counted.next;
+        if (day <= period.last && (!isLate || late++ < mostLate))
+            occurrences.push_back({day, schedule.next});
+        counted.gap = 0;
         const auto following = advanced(schedule);
-        if (!following)
+        const auto countedNext = advanced(counted);
+        if (!following || !countedNext)
             break;
         schedule = *following;
+        counted = *countedNext;
     }
     return occurrences;
 }

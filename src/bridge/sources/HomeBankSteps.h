@@ -26,7 +26,8 @@ struct HomeBankSchedule {
 // The schedule after one occurrence was booked or skipped; nothing where none follows.
 [[nodiscard]] std::optional<HomeBankSchedule> advanced(const HomeBankSchedule& schedule);
 
-// The late ones that HomeBank counts, then those after today.
+// The late ones that HomeBank counts, then those after today. The nominal day is the one that HomeBank writes
+// when the ones before it are booked.
 [[nodiscard]] std::vector<Occurrence> occurrencesOf(HomeBankSchedule schedule, const Period& period);
 
 } // namespace bridge

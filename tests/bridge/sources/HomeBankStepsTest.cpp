@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
 
 using namespace bridge;
@@ -63,6 +64,68 @@ TEST(HomeBankSteps, keepTheDaysThatAMonthTookAway) {
     }
     EXPECT_EQ(gaps, (std::vector<std::int64_t>{3, 0, 1, 0}));
     EXPECT_EQ(advanced({*dayOfText("2027-01-30"), 1, HomeBankUnit::Month, {}, false, 1})->gap, 3);
+}
+
+// What the "Late" column of HomeBank 5.6.2 shows.
+TEST(HomeBankSteps, areLateAsHomeBankCountsThem) {
+    struct Row {
+        const char* next;
+        std::int64_t every;
+        bool skipsWeekends;
+        std::int64_t gap;
+        std::vector<std::pair<const char*, long>> late;
+    };
+    const Row rows[] = {
+        {"2027-01-31",
+         1,
+         false,
+         0,
+         {{"2027-03-27", 2}, {"2027-03-28", 3}, {"2027-05-02", 4}, {"2027-05-28", 5}}},
+        {"2027-02-28",
+         1,
+         false,
+         3,
+         {{"2027-03-27", 1}, {"2027-03-28", 2}, {"2027-04-28", 3}, {"2027-08-31", 7}}},
+        {"2027-01-30",
+         1,
+         false,
+         1,
+         {{"2027-02-28", 2}, {"2027-03-28", 3}, {"2027-04-27", 3}, {"2027-08-31", 8}}},
+        {"2026-12-31",
+         2,
+         false,
+         0,
+         {{"2027-02-28", 2}, {"2027-04-27", 2}, {"2027-04-28", 3}, {"2027-08-28", 5}}},
+        {"2026-12-31",
+         2,
+         true,
+         0,
+         {{"2027-02-28", 1}, {"2027-03-01", 2}, {"2027-05-02", 2}, {"2027-08-28", 4}}},
+        {"2026-08-31", 6, false, 0, {{"2027-02-28", 2}, {"2027-05-31", 2}, {"2027-08-28", 3}}},
+    };
+    for (const Row& row : rows)
+        for (const auto& [day, late] : row.late) {
+            const bridge::Day today = *dayOfText(day);
+            const Period period{today, today + std::chrono::days(31)};
+            const auto occurrences = occurrencesOf(
+                {*dayOfText(row.next), row.every, HomeBankUnit::Month, {}, row.skipsWeekends, row.gap},
+                period);
+            EXPECT_EQ(std::ranges::count_if(
+                          occurrences, [&](const Occurrence& occurrence) { return occurrence.day <= today; }),
+                      late)
+                << row.next << " every " << row.every << " on " << day;
+        }
+}
+
+TEST(HomeBankSteps, countALateOneByTheDayOnWhichItWillBeDue) {
+    const HomeBankSchedule schedule{*dayOfText("2027-01-31")};
+    const auto dayAt = [&](const char* today) {
+        return occurrencesOf(schedule, {*dayOfText(today), *dayOfText("2027-04-01")})[2];
+    };
+    const bridge::Day end = *dayOfText("2027-03-31");
+    EXPECT_EQ(dayAt("2027-03-27"), (Occurrence{end, end}));
+    EXPECT_EQ(dayAt("2027-03-28"), (Occurrence{*dayOfText("2027-03-28"), end}));
+    EXPECT_EQ(dayAt("2027-03-31"), (Occurrence{end, end}));
 }
 
 TEST(HomeBankSteps, endWithTheLastOneThatIsLeft) {

@@ -138,13 +138,13 @@ int actOn(const std::string& plan, const std::string& dateText, double date, con
 } // namespace
 
 int act(const Options& options, Streams& streams) {
-    const auto& words = options.words;
+    const auto& words = options.line.operands;
     const std::optional<double> date = momentOfText(words[2]);
     if (!date)
-        return misused(streams, options.placeOf(2), words[2] + " is no date");
+        return misused(streams, options.line.placeOf(2), words[2] + " is no date");
     const std::optional<Action> action = actionOf(words);
     if (!action)
-        return misused(streams, options.placeOf(4), words[4] + " is no whole number of days");
+        return misused(streams, options.line.placeOf(4), words[4] + " is no whole number of days");
     std::optional<OpenerProcess> opener;
     if (streams.confine && action->isInfo())
         opener.emplace(request);

@@ -33,10 +33,7 @@ std::variant<Options, platform::CommandLineError> parseOptions(const std::vector
                    line.has("--follow"),
                    line.has("--version"),
                    line.has("--help"),
-                   line.operands,
-                   line.optionPlaces,
-                   line.operandPlaces,
-                   arguments.size()};
+                   line};
 }
 
 } // namespace ctl

@@ -2,8 +2,6 @@
 
 #include "platform/system/CommandLine.h"
 
-#include <cstddef>
-#include <map>
 #include <span>
 #include <string>
 #include <variant>
@@ -19,16 +17,7 @@ struct Options {
     bool follow = false;
     bool version = false;
     bool help = false;
-    std::vector<std::string> words; // the command's name and its operands
-    // The number of the argument that each of them is, from 1, and how many arguments there are.
-    std::map<std::string, std::size_t, std::less<>> optionPlaces;
-    std::vector<std::size_t> wordPlaces;
-    std::size_t argumentCount = 0;
-
-    // The number of the argument that a word is; of one that is missing, the number that it would have.
-    [[nodiscard]] std::size_t placeOf(std::size_t word) const {
-        return word < wordPlaces.size() ? wordPlaces[word] : argumentCount + 1;
-    }
+    platform::CommandLine line; // its operands are the command's name and what follows it
 };
 
 // The options that the companion takes, for its help text.

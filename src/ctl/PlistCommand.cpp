@@ -50,7 +50,7 @@ int showPlist(const std::string& path, PlistFormat format, Streams& streams) {
 }
 
 int plistFile(const Options& options, Streams& streams) {
-    const std::string& file = options.words[1];
+    const std::string& file = options.line.operands[1];
     if (!confine(streams, file == "-" ? platform::AllowedFiles() : platform::AllowedFiles{{file}, {}}))
         return Failed;
     return showPlist(file, options.to == "xml" ? PlistFormat::Xml : PlistFormat::Json, streams);

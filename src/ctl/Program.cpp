@@ -19,10 +19,10 @@ int answer(const Options& options, Streams& streams) {
         streams.out << "korvel-todayctl " KORVEL_VERSION " (" << fullEditionGroupIdentifier << ")\n";
         return Done;
     }
-    const auto command = commandOf(options);
-    if (const auto* misuse = std::get_if<Misuse>(&command))
-        return misused(streams, misuse->place, misuse->sentence);
-    return std::get<const Command*>(command)->perform(options, streams);
+    const auto way = platform::wayOf(commandTable(), options.line);
+    if (const auto* error = std::get_if<platform::CommandLineError>(&way))
+        return misused(streams, error->place, error->message);
+    return commands()[std::get<std::size_t>(way)].perform(options, streams);
 }
 
 } // namespace

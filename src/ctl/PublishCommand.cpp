@@ -96,7 +96,7 @@ int writeFeed(const std::string& bytes, Streams& streams) {
 } // namespace
 
 int publish(const Options& options, Streams& streams) {
-    const std::string& file = options.words[1];
+    const std::string& file = options.line.operands[1];
     const std::string place = file == "-" ? "standard input" : file;
     std::error_code unreadable;
     const std::optional<std::string> text = readInput(file, streams.in, unreadable);

@@ -58,8 +58,9 @@ std::string assign(SharedDefaults& defaults, const std::string& key, const std::
 }
 
 int set(SharedDefaults& defaults, const Options& options, Streams& streams) {
-    if (const std::string fault = assign(defaults, options.words[2], options.words[3]); !fault.empty())
-        return misused(streams, options.placeOf(3), fault);
+    if (const std::string fault = assign(defaults, options.line.operands[2], options.line.operands[3]);
+        !fault.empty())
+        return misused(streams, options.line.placeOf(3), fault);
     // The other settings are written again with this one.
     if (const auto fault = describeUnportable(platform::plist::Value(defaults.values())))
         return failed(streams, containerPath(), *fault);
@@ -88,7 +89,7 @@ int get(const SharedDefaults& defaults, const std::string& key, const Options& o
 } // namespace
 
 int settings(const Options& options, Streams& streams) {
-    const auto& words = options.words;
+    const auto& words = options.line.operands;
     auto defaults = exchange::openSharedSettings();
     if (!defaults)
         return failed(streams, containerPath(), cannotOpen);

@@ -22,7 +22,7 @@ TEST(OptionsTest, mayStandAnywhere) {
     const Options options = parsed({"--containers", "/c", "list", "--json", "x"});
     EXPECT_EQ(options.containers, "/c");
     EXPECT_TRUE(options.json);
-    EXPECT_THAT(options.words, ElementsAre("list", "x"));
+    EXPECT_THAT(options.line.operands, ElementsAre("list", "x"));
 }
 
 TEST(OptionsTest, takeTheirValueAfterAnEqualsSignToo) {
@@ -31,12 +31,12 @@ TEST(OptionsTest, takeTheirValueAfterAnEqualsSignToo) {
 }
 
 TEST(OptionsTest, endAtTwoHyphens) {
-    EXPECT_THAT(parsed({"settings", "set", "--", "key", "--json"}).words,
+    EXPECT_THAT(parsed({"settings", "set", "--", "key", "--json"}).line.operands,
                 ElementsAre("settings", "set", "key", "--json"));
 }
 
 TEST(OptionsTest, leaveASingleHyphenAndNegativeNumbersToTheCommand) {
-    EXPECT_THAT(parsed({"publish", "-", "-5"}).words, ElementsAre("publish", "-", "-5"));
+    EXPECT_THAT(parsed({"publish", "-", "-5"}).line.operands, ElementsAre("publish", "-", "-5"));
 }
 
 class MisuseTest : public CtlTest, public testing::WithParamInterface<std::vector<std::string>> {};

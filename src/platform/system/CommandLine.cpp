@@ -12,7 +12,9 @@ public:
            const std::vector<std::string>& arguments)
         : options_(options)
         , operands_(operands)
-        , arguments_(arguments) {}
+        , arguments_(arguments) {
+        line_.argumentCount = arguments.size();
+    }
 
     std::variant<CommandLine, CommandLineError> parse() {
         while (next_ < arguments_.size() && error_.empty())
@@ -93,6 +95,10 @@ private:
 };
 
 } // namespace
+
+std::size_t CommandLine::placeOf(std::size_t operand) const {
+    return operand < operandPlaces.size() ? operandPlaces[operand] : argumentCount + 1;
+}
 
 bool CommandLine::has(std::string_view name) const {
     return options.contains(name);

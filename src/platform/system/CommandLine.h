@@ -39,7 +39,10 @@ struct CommandLine {
     // The number of the argument that each of them is, from 1.
     std::map<std::string, std::size_t, std::less<>> optionPlaces;
     std::vector<std::size_t> operandPlaces;
+    std::size_t argumentCount = 0;
 
+    // The number of the argument that an operand is; of one that is missing, the number that it would have.
+    [[nodiscard]] std::size_t placeOf(std::size_t operand) const;
     [[nodiscard]] bool has(std::string_view name) const;
     // The result is absent if the option is not given.
     [[nodiscard]] std::optional<std::string> value(std::string_view name) const;

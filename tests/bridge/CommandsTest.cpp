@@ -24,24 +24,48 @@ const std::string rentFile = "Rent.plans";
 
 } // namespace
 
-TEST_F(CommandsTest, wrongUsageIsTold) {
+// The folder of containers, which tests give first, is two arguments.
+TEST_F(CommandsTest, wrongUsageIsToldWithItsPlace) {
     const struct {
         std::vector<std::string> arguments;
         const char* sentence;
     } rows[] = {
-        {{}, "a command is missing"},
-        {{"publish"}, "unknown command publish"},
-        {{"connect"}, "connect takes one FILE"},
-        {{"update", "now"}, "update takes no operand"},
-        {{"update", "--fast"}, "unknown option --fast"},
+        {{}, "3: a command is missing"},
+        {{"publish"}, "3: unknown command publish"},
+        {{"connect"}, "4: FILE is missing"},
+        {{"connect", "a", "b"}, "5: connect has no place for b"},
+        {{"update", "now"}, "4: update has no place for now"},
+        {{"update", "--fast"}, "4: unknown option --fast"},
+        {{"update", "--json"}, "4: --json does not go with update"},
+        {{"--json", "status", "--json"}, "5: --json is given twice"},
+        {{"help", "publish"}, "4: unknown command publish"},
+        {{"help", "update", "status"}, "5: help has no place for status"},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(run(row.arguments), 2);
-        EXPECT_EQ(err,
-                  std::string("korvel-today-bridge: ") + row.sentence + "; see korvel-today-bridge --help\n");
+        EXPECT_EQ(err, std::string("korvel-today-bridge: argument ") + row.sentence +
+                           "; see korvel-today-bridge --help\n");
+        EXPECT_EQ(out, "");
     }
-    EXPECT_EQ(run({"--help"}), 0);
-    EXPECT_NE(out.find("connect FILE"), out.npos);
+}
+
+TEST_F(CommandsTest, helpIsOfAllCommandsOrOfOne) {
+    ASSERT_EQ(run({"--help"}), 0) << err;
+    const std::string all = out;
+    EXPECT_NE(all.find("  connect FILE [--json] "), all.npos) << all;
+    for (const char* word : {"help", "-h"}) {
+        ASSERT_EQ(run({word}), 0) << err;
+        EXPECT_EQ(out, all);
+    }
+    ASSERT_EQ(run({"help", "connect"}), 0) << err;
+    const std::string ofConnect = out;
+    EXPECT_TRUE(ofConnect.starts_with("  korvel-today-bridge connect FILE [--json] ")) << ofConnect;
+    EXPECT_EQ(ofConnect.find("undo"), ofConnect.npos) << ofConnect;
+    ASSERT_EQ(run({"connect", "--help"}), 0) << err;
+    EXPECT_EQ(out, ofConnect);
+    ASSERT_EQ(run({"help", "--json"}), 0) << err;
+    EXPECT_EQ(Json::parse(out)["program"], "korvel-today-bridge");
+    EXPECT_EQ(Json::parse(out)["commands"][1]["operands"], Json({"FILE"}));
     EXPECT_EQ(run({"--version"}), 0);
     EXPECT_TRUE(out.starts_with("korvel-today-bridge ")) << out;
 }

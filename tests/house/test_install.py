@@ -15,7 +15,7 @@ BUILD = os.environ["KORVEL_BUILD"]
 IDENTIFIER = "com.korvel.today"
 SIDES = (16, 22, 24, 32, 48, 64, 128, 256, 512)
 EXPECTED = {
-    "bin/korvel-today", "bin/korvel-todayctl",
+    "bin/korvel-today", "bin/korvel-todayctl", "bin/korvel-today-bridge",
     "lib/systemd/user/korvel-today.service",
     f"share/dbus-1/services/{IDENTIFIER}.service",
     f"share/applications/{IDENTIFIER}.desktop",

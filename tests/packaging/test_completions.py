@@ -41,6 +41,14 @@ CASES = {
     "korvel-todayctl help pu": {"publish"},
     "korvel-todayctl help list ": set(),
     "korvel-todayctl publish -- --fe": {"--feed"},
+    "korvel-today-bridge ex": {"export"},
+    "korvel-today-bridge status --": COMMON | {"--json"},
+    "korvel-today-bridge update --": COMMON,
+    "korvel-today-bridge connect fe": {"feed one.json"},
+    "korvel-today-bridge connect x ": set(),
+    "korvel-today-bridge --containers x disconnect f": {"feed one.json", "folder two/"},
+    "korvel-today-bridge open ": set(),
+    "korvel-today-bridge help un": {"undo"},
     "korvel-today --h": {"--help", "--hide"},
     "korvel-today --snapshot fe": {"feed one.json"},
     "korvel-today --containers f": {"folder two/"},
@@ -69,7 +77,7 @@ class ShellTest(unittest.TestCase):
         (self.files / "--feed").touch()
         self.env = {"HOME": str(self.home), "ZDOTDIR": str(self.home), "TERM": "dumb", "LC_ALL": "C.UTF-8",
                     "PATH": f"{self.home}:{os.environ['PATH']}"}
-        for name in ("korvel-todayctl", "korvel-today"):
+        for name in ("korvel-todayctl", "korvel-today", "korvel-today-bridge"):
             program = self.home / name
             program.write_text(f"#!/bin/sh\nprintf '%s\\0' \"$@\" > '{self.home}/new'\nmv '{self.home}/new' '{self.home}/got'\n")
             program.chmod(0o755)
@@ -78,11 +86,12 @@ class ShellTest(unittest.TestCase):
     def tables():
         """What the programs tell of themselves."""
         return [json.loads(subprocess.run([os.environ[program], *arguments], stdout=subprocess.PIPE, check=True).stdout)
-                for program, arguments in (("KORVEL_TODAYCTL", ["help", "--json"]), ("KORVEL_TODAY", ["--help", "--json"]))]
+                for program, arguments in (("KORVEL_TODAYCTL", ["help", "--json"]), ("KORVEL_BRIDGE", ["help", "--json"]),
+                                           ("KORVEL_TODAY", ["--help", "--json"]))]
 
     def check_tables(self):
-        companion, panel = self.tables()
-        self.check({"korvel-todayctl ": {command["command"] for command in companion["commands"]},
+        *with_commands, panel = self.tables()
+        self.check({f"{table['program']} ": {command["command"] for command in table["commands"]} for table in with_commands} | {
                     "korvel-today --": {option["name"] for option in panel["options"]}})
 
 

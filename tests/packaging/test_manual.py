@@ -42,7 +42,8 @@ def way(command, options):
 class Manual(unittest.TestCase):
     def setUp(self):
         self.tables = {"korvel-todayctl": table("KORVEL_TODAYCTL", "help", "--json"),
-                       "korvel-today": table("KORVEL_TODAY", "--help", "--json")}
+                       "korvel-today": table("KORVEL_TODAY", "--help", "--json"),
+                       "korvel-today-bridge": table("KORVEL_BRIDGE", "help", "--json")}
 
     def test_has_a_page_of_each_program(self):
         self.assertEqual({page.name for page in PAGES}, {f"{program}.1" for program in self.tables})
@@ -54,9 +55,10 @@ class Manual(unittest.TestCase):
             self.assertEqual(set(re.findall(r"--\w[\w-]*", page.text)), {option["name"] for option in known["options"]})
 
     def test_commands_are_those_of_the_program(self):
-        known = self.tables["korvel-todayctl"]
-        self.assertEqual(Page("korvel-todayctl").items("COMMANDS"),
-                         [way(command, known["options"]) for command in known["commands"]])
+        for program in ("korvel-todayctl", "korvel-today-bridge"):
+            known = self.tables[program]
+            self.assertEqual(Page(program).items("COMMANDS"),
+                             [way(command, known["options"]) for command in known["commands"]])
 
     def test_is_shown_without_a_warning(self):
         for page in PAGES:

@@ -13,12 +13,14 @@ import xml.etree.ElementTree
 SOURCE = pathlib.Path(os.environ["KORVEL_SOURCE_DIR"])
 BUILD = os.environ["KORVEL_BUILD"]
 IDENTIFIER = "com.korvel.today"
+BRIDGE_ENTRY = "zz-korvel-today-bridge.desktop"
+UNITS = ("korvel-today.service",)
 SIDES = (16, 22, 24, 32, 48, 64, 128, 256, 512)
 EXPECTED = {
     "bin/korvel-today", "bin/korvel-todayctl", "bin/korvel-today-bridge",
-    "lib/systemd/user/korvel-today.service",
+    *(f"lib/systemd/user/{unit}" for unit in UNITS),
     f"share/dbus-1/services/{IDENTIFIER}.service",
-    f"share/applications/{IDENTIFIER}.desktop",
+    f"share/applications/{IDENTIFIER}.desktop", f"share/applications/{BRIDGE_ENTRY}",
     f"etc/xdg/autostart/{IDENTIFIER}.desktop",
     f"share/metainfo/{IDENTIFIER}.metainfo.xml",
     *(f"share/icons/hicolor/{side}x{side}/apps/{IDENTIFIER}.png" for side in SIDES),
@@ -80,15 +82,18 @@ class Files(InstallTest):
     def test_name_the_programs_where_they_are_installed(self):
         self.install("/opt/of anna", DESTDIR=str(self.folder))
         prefix = self.folder / "opt/of anna"
-        for name, group, key in ((f"share/dbus-1/services/{IDENTIFIER}.service", "D-BUS Service", "Exec"),
-                                 ("lib/systemd/user/korvel-today.service", "Service", "ExecStart")):
-            self.assertEqual(entries(prefix / name)[group][key], '"/opt/of anna/bin/korvel-today" --background')
+        for name, group, key, command in (
+                (f"share/dbus-1/services/{IDENTIFIER}.service", "D-BUS Service", "Exec", 'korvel-today" --background'),
+                ("lib/systemd/user/korvel-today.service", "Service", "ExecStart", 'korvel-today" --background')):
+            self.assertEqual(entries(prefix / name)[group][key], f'"/opt/of anna/bin/{command}')
             self.assertNotIn("@", re.sub(r"@[a-z-]+", "", (prefix / name).read_text()), "groups of system calls aside")
         # An entry of the desktop finds it on the search path.
         for name in (f"share/applications/{IDENTIFIER}.desktop", f"etc/xdg/autostart/{IDENTIFIER}.desktop"):
             for group in entries(prefix / name).values():
                 for key in group.keys() & {"Exec", "TryExec"}:
                     self.assertEqual(group[key].split()[0], "korvel-today", name)
+        self.assertEqual(entries(prefix / "share/applications" / BRIDGE_ENTRY)["Desktop Entry"]["Exec"],
+                         "korvel-today-bridge open %u")
 
     def test_are_found_by_the_names_that_they_give_each_other(self):
         self.install("/usr", DESTDIR=str(self.folder))
@@ -134,8 +139,25 @@ class Understood(InstallTest):
 
     def test_desktop_entries(self):
         self.install(self.folder)
-        for name in (f"share/applications/{IDENTIFIER}.desktop", f"etc/xdg/autostart/{IDENTIFIER}.desktop"):
+        for name in (f"share/applications/{IDENTIFIER}.desktop", f"share/applications/{BRIDGE_ENTRY}",
+                     f"etc/xdg/autostart/{IDENTIFIER}.desktop"):
             self.assertEqual(said("desktop-file-validate", self.folder / name), (0, ""))
+
+    def test_handler_of_the_panels_urls(self):
+        """The bridge is, where no host application has an entry of its own in the folder, whatever that is called."""
+        self.install(self.folder)
+        applications = self.folder / "share/applications"
+        env = self.home() | {"XDG_DATA_DIRS": str(self.folder / "share"), "XDG_CONFIG_DIRS": str(self.folder / "none")}
+        env["PATH"] = f"{self.folder}/bin:{env['PATH']}"
+        for default in (BRIDGE_ENTRY, "org.example.host.desktop"):
+            if default != BRIDGE_ENTRY:
+                (applications / default).write_text("[Desktop Entry]\nType=Application\nName=Host\nExec=true %u\nMimeType="
+                                                    "x-scheme-handler/korvelWidget;x-scheme-handler/korvelwidget;\n")
+            self.assertEqual(said("update-desktop-database", applications), (0, ""))
+            for spelling in ("korvelWidget", "korvelwidget"):
+                status, output = said("gio", "mime", f"x-scheme-handler/{spelling}", env=env)
+                self.assertEqual(status, 0, output)
+                self.assertRegex(output, rf"Default application for .*: {default}\n")
 
     def test_metainfo(self):
         """There is no home page to name yet, of which newer versions of the program warn."""
@@ -145,15 +167,15 @@ class Understood(InstallTest):
         self.assertLessEqual(faults, {"url-homepage-missing"}, output)
         self.assertEqual(status == 0, not faults, output)
 
-    def test_unit(self):
+    def test_units(self):
         """Beside a session's bus, which need not be installed."""
         units = self.folder / "lib/systemd/user"
         units.mkdir(parents=True)
         (units / "dbus.socket").write_text("[Socket]\nListenStream=%t/bus\n")
         (units / "dbus.service").write_text("[Service]\nExecStart=/bin/true\n")
         self.install(self.folder)
-        self.assertEqual(said("systemd-analyze", "--user", "verify", "--man=no", units / "korvel-today.service", env=self.home()),
-                         (0, ""))
+        for unit in UNITS:
+            self.assertEqual(said("systemd-analyze", "--user", "verify", "--man=no", units / unit, env=self.home()), (0, ""), unit)
 
     def test_licences(self):
         """Of a copy, since a build's own files say whatever they say."""

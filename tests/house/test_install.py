@@ -14,7 +14,7 @@ SOURCE = pathlib.Path(os.environ["KORVEL_SOURCE_DIR"])
 BUILD = os.environ["KORVEL_BUILD"]
 IDENTIFIER = "com.korvel.today"
 BRIDGE_ENTRY = "zz-korvel-today-bridge.desktop"
-UNITS = ("korvel-today.service",)
+UNITS = ("korvel-today.service", "korvel-today-bridge.service", "korvel-today-bridge@.path", "korvel-today-bridge.timer")
 SIDES = (16, 22, 24, 32, 48, 64, 128, 256, 512)
 EXPECTED = {
     "bin/korvel-today", "bin/korvel-todayctl", "bin/korvel-today-bridge",
@@ -84,7 +84,8 @@ class Files(InstallTest):
         prefix = self.folder / "opt/of anna"
         for name, group, key, command in (
                 (f"share/dbus-1/services/{IDENTIFIER}.service", "D-BUS Service", "Exec", 'korvel-today" --background'),
-                ("lib/systemd/user/korvel-today.service", "Service", "ExecStart", 'korvel-today" --background')):
+                ("lib/systemd/user/korvel-today.service", "Service", "ExecStart", 'korvel-today" --background'),
+                ("lib/systemd/user/korvel-today-bridge.service", "Service", "ExecStart", 'korvel-today-bridge" update')):
             self.assertEqual(entries(prefix / name)[group][key], f'"/opt/of anna/bin/{command}')
             self.assertNotIn("@", re.sub(r"@[a-z-]+", "", (prefix / name).read_text()), "groups of system calls aside")
         # An entry of the desktop finds it on the search path.

@@ -41,7 +41,7 @@ class Restrictions(unittest.TestCase):
         self.assertNotIn("@", re.sub("@[a-z-]+", "", "".join(others)))
 
 
-class Units(harness.DesktopTest):
+class Runs(harness.DesktopTest):
     def setUp(self):
         super().setUp()
         bare = {name: f"[Unit]\nDescription={name}\n" for name in ("paths.target", "timers.target")}

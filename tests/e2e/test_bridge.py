@@ -59,7 +59,7 @@ class Bills(ServicesTest):
     def connect(self):
         """Elsewhere, while the program runs."""
         self.program = self.start("--background")
-        self.settle()
+        self.ready(self.program)
         self.bridge("connect", self.file)
         self.wait_for("Rent", "Power")
 

@@ -1,11 +1,11 @@
 #include "panel/Welcome.h"
 
 #include "model/GroupIdentifiers.h"
+#include "panel/ShownPath.h"
+#include "panel/Stack.h"
 #include "panel/WelcomeView.h"
 #include "platform/storage/GroupContainers.h"
 #include "platform/views/InterfaceFile.h"
-
-#include <QDir>
 
 #include <string>
 
@@ -14,16 +14,9 @@ namespace panel {
 namespace {
 
 platform::InterfaceFile::TopLevelObjects makeWelcome() {
-    return {platform::makeView<WelcomeView>()};
-}
-
-// A path as people write it: from the home folder on, and read from the left in every language.
-QString shownPath(const std::string& path) {
-    QString shown = QString::fromStdString(path);
-    const QString home = QDir::homePath();
-    if (shown.startsWith(home + QLatin1Char('/')))
-        shown.replace(0, home.size(), QLatin1Char('~'));
-    return QChar(0x2066) + shown + QChar(0x2069); // the left-to-right isolate and its end
+    auto stack = platform::makeView<Stack>();
+    stack->addSubview(*new WelcomeView(stack.get()));
+    return {stack};
 }
 
 } // namespace
@@ -37,19 +30,21 @@ bool Welcome::isDue() {
 }
 
 void Welcome::connectOutlets(platform::View& view) {
-    welcomeView_ = qobject_cast<WelcomeView*>(&view);
+    stack_ = qobject_cast<Stack*>(&view);
+    texts_ = stack_->findChild<WelcomeView*>();
 }
 
 void Welcome::viewDidLoad() {
     ViewController::viewDidLoad();
     const std::string folder =
         platform::GroupContainers::containerPath(std::string(fullEditionGroupIdentifier));
-    welcomeView_->setHeightChanged([this](double height) {
-        setPreferredContentSize({welcomeView_->bounds().width(), height});
+    stack_->setHeightChanged([this](double height) {
+        setPreferredContentSize({stack_->bounds().width(), height});
     });
-    welcomeView_->setTexts(
-        QStringLiteral("Korvel Today"),
-        {qtTrId("WelcomeWhat"), qtTrId("WelcomeFolder"), shownPath(folder), qtTrId("WelcomeDocumentation")});
+    texts_->setTexts(QStringLiteral("Korvel Today"), {qtTrId("WelcomeWhat"), qtTrId("WelcomeFolder"),
+                                                      leftToRight(shownPath(QString::fromStdString(folder))),
+                                                      qtTrId("WelcomeDocumentation")});
+    stack_->layoutViews();
 }
 
 } // namespace panel

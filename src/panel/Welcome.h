@@ -5,6 +5,7 @@
 
 namespace panel {
 
+class Stack;
 class WelcomeView;
 
 // What the panel shows before any finance program has connected: what it is, where it looks for a list, and
@@ -23,7 +24,8 @@ protected:
     void viewDidLoad() override;
 
 private:
-    platform::Outlet<WelcomeView> welcomeView_;
+    platform::Outlet<Stack> stack_;
+    platform::Outlet<WelcomeView> texts_;
 };
 
 } // namespace panel

@@ -1,10 +1,9 @@
 #include "panel/WelcomeView.h"
 
+#include "panel/Paragraph.h"
 #include "platform/views/Fonts.h"
 
 #include <QPainter>
-#include <QStyle>
-#include <QTextLayout>
 
 #include <cmath>
 
@@ -14,67 +13,58 @@ namespace {
 
 constexpr double titleSize = 15;
 constexpr double textSize = 12;
-constexpr double margin = 12; // above and below
 constexpr double paragraphSpacing = 6;
-constexpr double lineSpacing = 1.15; // of a font's own height
 constexpr QColor titleColor(255, 255, 255);
 constexpr QColor textColor(255, 255, 255, 191);
 
 } // namespace
 
+WelcomeView::WelcomeView(QWidget* parent)
+    : View(parent) {
+    setContentsMargins(0, margin, 0, margin);
+}
+
 void WelcomeView::setTexts(const QString& title, const QStringList& paragraphs) {
     title_ = title;
     paragraphs_ = paragraphs;
-    layoutViews();
     update();
 }
 
-void WelcomeView::layoutViews() {
-    View::layoutViews();
-    if (heightChanged_)
-        heightChanged_(setAll(nullptr));
-}
-
-// Sets a paragraph from y on and draws it if there is a painter. Returns where it ends.
-double WelcomeView::setText(const QString& text, const QFont& font, double y, QPainter* painter) const {
-    QTextOption option(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeading));
-    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    option.setTextDirection(layoutDirection());
-    QTextLayout layout(text, font);
-    layout.setTextOption(option);
-    layout.beginLayout();
-    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
-        line.setLineWidth(bounds().width());
-        line.setPosition({0, y});
-        y += std::ceil(line.height() * lineSpacing);
+// Sets all texts below each other and draws them if there is a painter. Returns where they end.
+double WelcomeView::setAll(double width, QPainter* painter) const {
+    double y = contentsMargins().top();
+    const auto set = [&](const QString& text, double size, const QColor& color) {
+        const Paragraph paragraph(text, platform::systemFont(size), width, layoutDirection());
+        if (painter) {
+            painter->setPen(color);
+            paragraph.draw(*painter, {0, y});
+        }
+        y += paragraph.height();
+    };
+    set(title_, titleSize, titleColor);
+    for (const QString& text : paragraphs_) {
+        y += paragraphSpacing;
+        set(text, textSize, textColor);
     }
-    layout.endLayout();
-    if (painter)
-        layout.draw(painter, {});
     return y;
 }
 
-double WelcomeView::setAll(QPainter* painter) const {
-    if (painter)
-        painter->setPen(titleColor);
-    double y = setText(title_, platform::systemFont(titleSize), margin, painter);
-    if (painter)
-        painter->setPen(textColor);
-    for (const QString& paragraph : paragraphs_)
-        y = setText(paragraph, platform::systemFont(textSize), y + paragraphSpacing, painter);
-    return y + margin;
+int WelcomeView::heightForWidth(int width) const {
+    return static_cast<int>(std::ceil(setAll(width, nullptr))) + contentsMargins().bottom();
 }
 
 platform::AccessibleTraits WelcomeView::accessibleTraits() const {
     platform::AccessibleTraits traits;
     traits.role = QAccessible::StaticText;
-    traits.name = title_ + QStringLiteral(". ") + paragraphs_.join(QLatin1Char(' '));
+    if (!title_.isEmpty())
+        traits.name = title_ + QStringLiteral(". ");
+    traits.name += paragraphs_.join(QLatin1Char(' '));
     return traits;
 }
 
 void WelcomeView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    setAll(&painter);
+    setAll(bounds().width(), &painter);
 }
 
 } // namespace panel

@@ -2,41 +2,36 @@
 
 #include "platform/views/View.h"
 
-#include <QFont>
 #include <QString>
 #include <QStringList>
-
-#include <functional>
 
 class QPainter;
 
 namespace panel {
 
-// A title and paragraphs below it, which wrap at the view's width; a word that is wider is broken. To
-// assistive programs it is one label.
+// A title and paragraphs below it, within the margins of the contents. To assistive programs it is one label.
 class WelcomeView final : public platform::View {
     Q_OBJECT
 
 public:
-    using View::View;
+    explicit WelcomeView(QWidget* parent = nullptr);
 
+    // Without a title the paragraphs stand alone.
     void setTexts(const QString& title, const QStringList& paragraphs);
-    // Called with the height in points that the texts take, when they are set and when the width changes.
-    void setHeightChanged(std::function<void(double)> handler) { heightChanged_ = std::move(handler); }
 
-    void layoutViews() override;
+    [[nodiscard]] int heightForWidth(int width) const override;
     [[nodiscard]] platform::AccessibleTraits accessibleTraits() const override;
+
+    static constexpr int margin = 12; // points above and below, at first
 
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    double setText(const QString& text, const QFont& font, double y, QPainter* painter) const;
-    double setAll(QPainter* painter) const;
+    double setAll(double width, QPainter* painter) const;
 
     QString title_;
     QStringList paragraphs_;
-    std::function<void(double)> heightChanged_;
 };
 
 } // namespace panel

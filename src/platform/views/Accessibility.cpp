@@ -30,11 +30,13 @@ public:
 
     [[nodiscard]] QAccessible::State state() const override {
         QAccessible::State state = QAccessibleWidget::state();
-        if (const auto isExpanded = traits().isExpanded) {
+        const AccessibleTraits now = traits();
+        if (const auto isExpanded = now.isExpanded) {
             state.expandable = true;
             state.expanded = *isExpanded;
             state.collapsed = !*isExpanded;
         }
+        state.busy = now.isBusy;
         if (isFadedOut())
             state.invisible = true;
         return state;

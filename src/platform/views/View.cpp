@@ -257,6 +257,16 @@ void View::notifyExpandedChanged() {
     QAccessible::State changed;
     changed.expanded = true;
     changed.collapsed = true;
+    notifyStateChanged(changed);
+}
+
+void View::notifyBusyChanged() {
+    QAccessible::State changed;
+    changed.busy = true;
+    notifyStateChanged(changed);
+}
+
+void View::notifyStateChanged(QAccessible::State changed) {
     QAccessibleStateChangeEvent stateChange(this, changed);
     tellAssistivePrograms(stateChange);
     QAccessibleEvent descriptionChange(this, QAccessible::DescriptionChanged);

@@ -30,6 +30,7 @@ struct AccessibleTraits {
     QString description;
     std::optional<bool> isExpanded; // for views that open and close
     QStringList actions;            // names as QAccessibleActionInterface gives them
+    bool isBusy = false;            // with something that the user waits for
 };
 
 // A rectangle of the screen that paints itself and takes part in a tree of views. The tree is Qt's tree of
@@ -130,9 +131,11 @@ public:
     // Performs one of the actions that the traits name, as an assistive program asked.
     virtual void performAccessibleAction(const QString& action) { Q_UNUSED(action) }
 
-    // Tells assistive programs that isExpanded of the traits has changed. The desktop's bridge passes on only
-    // changes of the description, so a view that opens and closes says so in its description too.
+    // Tell assistive programs that isExpanded or isBusy of the traits has changed. The desktop's bridge
+    // passes on only changes of the description, so a view that opens and closes says so in its description
+    // too, and so does one that is busy.
     void notifyExpandedChanged();
+    void notifyBusyChanged();
 
     // Called when an ancestor has scrolled or changed its size, so that exposedRect may have changed.
     virtual void exposedRectChanged() {}
@@ -164,6 +167,7 @@ private:
 
     [[nodiscard]] bool routeMouse(QEvent& event);
     [[nodiscard]] bool explain(QEvent& event);
+    void notifyStateChanged(QAccessible::State changed);
     void applyVisibility();
     void setHovered(bool hovered);
     void place(const QRectF& frame, const QRect& geometry);

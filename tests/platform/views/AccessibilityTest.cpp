@@ -95,6 +95,14 @@ TEST_F(Accessibility, tellsOfViewsThatOpenAndClose) {
     EXPECT_TRUE(interfaceOf(view).state().expanded);
 }
 
+TEST_F(Accessibility, tellsOfViewsThatAreBusy) {
+    Described view;
+    add(view);
+    EXPECT_FALSE(interfaceOf(view).state().busy);
+    view.traits.isBusy = true;
+    EXPECT_TRUE(interfaceOf(view).state().busy);
+}
+
 TEST_F(Accessibility, performsTheActionsOfTheTraitsAndNoOthers) {
     Described view;
     add(view);
@@ -205,6 +213,19 @@ TEST_F(Accessibility, tellsOfAViewThatOpensInItsStateAndItsDescription) {
     EXPECT_TRUE(events.all()[0].changed.expanded);
     EXPECT_TRUE(events.all()[0].changed.collapsed);
     EXPECT_EQ(events.all()[1].type, QAccessible::DescriptionChanged);
+}
+
+TEST_F(Accessibility, tellsOfAViewThatBecomesBusyInItsStateAndItsDescription) {
+    Described view;
+    add(view);
+    support::AccessibleEvents events;
+    view.notifyBusyChanged();
+    ASSERT_EQ(events.all().size(), 2U);
+    EXPECT_EQ(events.all()[0].type, QAccessible::StateChanged);
+    EXPECT_TRUE(events.all()[0].changed.busy);
+    EXPECT_FALSE(events.all()[0].changed.expanded);
+    EXPECT_EQ(events.all()[1].type, QAccessible::DescriptionChanged);
+    EXPECT_EQ(events.all()[1].object, &view);
 }
 
 TEST_F(Accessibility, tellsOfAViewThatIsDisabledAndDrawsNothingAnew) {

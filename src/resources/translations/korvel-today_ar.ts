@@ -15,6 +15,22 @@
         <source></source>
         <translation>توضح وثائق Korvel Today كيف يتصل برنامج بها.</translation>
     </message>
+    <message id="WelcomeFound">
+        <source></source>
+        <translation>اختر ملفًا لعرض ما هو مخطط فيه:</translation>
+    </message>
+    <message id="WelcomeOnlyRead">
+        <source></source>
+        <translation>يُقرأ الملف فقط ولا يُغيَّر أبدًا.</translation>
+    </message>
+    <message id="WelcomeReading">
+        <source></source>
+        <translation>تجري قراءة الملف…</translation>
+    </message>
+    <message id="WelcomeShowFile">
+        <source></source>
+        <translation>عرض %1، %2</translation>
+    </message>
     <message id="TodayViewEmtyText">
         <source></source>
         <translation>لا شيء مستحق</translation>

@@ -15,6 +15,22 @@
         <source></source>
         <translation>Wie ein Programm sich verbindet, beschreibt die Dokumentation von Korvel Today.</translation>
     </message>
+    <message id="WelcomeFound">
+        <source></source>
+        <translation>Wähle eine Datei, um zu sehen, was darin geplant ist:</translation>
+    </message>
+    <message id="WelcomeOnlyRead">
+        <source></source>
+        <translation>Die Datei wird nur gelesen, nie verändert.</translation>
+    </message>
+    <message id="WelcomeReading">
+        <source></source>
+        <translation>Datei wird gelesen …</translation>
+    </message>
+    <message id="WelcomeShowFile">
+        <source></source>
+        <translation>%1 anzeigen, %2</translation>
+    </message>
     <message id="TodayViewEmtyText">
         <source></source>
         <translation>Nichts fällig</translation>

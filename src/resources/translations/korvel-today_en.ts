@@ -15,6 +15,22 @@
         <source></source>
         <translation>The documentation of Korvel Today describes how a program connects.</translation>
     </message>
+    <message id="WelcomeFound">
+        <source></source>
+        <translation>Choose a file to see what is planned in it:</translation>
+    </message>
+    <message id="WelcomeOnlyRead">
+        <source></source>
+        <translation>The file is only read, never changed.</translation>
+    </message>
+    <message id="WelcomeReading">
+        <source></source>
+        <translation>Reading the file…</translation>
+    </message>
+    <message id="WelcomeShowFile">
+        <source></source>
+        <translation>Show %1, %2</translation>
+    </message>
     <message id="TodayViewEmtyText">
         <source></source>
         <translation>Nothing due</translation>

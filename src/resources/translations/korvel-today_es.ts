@@ -15,6 +15,22 @@
         <source></source>
         <translation>La documentación de Korvel Today explica cómo se conecta un programa.</translation>
     </message>
+    <message id="WelcomeFound">
+        <source></source>
+        <translation>Elige un archivo para ver lo que tiene previsto:</translation>
+    </message>
+    <message id="WelcomeOnlyRead">
+        <source></source>
+        <translation>El archivo solo se lee; nunca se modifica.</translation>
+    </message>
+    <message id="WelcomeReading">
+        <source></source>
+        <translation>Leyendo el archivo…</translation>
+    </message>
+    <message id="WelcomeShowFile">
+        <source></source>
+        <translation>Mostrar %1, %2</translation>
+    </message>
     <message id="TodayViewEmtyText">
         <source></source>
         <translation>Nada pendiente</translation>

@@ -15,6 +15,22 @@
         <source></source>
         <translation>مستندات Korvel Today شرح می‌دهد که یک برنامه چگونه وصل می‌شود.</translation>
     </message>
+    <message id="WelcomeFound">
+        <source></source>
+        <translation>فایلی را انتخاب کنید تا ببینید در آن چه برنامه‌ریزی شده است:</translation>
+    </message>
+    <message id="WelcomeOnlyRead">
+        <source></source>
+        <translation>فایل فقط خوانده می‌شود و هرگز تغییر نمی‌کند.</translation>
+    </message>
+    <message id="WelcomeReading">
+        <source></source>
+        <translation>در حال خواندن فایل…</translation>
+    </message>
+    <message id="WelcomeShowFile">
+        <source></source>
+        <translation>نمایش %1، %2</translation>
+    </message>
     <message id="TodayViewEmtyText">
         <source></source>
         <translation>موردی سررسید نشده</translation>

@@ -15,6 +15,22 @@
         <source></source>
         <translation>La documentation de Korvel Today explique comment un logiciel se connecte.</translation>
     </message>
+    <message id="WelcomeFound">
+        <source></source>
+        <translation>Choisissez un fichier pour voir ce qui y est prévu :</translation>
+    </message>
+    <message id="WelcomeOnlyRead">
+        <source></source>
+        <translation>Le fichier est seulement lu, jamais modifié.</translation>
+    </message>
+    <message id="WelcomeReading">
+        <source></source>
+        <translation>Lecture du fichier…</translation>
+    </message>
+    <message id="WelcomeShowFile">
+        <source></source>
+        <translation>Afficher %1, %2</translation>
+    </message>
     <message id="TodayViewEmtyText">
         <source></source>
         <translation>Rien à échéance</translation>

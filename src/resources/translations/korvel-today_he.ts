@@ -15,6 +15,22 @@
         <source></source>
         <translation>התיעוד של Korvel Today מתאר כיצד תוכנה מתחברת.</translation>
     </message>
+    <message id="WelcomeFound">
+        <source></source>
+        <translation>בחר קובץ כדי לראות מה מתוכנן בו:</translation>
+    </message>
+    <message id="WelcomeOnlyRead">
+        <source></source>
+        <translation>הקובץ רק נקרא ולעולם אינו משתנה.</translation>
+    </message>
+    <message id="WelcomeReading">
+        <source></source>
+        <translation>הקובץ נקרא כעת…</translation>
+    </message>
+    <message id="WelcomeShowFile">
+        <source></source>
+        <translation>הצג את %1, %2</translation>
+    </message>
     <message id="TodayViewEmtyText">
         <source></source>
         <translation>אין תשלומים קרובים</translation>

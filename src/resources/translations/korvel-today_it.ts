@@ -15,6 +15,22 @@
         <source></source>
         <translation>La documentazione di Korvel Today spiega come si collega un programma.</translation>
     </message>
+    <message id="WelcomeFound">
+        <source></source>
+        <translation>Scegli un file per vedere che cosa vi è pianificato:</translation>
+    </message>
+    <message id="WelcomeOnlyRead">
+        <source></source>
+        <translation>Il file viene solo letto, mai modificato.</translation>
+    </message>
+    <message id="WelcomeReading">
+        <source></source>
+        <translation>Lettura del file…</translation>
+    </message>
+    <message id="WelcomeShowFile">
+        <source></source>
+        <translation>Mostra %1, %2</translation>
+    </message>
     <message id="TodayViewEmtyText">
         <source></source>
         <translation>Nulla in scadenza</translation>

@@ -15,6 +15,22 @@
         <source></source>
         <translation>ソフトの接続方法は Korvel Today のドキュメントに記載されています。</translation>
     </message>
+    <message id="WelcomeFound">
+        <source></source>
+        <translation>ファイルを選ぶと、その予定を表示します:</translation>
+    </message>
+    <message id="WelcomeOnlyRead">
+        <source></source>
+        <translation>ファイルは読み取るだけで、変更することはありません。</translation>
+    </message>
+    <message id="WelcomeReading">
+        <source></source>
+        <translation>ファイルを読み込んでいます…</translation>
+    </message>
+    <message id="WelcomeShowFile">
+        <source></source>
+        <translation>%1 を表示、%2</translation>
+    </message>
     <message id="TodayViewEmtyText">
         <source></source>
         <translation>予定はありません</translation>

@@ -15,6 +15,22 @@
         <source></source>
         <translation>Как подключается программа, описано в документации Korvel Today.</translation>
     </message>
+    <message id="WelcomeFound">
+        <source></source>
+        <translation>Выберите файл, чтобы увидеть запланированное:</translation>
+    </message>
+    <message id="WelcomeOnlyRead">
+        <source></source>
+        <translation>Файл только читается и никогда не изменяется.</translation>
+    </message>
+    <message id="WelcomeReading">
+        <source></source>
+        <translation>Чтение файла…</translation>
+    </message>
+    <message id="WelcomeShowFile">
+        <source></source>
+        <translation>Показать %1, %2</translation>
+    </message>
     <message id="TodayViewEmtyText">
         <source></source>
         <translation>Нет предстоящих платежей</translation>

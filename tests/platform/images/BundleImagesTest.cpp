@@ -14,7 +14,8 @@ namespace {
 const QStringList actionNames{QStringLiteral("paid"), QStringLiteral("later"), QStringLiteral("info"),
                               QStringLiteral("delete")};
 const QStringList stateNames{QStringLiteral("transactionPlanned"), QStringLiteral("transactionOverdue")};
-const QStringList allNames = actionNames + stateNames + QStringList{QStringLiteral("add")};
+const QStringList allNames =
+    actionNames + stateNames + QStringList{QStringLiteral("add"), QStringLiteral("planFile")};
 
 // How many pixels are painted in one image and not in the other.
 int shapeDifference(const QImage& one, const QImage& other) {

@@ -59,11 +59,7 @@ void Panel::load() {
     std::optional<ListFocus> focus;
     if (old && old->isViewLoaded() && window_->isVisible())
         focus.emplace(*old, window_->focusWidget());
-    // The controller of a list that is not there keeps no view.
-    std::shared_ptr<platform::ViewController> content = controller_;
-    if (Welcome::isDue())
-        content = std::make_shared<Welcome>();
-    window_->setContent(content);
+    loadContent();
     if (focus && controller_->isViewLoaded())
         focus->giveTo(*controller_);
     if (old)
@@ -71,6 +67,24 @@ void Panel::load() {
     if (triggers_)
         triggers_->listDidLoad(controller_->transactionsArray);
     tellCounts();
+}
+
+// The controller of a list that is not there keeps no view. What stands in for it stays as long as there is
+// none, with what it offers and the keyboard in it.
+void Panel::loadContent() {
+    if (!Welcome::isDue()) {
+        window_->setContent(controller_);
+        welcome_.reset();
+    } else if (welcome_) {
+        welcome_->refresh();
+    } else {
+        welcome_ = std::make_shared<Welcome>();
+        welcome_->setChosen([this](int number) {
+            if (sourceChosen_)
+                sourceChosen_(number);
+        });
+        window_->setContent(welcome_);
+    }
 }
 
 // A hidden window is not in use, whatever state its view is in.
@@ -133,6 +147,7 @@ void Panel::open(const Opening& opening) {
     hadFocus_ = window_->isVisible() && window_->isFocused();
     loadWhenIdle();
     if (!window_->isVisible()) {
+        askForSources();
         if (backdropOfDesktop_)
             window_->setBackdrop(backdropOfDesktop_());
         window_->dock(platform::screenNamed(opening.screen));
@@ -143,6 +158,14 @@ void Panel::open(const Opening& opening) {
     window_->takeFocus(opening.activationToken);
     askForUpdate();
     updateTimer_.start();
+}
+
+void Panel::askForSources() {
+    if (!welcome_)
+        return;
+    welcome_->beginOffers();
+    if (sourcesWanted_)
+        sourcesWanted_();
 }
 
 void Panel::close() {

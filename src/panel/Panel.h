@@ -13,6 +13,8 @@
 
 namespace panel {
 
+class Welcome;
+
 // How many transactions of a list are overdue, and how many fall due before the day ends.
 struct Counts {
     int overdue = 0;
@@ -55,6 +57,12 @@ public:
     // Asked before each load but the first. Where the answer is no, the list stays as it is.
     void setMayLoad(std::function<bool()> question) { mayLoad_ = std::move(question); }
     void setClosed(std::function<void()> handler) { closed_ = std::move(handler); }
+    // Called at each opening without a list to show: files may be offered in its place.
+    void setSourcesWanted(std::function<void()> handler) { sourcesWanted_ = std::move(handler); }
+    // Called with the number of an offered file that the user has chosen.
+    void setSourceChosen(std::function<void(int)> handler) { sourceChosen_ = std::move(handler); }
+    // What stands in for a list that is not there; null if it is.
+    [[nodiscard]] Welcome* welcome() const { return welcome_.get(); }
     // Told at once, and again whenever they have changed.
     void setCountsChanged(std::function<void(const Counts&)> handler);
 
@@ -67,6 +75,7 @@ public:
     void loadWhenIdle();
 
 private:
+    void loadContent();
     void loadIfAwaited();
     void hideIfFocusIsLost();
     void lookAgainWhenIdle();
@@ -74,6 +83,7 @@ private:
     [[nodiscard]] bool isInUse() const;
     void focusChanged();
     void escapePressed();
+    void askForSources();
     void askForUpdate() const;
     void tellCounts();
     void countWhenIdle();
@@ -81,6 +91,7 @@ private:
     std::unique_ptr<PanelWindow> window_;
     std::unique_ptr<exchange::LoadTriggers> triggers_;
     std::shared_ptr<TodayViewController> controller_;
+    std::shared_ptr<Welcome> welcome_; // instead of the controller's view
     QTimer updateTimer_;
     bool awaitsLoad_ = false;       // the panel still shows an old view
     bool looksWhenIdle_ = false;    // the queue will call back once it is idle
@@ -88,6 +99,8 @@ private:
     bool hadFocus_ = false;         // since it was asked for
     std::function<void()> shown_;
     std::function<void()> closed_;
+    std::function<void()> sourcesWanted_;
+    std::function<void(int)> sourceChosen_;
     std::function<bool()> mayLoad_;
     std::function<void(const Counts&)> countsChanged_;
     std::optional<Counts> counts_; // as told last

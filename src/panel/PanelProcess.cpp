@@ -3,6 +3,7 @@
 #include "channel/Connection.h"
 #include "panel/Backdrop.h"
 #include "panel/Panel.h"
+#include "panel/Welcome.h"
 #include "platform/desktop/WindowSystem.h"
 #include "platform/storage/InotifyWatcher.h"
 #include "platform/system/DisplayConnection.h"
@@ -92,6 +93,8 @@ public:
         });
         panel_.setShown([this] { center_.send(channel::Shown{}); });
         panel_.setClosed([this] { tellClosed(); });
+        panel_.setSourcesWanted([this] { center_.send(channel::FindSources{}); });
+        panel_.setSourceChosen([this](int number) { center_.send(channel::ConnectSource{number}); });
         panel_.load();
         panel_.setCountsChanged([this](const Counts& counts) {
             center_.send(channel::Counts{counts.overdue, counts.dueToday});
@@ -125,8 +128,15 @@ private:
     void take(const channel::Motion& asked) {
         platform::MainQueue::current().setReducedMotion(asked.isReduced);
     }
-    void take(const channel::Source&) {}
-    void take(const channel::SourceFault&) {}
+    void take(const channel::Source& found) {
+        if (Welcome* welcome = panel_.welcome())
+            welcome->offer(
+                {found.number, QString::fromStdString(found.program), QString::fromStdString(found.path)});
+    }
+    void take(const channel::SourceFault& fault) {
+        if (Welcome* welcome = panel_.welcome())
+            welcome->setFault(fault.number, QString::fromStdString(fault.reason));
+    }
 
     void tellClosed() {
         platform::MainQueue& queue = platform::MainQueue::current();

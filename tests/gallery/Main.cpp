@@ -3,12 +3,14 @@
 #include "center/FailureWindow.h"
 #include "panel/Panel.h"
 #include "panel/Snapshot.h"
+#include "panel/Welcome.h"
 #include "platform/storage/GroupContainers.h"
 #include "resources/Language.h"
 #include "support/ManualClock.h"
 #include "support/ManualMainQueue.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QLoggingCategory>
 #include <QPalette>
 #include <QPixmap>
@@ -24,7 +26,9 @@ using namespace std::chrono_literals;
 namespace {
 
 struct Scene {
-    std::string state; // rest, all, pressed, open, later, delete or chosen; failure, failure-dark or findings
+    // rest, all, pressed, open, later, delete or chosen; sources, source-reading or source-fault;
+    // failure, failure-dark or findings
+    std::string state;
     std::size_t row = 0;
 };
 
@@ -70,11 +74,32 @@ bool drawFailure(const panel::Snapshot& snapshot, const std::string& state) {
     return window.grab().save(snapshot.file);
 }
 
+// Files that were found, as the first run offers them.
+void offerSources(panel::Panel& panel, const std::string& state) {
+    const QString home = QDir::homePath();
+    const panel::Source sources[] = {
+        {1, QStringLiteral("HomeBank"), home + QStringLiteral("/Documents/bills.xhb")},
+        {2, QStringLiteral("KMyMoney"), home + QStringLiteral("/Documents/Household.kmy")},
+        {3, QStringLiteral("hledger"), home + QStringLiteral("/.hledger.journal")},
+    };
+    for (const panel::Source& source : sources)
+        panel.welcome()->offer(source);
+    if (state == "sources")
+        return;
+    auto* row = panel.window().findChildren<panel::SourceRow*>().at(1);
+    row->performAccessibleAction(QAccessibleActionInterface::pressAction());
+    if (state == "source-fault")
+        panel.welcome()->setFault(2, sources[1].path + QStringLiteral(" is encrypted."));
+}
+
 bool drawPanel(const panel::Snapshot& snapshot, const Scene& scene) {
     support::ManualMainQueue queue;
     panel::Panel panel(panel::Backdrop::RoundTranslucent, panel::Height::OfContent, snapshot.width);
     panel.load();
-    arrange(panel.controller(), queue, scene);
+    if (scene.state.starts_with("source"))
+        offerSources(panel, scene.state);
+    else
+        arrange(panel.controller(), queue, scene);
     return panel::writePicture(panel.window(), snapshot);
 }
 

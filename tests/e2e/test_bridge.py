@@ -114,6 +114,67 @@ class Connected(Bills):
         self.wait_for("Rent")
 
 
+class FirstRun(Bills):
+    """No list is there, and no file is connected."""
+
+    desktop_options = {"bus": True, "accessibility": True}
+
+    def setUp(self):
+        super().setUp()
+        self.program = self.start()
+        self.window = self.shown(self.program)
+
+    def row(self):
+        """The row of the file, as an assistive program is told of it; absent until it is offered."""
+        found = [told for told in flows.AssistedPanel.accessibles(self, "push button") if "bills.xhb" in told["name"]]
+        return found[0] if found else None
+
+    def click_row(self, times=1):
+        x, y, width, height = harness.wait_for(self.row, "a file that is offered")["place"]
+        here = self.window.geometry()
+        self.window.click(x + width // 2 - here.x, y + height // 2 - here.y, times=times)
+
+    def test_one_click_on_a_file_shows_its_bills(self):
+        self.click_row()
+        self.wait_for("Rent", "Power")
+        self.assert_list(self.program, 2)
+        status = json.loads(self.bridge("status", "--json"))
+        self.assertEqual([file["path"] for file in status["files"]], [str(self.file)])
+
+    def test_more_clicks_than_one_do_no_more(self):
+        self.click_row(times=3)
+        self.assert_list(self.program, 2)
+        self.assertEqual(len(json.loads(self.bridge("status", "--json"))["files"]), 1)
+
+    def test_a_file_that_was_damaged_meanwhile_says_so_and_can_be_chosen_again(self):
+        harness.wait_for(self.row, "a file that is offered")
+        self.file.write_bytes(self.file.read_bytes()[:-40])
+        self.click_row()
+        told = harness.wait_for(lambda: (row := self.row()) and "~/bills.xhb" in row["description"] and row, "a fault")
+        self.assertNotIn("busy", told["states"])
+        self.assertIsNone(self.published())
+        self.save("Rent")
+        self.click_row()
+        self.assert_list(self.program, 1)
+
+    def open_again(self):
+        self.ask("--hide")
+        self.assert_hidden(self.program)
+        self.ask("--show")
+        self.window = self.shown(self.program)
+
+    def test_what_is_offered_follows_what_is_found_at_each_opening(self):
+        harness.wait_for(self.row, "a file that is offered")
+        self.file.unlink()
+        for _ in range(2):  # a row stays until an opening after which its file was not found
+            self.open_again()
+        harness.wait_for(lambda: not self.row(), "no file that is offered")
+        self.save("Rent")
+        self.open_again()
+        self.click_row()
+        self.assert_list(self.program, 1)
+
+
 class Apart(Bills):
     def test_a_start_for_other_containers_leaves_the_bills_alone(self):
         """It is another program: that of a demonstration, perhaps."""

@@ -57,6 +57,10 @@ TEST(GnuCashSchedule, stepsByEachKindOfPeriod) {
         {Period::EndOfMonth, "2027-01-15", 1, "2027-01-31 2027-02-28 2027-03-31"},
         {Period::NthWeekday, "2026-10-13", 1, "2026-10-13 2026-11-10 2026-12-08"},
         {Period::NthWeekday, "2026-10-29", 1, "2026-10-29 2026-11-26 2026-12-31"},
+        {Period::NthWeekday, "2026-10-31", 1,
+         "2026-10-31 2026-11-28 2026-12-26 2027-01-30 2027-02-27 2027-03-27 2027-04-24"},
+        {Period::NthWeekday, "2026-08-31", 1, "2026-08-31 2026-09-28 2026-10-26 2026-11-30 2026-12-28"},
+        {Period::NthWeekday, "2026-10-28", 1, "2026-10-28 2026-11-25 2026-12-23 2027-01-27"},
         {Period::LastWeekday, "2026-09-25", 1, "2026-09-25 2026-10-30 2026-11-27"},
         {Period::Year, "2024-02-29", 1, "2024-02-29 2025-02-28 2026-02-28 2027-02-28 2028-02-29"}};
     for (const auto& [period, start, every, days] : cases) {
@@ -161,6 +165,29 @@ TEST(GnuCashSchedule, countsWhatIsLeftFromThePostponedOnes) {
     schedule.state = {dayOf("2026-10-05"), 1};
     schedule.postponed = {{dayOf("2026-08-05"), 3}};
     EXPECT_EQ(firstOf(schedule, 10), "2026-09-05 2026-10-05 2026-11-05");
+    // The last of the postponed ones decides, whatever the plan itself says.
+    struct Case {
+        const char* last;
+        std::int64_t remaining;
+        std::vector<bridge::GnuCashState> postponed;
+        const char* days;
+    };
+    const Day august = dayOf("2026-08-05");
+    const Day september = dayOf("2026-09-05");
+    const Day october = dayOf("2026-10-05");
+    const Case cases[] = {
+        {"2026-10-05", 0, {{august, 3}}, "2026-09-05 2026-10-05 2026-11-05"},
+        {"2026-10-05", 1, {{august, 2}}, "2026-09-05 2026-10-05"},
+        {"2026-10-05", 1, {{august, 1}}, "2026-09-05"},
+        {"2026-10-05", 5, {{august, 2}, {september, 1}}, "2026-09-05 2026-10-05"},
+        {"2026-10-05", 5, {{august, 2}, {september, 2}}, "2026-09-05 2026-10-05 2026-11-05"},
+        {"2026-11-05", 5, {{august, 2}, {october, 2}}, "2026-09-05 2026-11-05 2026-12-05"},
+    };
+    for (const auto& [last, remaining, postponed, days] : cases) {
+        schedule.state = {dayOf(last), remaining};
+        schedule.postponed = postponed;
+        EXPECT_EQ(firstOf(schedule, 10), days);
+    }
 }
 
 TEST(GnuCashSchedule, isBoundedWhateverTheFileSays) {

@@ -67,6 +67,16 @@ Day nominalOf(const KMyMoneySchedule& schedule, Day day) {
     return schedule.isLastDayOfMonth ? lastDayOfMonth(day) : day;
 }
 
+// The day by which the program counts an occurrence behind the next one as overdue. A plan for the last days
+// of months comes back to that of its start's month, on purpose: so it counts, though each one is due on its
+// own month's last day as soon as it is the next one.
+Day countedDay(const KMyMoneySchedule& schedule, Day nominal) {
+    const bool isByMonths = schedule.unit == KMyMoneyUnit::Month || schedule.unit == KMyMoneyUnit::Year;
+    return schedule.isLastDayOfMonth && schedule.start && isByMonths
+               ? withDayOfMonth(nominal, dayOfMonth(lastDayOfMonth(*schedule.start)))
+               : nominal;
+}
+
 bool isPaidAhead(const KMyMoneySchedule& schedule, Day nominal) {
     return std::ranges::find(schedule.paidAhead, nominal) != schedule.paidAhead.end();
 }
@@ -101,11 +111,15 @@ std::vector<Occurrence> occurrencesOf(const KMyMoneySchedule& schedule, const Pe
     int overdue = 0;
     std::optional<Day> nominal = nominalOf(schedule, *schedule.next);
     for (int step = 0; nominal && step < mostSteps; ++step) {
-        const Day day = movedOffWeekend(*nominal, schedule.weekendMove);
+        const Day due = movedOffWeekend(*nominal, schedule.weekendMove);
+        const Day counted =
+            step == 0 ? due : movedOffWeekend(countedDay(schedule, *nominal), schedule.weekendMove);
+        const bool isOverdue = counted < period.today;
+        const Day day = isOverdue ? counted : due;
         if (day > period.last)
             break;
         const bool isWanted =
-            day < period.today ? overdue++ < mostOverdue : step == 0 || !isPaidAhead(schedule, *nominal);
+            isOverdue ? overdue++ < mostOverdue : step == 0 || !isPaidAhead(schedule, *nominal);
         if (isWanted)
             occurrences.push_back({day, *nominal});
         nominal = following(schedule, *nominal);

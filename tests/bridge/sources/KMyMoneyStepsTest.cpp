@@ -98,6 +98,48 @@ TEST(KMyMoneySteps, keepToTheLastDayOfTheMonth) {
               (Days{"2026-11-30", "2026-12-31", "2027-01-29", "2027-02-26", "2027-03-31"}));
 }
 
+TEST(KMyMoneySteps, countOverdueOnesByTheLastDayOfTheStartsMonth) {
+    struct Case {
+        const char* start;
+        const char* next;
+        WeekendMove move;
+        const char* today;
+        Days days;
+    };
+    const Case cases[] = {
+        {"2026-09-15", "2026-09-30", WeekendMove::None, "2026-10-30", {"2026-09-30", "2026-10-31"}},
+        {"2026-09-15", "2026-09-30", WeekendMove::None, "2026-10-31", {"2026-09-30", "2026-10-30"}},
+        {"2026-09-30", "2026-09-28", WeekendMove::None, "2026-10-31", {"2026-09-30", "2026-10-30"}},
+        {"2026-02-28",
+         "2026-09-30",
+         WeekendMove::None,
+         "2026-11-29",
+         {"2026-09-30", "2026-10-28", "2026-11-28"}},
+        {"2026-08-28", "2026-09-30", WeekendMove::None, "2026-10-31", {"2026-09-30", "2026-10-31"}},
+        // 30 January 2027 is a Saturday, 28 February a Sunday.
+        {"2026-09-30",
+         "2026-12-28",
+         WeekendMove::Before,
+         "2027-02-27",
+         {"2026-12-31", "2027-01-29", "2027-02-26"}},
+        {"2026-09-30",
+         "2026-12-28",
+         WeekendMove::After,
+         "2027-02-27",
+         {"2026-12-31", "2027-02-01", "2027-03-01"}},
+    };
+    for (const auto& [start, next, move, now, days] : cases) {
+        KMyMoneySchedule schedule = scheduleOf(next, Month, 1, start);
+        schedule.isLastDayOfMonth = true;
+        schedule.weekendMove = move;
+        const bridge::Day day = *dayOfText(now);
+        EXPECT_EQ(daysOf(schedule, {day, day + std::chrono::days(3)}), days) << start << " on " << now;
+        // What tells them apart stays.
+        for (const Occurrence& occurrence : occurrencesOf(schedule, {day, day}))
+            EXPECT_EQ(occurrence.nominal, lastDayOfMonth(occurrence.nominal));
+    }
+}
+
 TEST(KMyMoneySteps, finish) {
     KMyMoneySchedule once = scheduleOf("2026-11-10", Once);
     EXPECT_FALSE(isFinished(once)) << "never paid";

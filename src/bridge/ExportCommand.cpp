@@ -30,7 +30,7 @@ int exportPayments(Surroundings& surroundings) {
     if (std::none_of(connected.begin(), connected.end(), [&](const ConnectedFile& file) {
             return file.path == path && file.program == "kmymoney";
         }))
-        return failed(surroundings, path + ": this is no connected file of KMyMoney");
+        return failed(surroundings, path + " is no connected file of KMyMoney");
     const std::vector<Action> open = state.database.openActions();
     const std::vector<FilePlans> files = keptPlans(state);
     if (const std::string fault = state.database.error(); !fault.empty())
@@ -48,7 +48,7 @@ int exportPayments(Surroundings& surroundings) {
                                   ": it is to be entered in KMyMoney");
     }
     if (payments.empty())
-        return failed(surroundings, path + ": there is nothing to export");
+        return failed(surroundings, path + " has nothing to export");
     surroundings.out << ofxOf(payments);
     return Done;
 }

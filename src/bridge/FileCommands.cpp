@@ -84,7 +84,7 @@ int connectFile(Surroundings& surroundings) {
         return Failed;
     const Program* program = programOfFile(surroundings.programs, path);
     if (!program)
-        return failed(surroundings, path + ": this is no readable file of " + titles(surroundings.programs));
+        return failed(surroundings, path + " is no readable file of " + titles(surroundings.programs));
     const Day now = today();
     const Reading reading = program->read(
         path, {now, now + std::chrono::days(state.configuration().daysAhead)}, state.configuration());
@@ -117,7 +117,7 @@ int disconnectFile(Surroundings& surroundings) {
     Files files = state.configuration().files;
     const auto found = find(files, path);
     if (found == files.end())
-        return failed(surroundings, path + ": this file is not connected");
+        return failed(surroundings, path + " is not connected");
     const std::string id = found->id;
     files.erase(found);
     if (const std::string fault = writeConfiguration(textWithFiles(state.file.text, files)); !fault.empty())

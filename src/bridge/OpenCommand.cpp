@@ -91,7 +91,7 @@ int openUrl(Surroundings& surroundings) {
     const std::string& url = surroundings.operands[0];
     const std::string request = requestOf(url);
     if (request.empty())
-        return failed(surroundings, url + ": this is none of the panel's requests");
+        return failed(surroundings, url + " is none of the panel's requests");
     OpenedState state;
     if (!openState(surroundings, state))
         return Failed;
@@ -105,7 +105,8 @@ int openUrl(Surroundings& surroundings) {
     const ConnectedFile& file = found == files.end() ? files.front() : *found;
     const Program* program = programOf(surroundings.programs, file.program);
     if (!program || !start(*program, file.path))
-        return failed(surroundings, file.path + ": " + std::string(program ? program->title : file.program) +
+        return failed(surroundings, file.path + " cannot be opened: " +
+                                        std::string(program ? program->title : file.program) +
                                         " cannot be started");
     if (const std::string name = nameOf(plan, keptPlans(state)); !name.empty())
         notify(std::string(program->title), name);

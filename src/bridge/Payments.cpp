@@ -45,6 +45,12 @@ std::optional<std::string> textWithout(const ConnectedFile& file, const Action& 
                 : std::nullopt;
 }
 
+// What the program has against the file, as a sentence that names it; empty where it accepts it.
+std::string faultOf(const Program& program, const ConnectedFile& file) {
+    const std::string fault = program.check(file.path);
+    return fault.empty() ? "" : file.path + " " + fault;
+}
+
 // Enters one payment. A sentence where that failed, otherwise an empty text.
 std::string enter(const Program& program, const ConnectedFile& file, const PendingOccurrence& pending,
                   bool& isRefused) {
@@ -56,7 +62,7 @@ std::string enter(const Program& program, const ConnectedFile& file, const Pendi
         return journal + ": " + error.message();
     return changePaidJournal(
         journal, *text + textOfPayment(*pending.details->entry, action.nominal, action.done), [&] {
-            std::string fault = program.check(file.path);
+            std::string fault = faultOf(program, file);
             isRefused = !fault.empty();
             return fault;
         });
@@ -99,7 +105,7 @@ bool enterPayments(Surroundings& surroundings, OpenedState& state, std::vector<F
         const std::string fault = enter(*program, *file, pending, isRefused);
         if (!fault.empty()) {
             isDone = false;
-            say(surroundings, file->path + ": the payment of “" + pending.details->name + "” of " +
+            say(surroundings, "the payment of “" + pending.details->name + "” of " +
                                   textOfDay(action.nominal) + " is not entered: " + fault);
             if (!isRefused)
                 continue;
@@ -126,9 +132,9 @@ std::string removeFromJournal(const Surroundings& surroundings, const Configurat
     const ConnectedFile* file = fileOf(configuration, action);
     const Program* program = file ? journalProgram(surroundings, *file) : nullptr;
     const auto text = program ? textWithout(*file, action) : std::nullopt;
-    return text ? changePaidJournal(paidJournalFile(file->id), *text,
-                                    [&] { return program->check(file->path); })
-                : "";
+    return text
+               ? changePaidJournal(paidJournalFile(file->id), *text, [&] { return faultOf(*program, *file); })
+               : "";
 }
 
 std::string journalToInclude(const Surroundings& surroundings, const ConnectedFile& file) {

@@ -23,7 +23,8 @@ struct Program {
     // The plans of a file. The fault goes on a sentence that begins with the file: "is encrypted".
     Reading (*read)(const std::string& path, const Period& period, const Configuration& configuration);
     // Where payments are entered into a journal of ours (PaidJournal.h), otherwise null: the files that a
-    // file includes, itself among them, and what the program has against it, empty where it accepts it.
+    // file includes, itself among them, and what the program has against it, as such a fault, empty where it
+    // accepts it.
     std::vector<std::string> (*filesOf)(const std::string& path) = nullptr;
     std::string (*check)(const std::string& path) = nullptr;
 };

@@ -158,15 +158,15 @@ TEST_F(CommandsTest, connectTakesAFileOnceByItsTrueName) {
 TEST_F(CommandsTest, connectRefusesWhatItCannotRead) {
     writeHome("Notes.txt", "[]");
     writeHome("Damaged.plans", "[");
-    for (const auto& [name, sentence] : {std::pair("Notes.txt", ": this is no readable file of Made-up"),
-                                         std::pair("absent.plans", ": this is no readable file of Made-up"),
+    for (const auto& [name, sentence] : {std::pair("Notes.txt", " is no readable file of Made-up"),
+                                         std::pair("absent.plans", " is no readable file of Made-up"),
                                          std::pair("Damaged.plans", " is damaged")}) {
         EXPECT_EQ(run({"connect", homePath(name)}), 1);
         EXPECT_EQ(err, "korvel-today-bridge: " + homePath(name) + sentence + "\n");
     }
     EXPECT_FALSE(std::filesystem::exists(homePath(configurationName)));
     EXPECT_EQ(run({"disconnect", homePath("Notes.txt")}), 1);
-    EXPECT_EQ(err, "korvel-today-bridge: " + homePath("Notes.txt") + ": this file is not connected\n");
+    EXPECT_EQ(err, "korvel-today-bridge: " + homePath("Notes.txt") + " is not connected\n");
 }
 
 TEST_F(CommandsTest, pendingListsWhatIsPaidUntilItIsEntered) {

@@ -39,7 +39,7 @@ TEST_F(ExportTest, aPendingPaymentIsALine) {
     ASSERT_EQ(run({"connect", file_}), 0) << err;
     ASSERT_EQ(run({"update"}), 0) << err;
     EXPECT_EQ(run({"export", file_}), 1);
-    EXPECT_EQ(err, "korvel-today-bridge: " + file_ + ": there is nothing to export\n");
+    EXPECT_EQ(err, "korvel-today-bridge: " + file_ + " has nothing to export\n");
     pay("SCH000001");
     ASSERT_EQ(run({"update"}), 0) << err;
     ASSERT_EQ(run({"export", file_}), 0) << err;
@@ -53,7 +53,7 @@ TEST_F(ExportTest, aPendingPaymentIsALine) {
 
 TEST_F(ExportTest, takesConnectedFilesOfOneProgram) {
     EXPECT_EQ(run({"export", file_}), 1);
-    EXPECT_EQ(err, "korvel-today-bridge: " + file_ + ": this is no connected file of KMyMoney\n");
+    EXPECT_EQ(err, "korvel-today-bridge: " + file_ + " is no connected file of KMyMoney\n");
 }
 
 TEST_F(ExportTest, accountsHaveStatementsOfTheirOwn) {

@@ -173,7 +173,8 @@ TEST_F(HledgerPaymentsTest, whatHledgerRefusesIsTakenBackAndStaysPending) {
     const std::string before = paid();
     act(readRecords().at(0), 1);
     EXPECT_EQ(run({"update"}), 1);
-    EXPECT_THAT(err, HasSubstr("the payment of “Insurer” of 2026-03-12 is not entered: hledger refuses it"));
+    EXPECT_THAT(err, HasSubstr("the payment of “Insurer” of 2026-03-12 is not entered: " +
+                               homePath(journalName) + " is refused by hledger: "));
     EXPECT_EQ(paid(), before);
     EXPECT_THAT(pending(), HasSubstr("2026-03-12  Insurer"));
     EXPECT_EQ(shown(), Lines());

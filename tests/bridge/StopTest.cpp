@@ -107,7 +107,7 @@ Lines filesOfBook(const std::string& path) {
 
 // It refuses payments of a plan that is called so.
 std::string checkBook(const std::string& path) {
-    return textOf(linesOf(path)[1]).find("refused") == std::string::npos ? "" : "it is refused";
+    return textOf(linesOf(path)[1]).find("refused") == std::string::npos ? "" : "is refused";
 }
 
 constexpr Program bookProgram[] = {

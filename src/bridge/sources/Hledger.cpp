@@ -180,7 +180,7 @@ private:
 Reading readHledger(const HledgerAnswer& answer, Day first, const Period& period) {
     const auto transactions = transactionsOfJson(answer.transactions);
     if (const auto* fault = std::get_if<std::string>(&transactions))
-        return {{}, {}, *fault};
+        return {{}, {}, "cannot be read: " + *fault};
     return Reader(answer, first, period).read(std::get<Transactions>(transactions));
 }
 

@@ -69,18 +69,18 @@ public:
             output_ += process_.readAllStandardOutput();
             messages_ += process_.readAllStandardError();
             if (static_cast<std::size_t>(output_.size() + messages_.size()) > limits.output)
-                return "hledger prints too much about it";
+                return "makes hledger print too much";
             if (!isReady && left() == 0)
-                return "hledger takes too long to read it";
+                return "takes hledger too long to read";
         }
         output_ += process_.readAllStandardOutput();
         messages_ += process_.readAllStandardError();
         if (process_.error() == QProcess::FailedToStart)
             return "needs the program hledger, which is not installed";
         if (process_.exitStatus() != QProcess::NormalExit)
-            return "hledger crashed while reading it";
+            return "crashes hledger";
         if (process_.exitCode() != 0)
-            return "hledger refuses it: " + messageOf(messages_);
+            return "is refused by hledger: " + messageOf(messages_);
         return {};
     }
 

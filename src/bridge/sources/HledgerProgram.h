@@ -47,7 +47,7 @@ public:
     // The journal and all that it includes; none where hledger cannot tell.
     [[nodiscard]] std::vector<std::string> files(const std::string& journal) const;
 
-    // What hledger's checks have against the journal: a sentence, empty where they pass.
+    // What hledger's checks have against the journal: a fault like that of a report, empty where they pass.
     [[nodiscard]] std::string check(const std::string& journal) const;
 
 private:

@@ -166,7 +166,7 @@ TEST_F(HledgerProgramTest, countsAPaymentFromBeforeTheFirstDay) {
 TEST_F(HledgerProgramTest, saysWhatHledgerRefuses) {
     const std::string rule = folder_.write("a.journal", "~ monthly X\n  a  1\n  b\n");
     const auto report = HledgerProgram().report(rule, {september, september, period.last});
-    EXPECT_THAT(report.fault, testing::StartsWith("hledger refuses it: " + rule + ":1:10:"));
+    EXPECT_THAT(report.fault, testing::StartsWith("is refused by hledger: " + rule + ":1:10:"));
     EXPECT_THAT(report.fault, HasSubstr("a double space is required"));
     EXPECT_THAT(report.fault, testing::Not(HasSubstr("|")));
     EXPECT_EQ(report.answer.transactions, "");
@@ -181,17 +181,17 @@ TEST_F(HledgerProgramTest, saysThatHledgerIsMissing) {
 
 TEST_F(HledgerProgramTest, endsAProgramThatDoesNotEnd) {
     const HledgerProgram program(scriptOf("exec tail -f /dev/null"), {50ms, 1000});
-    EXPECT_EQ(program.report(plans, {today, today, today}).fault, "hledger takes too long to read it");
+    EXPECT_EQ(program.report(plans, {today, today, today}).fault, "takes hledger too long to read");
 }
 
 TEST_F(HledgerProgramTest, endsAProgramThatPrintsTooMuch) {
     const HledgerProgram program(scriptOf("exec cat /dev/zero"), {60s, 100'000});
-    EXPECT_EQ(program.report(plans, {today, today, today}).fault, "hledger prints too much about it");
+    EXPECT_EQ(program.report(plans, {today, today, today}).fault, "makes hledger print too much");
 }
 
 TEST_F(HledgerProgramTest, saysThatHledgerCrashed) {
     const HledgerProgram program(scriptOf("kill -SEGV $$"), {60s, 1000});
-    EXPECT_EQ(program.report(plans, {today, today, today}).fault, "hledger crashed while reading it");
+    EXPECT_EQ(program.report(plans, {today, today, today}).fault, "crashes hledger");
 }
 
 TEST_F(HledgerProgramTest, tellsDirectionsByTypesAndNames) {

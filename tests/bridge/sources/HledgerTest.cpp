@@ -92,7 +92,7 @@ TEST(Hledger, readsNothingOfAnAnswerThatIsCutOff) {
     const std::string whole = "[" + transactionOf("2026-12-01", generated) + "]";
     for (std::size_t length = 0; length < whole.size(); ++length) {
         const Reading reading = readingOf(whole.substr(0, length));
-        EXPECT_EQ(reading.fault, "hledger's answer is cut off or damaged") << length;
+        EXPECT_EQ(reading.fault, "cannot be read: hledger's answer is cut off or damaged") << length;
         EXPECT_THAT(reading.plans, IsEmpty()) << length;
     }
 }
@@ -118,10 +118,13 @@ TEST(Hledger, readsNothingOfAnAnswerOfAnotherForm) {
         {"commodity missing", without("acommodity", "other")}};
     for (const auto& [name, json] : cases) {
         const Reading reading = readingOf(json);
-        EXPECT_EQ(reading.fault, "hledger's answer has another form than expected (transaction 2)") << name;
+        EXPECT_EQ(reading.fault,
+                  "cannot be read: hledger's answer has another form than expected (transaction 2)")
+            << name;
         EXPECT_THAT(reading.plans, IsEmpty()) << name;
     }
-    EXPECT_EQ(readingOf("{}").fault, "hledger's answer is no list of transactions");
+    EXPECT_EQ(readingOf("{}").fault, "cannot be read: hledger's answer is no list of transactions");
     EXPECT_EQ(readingOf("[]").fault, "") << "a journal without rules";
-    EXPECT_EQ(readingOf(std::string(1'000'000, '[')).fault, "hledger's answer is cut off or damaged");
+    EXPECT_EQ(readingOf(std::string(1'000'000, '[')).fault,
+              "cannot be read: hledger's answer is cut off or damaged");
 }

@@ -60,16 +60,17 @@ struct File {
 struct Step {
     std::int64_t code; // in the file
     KMyMoneyUnit unit;
-    std::int64_t count;
 };
 
+// Several codes mean more than one unit, like 256 for a quarter of a year, and KMyMoney reads the unit only:
+// how many there are is the multiplier's to tell, on purpose even where the file has none.
 constexpr Step steps[] = {
-    {1, KMyMoneyUnit::Once, 1},     {2, KMyMoneyUnit::Day, 1},      {4, KMyMoneyUnit::Week, 1},
-    {8, KMyMoneyUnit::Week, 2},     {16, KMyMoneyUnit::Week, 2},    {18, KMyMoneyUnit::HalfMonth, 1},
-    {20, KMyMoneyUnit::Week, 3},    {30, KMyMoneyUnit::Day, 30},    {32, KMyMoneyUnit::Month, 1},
-    {64, KMyMoneyUnit::Week, 4},    {126, KMyMoneyUnit::Week, 8},   {128, KMyMoneyUnit::Month, 2},
-    {256, KMyMoneyUnit::Month, 3},  {1024, KMyMoneyUnit::Month, 6}, {2048, KMyMoneyUnit::Year, 2},
-    {4096, KMyMoneyUnit::Month, 3}, {8192, KMyMoneyUnit::Month, 4}, {16384, KMyMoneyUnit::Year, 1}};
+    {1, KMyMoneyUnit::Once},     {2, KMyMoneyUnit::Day},      {4, KMyMoneyUnit::Week},
+    {8, KMyMoneyUnit::Week},     {16, KMyMoneyUnit::Week},    {18, KMyMoneyUnit::HalfMonth},
+    {20, KMyMoneyUnit::Week},    {30, KMyMoneyUnit::Day},     {32, KMyMoneyUnit::Month},
+    {64, KMyMoneyUnit::Week},    {126, KMyMoneyUnit::Week},   {128, KMyMoneyUnit::Month},
+    {256, KMyMoneyUnit::Month},  {1024, KMyMoneyUnit::Month}, {2048, KMyMoneyUnit::Year},
+    {4096, KMyMoneyUnit::Month}, {8192, KMyMoneyUnit::Month}, {16384, KMyMoneyUnit::Year}};
 
 void readStep(Xml& xml, KMyMoneySchedule& schedule) {
     // Misspelled in the file format.
@@ -79,7 +80,7 @@ void readStep(Xml& xml, KMyMoneySchedule& schedule) {
         return;
     }
     schedule.unit = step->unit;
-    schedule.every = step->count * std::clamp<std::int64_t>(xml.integer("occurenceMultiplier"), 1, 1'000'000);
+    schedule.every = std::clamp<std::int64_t>(xml.integer("occurenceMultiplier"), 1, 1'000'000);
 }
 
 WeekendMove weekendMoveOf(std::int64_t option) {

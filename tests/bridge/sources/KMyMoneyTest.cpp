@@ -135,6 +135,28 @@ TEST(KMyMoney, knowsTheDaysOfOverdueAndLaterOccurrences) {
                                        "2026-12-10", "2026-12-17"}));
 }
 
+// The "Frequency" column of KMyMoney 5.1.3 says "Monthly" of code 256 with the multiplier 1 or none, and
+// "Every three months" with the multiplier 3.
+TEST(KMyMoney, takesTheUnitOfACodeAndTheMultiplier) {
+    const std::pair<const char*, const char*> rows[] = {
+        {"occurence=\"30\" occurenceMultiplier=\"3\"", "2026-11-24"},
+        {"occurence=\"8\" occurenceMultiplier=\"3\"", "2026-12-12"},
+        {"occurence=\"126\" occurenceMultiplier=\"1\"", "2026-11-28"},
+        {"occurence=\"256\" occurenceMultiplier=\"1\"", "2026-12-21"},
+        {"occurence=\"256\"", "2026-12-21"},
+        {"occurence=\"4096\" occurenceMultiplier=\"3\"", "2027-02-21"},
+        {"occurence=\"2048\" occurenceMultiplier=\"1\"", "2027-11-21"},
+    };
+    for (const auto& [step, second] : rows) {
+        std::string attributes = rent;
+        const std::string old = "occurence=\"32\" occurenceMultiplier=\"1\"";
+        attributes.replace(attributes.find(old), old.size(), step);
+        const Reading reading = readKMyMoney(fileWith(attributes), year);
+        ASSERT_EQ(reading.fault, "");
+        EXPECT_EQ(textOfDay(reading.plans.at(0).occurrences.at(1).day), second) << step;
+    }
+}
+
 TEST(KMyMoney, goesOnAsTheProgramDoesAfterSkipAndEnter) {
     const Reading before = read("plans.xml", year);
     const Reading after = read("after-skip-and-enter.xml", year);

@@ -81,6 +81,24 @@ bool isPaidAhead(const KMyMoneySchedule& schedule, Day nominal) {
     return std::ranges::find(schedule.paidAhead, nominal) != schedule.paidAhead.end();
 }
 
+// KMyMoney goes on from the day to which a weekend has moved the last one of a month, on purpose here too:
+// one that is moved into the next month takes the place of that month's own. When it counts what is overdue,
+// the first one only does so.
+enum class GoesOn { FromMovedFirst, FromMoved };
+
+template <class Visit>
+void forEach(const KMyMoneySchedule& schedule, const Period& period, GoesOn goesOn, Visit visit) {
+    std::optional<Day> nominal = nominalOf(schedule, *schedule.next);
+    for (int step = 0; nominal && step < mostSteps; ++step) {
+        if (movedOffWeekend(countedDay(schedule, *nominal), schedule.weekendMove) > period.last)
+            break;
+        visit(*nominal, step == 0);
+        const bool isFromMoved = schedule.isLastDayOfMonth && (step == 0 || goesOn == GoesOn::FromMoved);
+        nominal =
+            following(schedule, isFromMoved ? movedOffWeekend(*nominal, schedule.weekendMove) : *nominal);
+    }
+}
+
 } // namespace
 
 bool isFinished(const KMyMoneySchedule& schedule) {
@@ -109,21 +127,21 @@ std::vector<Occurrence> occurrencesOf(const KMyMoneySchedule& schedule, const Pe
     if (isFinished(schedule))
         return occurrences;
     int overdue = 0;
-    std::optional<Day> nominal = nominalOf(schedule, *schedule.next);
-    for (int step = 0; nominal && step < mostSteps; ++step) {
-        const Day due = movedOffWeekend(*nominal, schedule.weekendMove);
-        const Day counted =
-            step == 0 ? due : movedOffWeekend(countedDay(schedule, *nominal), schedule.weekendMove);
-        const bool isOverdue = counted < period.today;
-        const Day day = isOverdue ? counted : due;
-        if (day > period.last)
-            break;
-        const bool isWanted =
-            isOverdue ? overdue++ < mostOverdue : step == 0 || !isPaidAhead(schedule, *nominal);
-        if (isWanted)
-            occurrences.push_back({day, *nominal});
-        nominal = following(schedule, *nominal);
-    }
+    forEach(schedule, period, GoesOn::FromMovedFirst, [&](Day nominal, bool isFirst) {
+        const Day day =
+            movedOffWeekend(isFirst ? nominal : countedDay(schedule, nominal), schedule.weekendMove);
+        if (day < period.today && overdue++ < mostOverdue)
+            occurrences.push_back({day, nominal});
+    });
+    const auto isListed = [&](Day nominal) {
+        return std::ranges::find(occurrences, nominal, &Occurrence::nominal) != occurrences.end();
+    };
+    forEach(schedule, period, GoesOn::FromMoved, [&](Day nominal, bool isFirst) {
+        const Day day = movedOffWeekend(nominal, schedule.weekendMove);
+        const bool isToCome = day >= period.today && day <= period.last;
+        if (isToCome && !isListed(nominal) && (isFirst || !isPaidAhead(schedule, nominal)))
+            occurrences.push_back({day, nominal});
+    });
     return occurrences;
 }
 

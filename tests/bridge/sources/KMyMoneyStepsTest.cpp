@@ -126,7 +126,7 @@ TEST(KMyMoneySteps, countOverdueOnesByTheLastDayOfTheStartsMonth) {
          "2026-12-28",
          WeekendMove::After,
          "2027-02-27",
-         {"2026-12-31", "2027-02-01", "2027-03-01"}},
+         {"2026-12-31", "2027-02-01"}}, // the next one takes the place of March's
     };
     for (const auto& [start, next, move, now, days] : cases) {
         KMyMoneySchedule schedule = scheduleOf(next, Month, 1, start);
@@ -138,6 +138,37 @@ TEST(KMyMoneySteps, countOverdueOnesByTheLastDayOfTheStartsMonth) {
         for (const Occurrence& occurrence : occurrencesOf(schedule, {day, day}))
             EXPECT_EQ(occurrence.nominal, lastDayOfMonth(occurrence.nominal));
     }
+}
+
+TEST(KMyMoneySteps, countAnOverdueOneAlsoWhereNoneToComeIsWanted) {
+    KMyMoneySchedule schedule = scheduleOf("2026-10-31", Month, 1, "2026-02-28");
+    schedule.isLastDayOfMonth = true;
+    EXPECT_EQ(daysOf(schedule, {*dayOfText("2026-11-29"), *dayOfText("2026-11-29")}),
+              (Days{"2026-10-31", "2026-11-28"}));
+}
+
+// What the home page of KMyMoney 5.1.3 counts and lists: 31 October is a Saturday, 31 January and 28 February
+// are Sundays, 31 July is a Saturday.
+TEST(KMyMoneySteps, skipTheMonthIntoWhichTheLastDayWasMoved) {
+    KMyMoneySchedule schedule = scheduleOf("2026-10-31", Month, 1, "2026-01-31");
+    schedule.isLastDayOfMonth = true;
+    schedule.weekendMove = WeekendMove::After;
+    const auto from = [](const char* day) {
+        const bridge::Day first = *dayOfText(day);
+        return Period{first, first + std::chrono::days(31)};
+    };
+    EXPECT_EQ(daysOf(schedule, from("2026-11-21")), Days{"2026-11-02"});
+    EXPECT_EQ(daysOf(schedule, from("2026-11-30")), (Days{"2026-11-02", "2026-12-31"}));
+    EXPECT_EQ(daysOf(schedule, from("2027-03-01")),
+              (Days{"2026-11-02", "2026-12-31", "2027-02-01", "2027-03-31"}));
+    EXPECT_EQ(daysOf(schedule, from("2027-03-02")),
+              (Days{"2026-11-02", "2026-12-31", "2027-02-01", "2027-03-01", "2027-03-31"}));
+    EXPECT_EQ(daysOf(schedule, from("2027-08-03")),
+              (Days{"2026-11-02", "2026-12-31", "2027-02-01", "2027-03-01", "2027-03-31", "2027-04-30",
+                    "2027-05-31", "2027-06-30", "2027-08-02"}));
+    schedule.weekendMove = WeekendMove::Before;
+    EXPECT_EQ(daysOf(schedule, from("2027-03-01")),
+              (Days{"2026-10-30", "2026-11-30", "2026-12-31", "2027-01-29", "2027-02-26", "2027-03-31"}));
 }
 
 TEST(KMyMoneySteps, finish) {

@@ -14,7 +14,7 @@ import time
 import bridge
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
-PROGRAMS = ("hledger", "homebank")
+PROGRAMS = ("hledger", "homebank", "kmymoney")
 
 # A Saturday; a month's last day; the first of a year; a day that much was missed before; a leap day.
 DAYS = ("2026-11-21", "2026-11-30", "2027-01-01", "2027-03-15", "2028-02-29")
@@ -56,7 +56,7 @@ def check(program, folder):
                 for name in (path, *getattr(program, "WITH", ())):
                     shutil.copy(ROOT / name, here)
                 file = here / pathlib.Path(path).name
-                published = program.published(bridge.Bridge(here / "home", file).records(moment), moment.date())
+                published = program.published(bridge.Bridge(here / "home", file).records(moment), file, moment.date())
                 shown = program.shown(screen, file, moment)
                 figures.add(shown, published, f"{program.__name__} {file.name} {day}")
     row = f"| {program.__name__} {version} | {program.SHOWS} | {len(DAYS)} | {figures.compared} | {figures.agree} |"

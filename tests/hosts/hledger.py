@@ -58,7 +58,7 @@ def shown(_, file, moment):
             yield transaction[0]["description"] or None, day, *_money_of(transaction)
 
 
-def published(records, _):
+def published(records, _file, _today):
     """The same of the feed. A rule without a description has its account for a name there."""
     for record in records:
         yield None if record.name.startswith(OWN) else record.name, record.day, record.amount, record.kind

@@ -39,7 +39,7 @@ def shown(on, file, moment):
             yield name, day, row["Late"], bridge.money(row["Expense"] or row["Income"]), kind
 
 
-def published(records, today):
+def published(records, _file, today):
     """The same of the feed."""
     for _, plan in itertools.groupby(sorted(records, key=lambda each: (each.plan, each.day)), lambda each: each.plan):
         occurrences = list(plan)

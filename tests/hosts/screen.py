@@ -29,20 +29,25 @@ def _texts(cell):
     return cell["name"] or "".join(_texts(part) for part in cell["children"])
 
 
-def _tables(node):
-    columns = [_texts(each) for each in node["children"] if each["role"] == "table column header"]
-    if columns:
-        cells = [_texts(each) for each in node["children"] if each["role"] == "table cell"]
-        yield Table(columns, [cells[at:at + len(columns)] for at in range(0, len(cells), len(columns))])
+def _nodes(node):
+    yield node
     for child in node["children"]:
-        yield from _tables(child)
+        yield from _nodes(child)
+
+
+def _tables(node):
+    for table in _nodes(node):
+        columns = [_texts(each) for each in table["children"] if each["role"] == "table column header"]
+        cells = [_texts(each) for each in table["children"] if each["role"] == "table cell"]
+        if columns:
+            yield Table(columns, [cells[at:at + len(columns)] for at in range(0, len(cells), len(columns))])
 
 
 class Screen:
     """One at a time; a program that is open ends with the block that opened it."""
 
-    def __init__(self, stack):
-        self.desktop = harness.Desktop(1600, 1200, accessibility=True)
+    def __init__(self, stack, width=1600, height=1200):
+        self.desktop = harness.Desktop(width, height, accessibility=True)
         stack.callback(self.desktop.end)
 
     @contextlib.contextmanager
@@ -63,10 +68,24 @@ class Screen:
             program.process.kill()
             program.end_status()
 
+    def _told(self):
+        """What each program tells; nothing where something goes away while it is asked."""
+        try:
+            return self.desktop.accessible("tree")
+        except AssertionError:
+            return []
+
+    def wait_for_node(self, role, name):
+        """What is told of the one thing with this role and name, once it is there."""
+        def found():
+            return next((node for root in self._told() for node in _nodes(root)
+                         if node["role"] == role and node["name"] == name), None)
+        return harness.wait_for(found, f"a {role} {name!r}", UNTIL_SHOWN)
+
     def table(self, *columns):
         """The list that has these columns, once it has rows and they stay as they are."""
         def found():
-            before, now[:] = list(now), [each for root in self.desktop.accessible("tree") for each in _tables(root)
+            before, now[:] = list(now), [each for root in self._told() for each in _tables(root)
                                          if set(columns) <= set(each.columns) and each.cells]
             return now == before and now
         now = []

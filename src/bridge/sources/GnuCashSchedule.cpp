@@ -22,16 +22,17 @@ std::int64_t unitsOf(const GnuCashRecurrence& recurrence) {
     return !isSevenOrTwelve ? every : every * (recurrence.period == Period::Week ? 7 : 12);
 }
 
-// The weekday of the start in the month of another day: the last one, or the one of the same number. A month
-// without a fifth one has its last.
+// The weekday of the start in the month of another day: the last one, or the one of the same number. After a
+// start on a fifth one come fourth ones, on purpose: so they do in GnuCash, even in a month that has a fifth
+// one.
 Day weekdayInMonth(Day month, const GnuCashRecurrence& recurrence) {
     const year_month_day date(month);
     const weekday wanted(recurrence.start);
     const Day latest = Day(date.year() / date.month() / wanted[last]);
     if (recurrence.period == Period::LastWeekday)
         return latest;
-    const unsigned number = (dayOfMonth(recurrence.start) - 1) / 7 + 1;
-    return std::min(latest, Day(date.year() / date.month() / wanted[1]) + days(7 * (number - 1)));
+    const unsigned number = std::min(4U, (dayOfMonth(recurrence.start) - 1) / 7 + 1);
+    return Day(date.year() / date.month() / wanted[number]);
 }
 
 std::optional<Day> nominalDay(const GnuCashRecurrence& recurrence, std::int64_t index) {
@@ -66,13 +67,22 @@ std::int64_t indexBefore(const GnuCashRecurrence& recurrence, Day day) {
 }
 
 std::optional<Occurrence> nextAfter(const GnuCashRecurrence& recurrence, Day day) {
+    const auto occurrenceOf = [&recurrence](Day nominal) {
+        return Occurrence{canMove(recurrence.period) ? movedOffWeekend(nominal, recurrence.move) : nominal,
+                          nominal};
+    };
+    // The start is the first one, on purpose even where it is no last day of a month: so it is in
+    // GnuCash.
+    const Occurrence first = occurrenceOf(recurrence.start);
+    if (std::min(first.nominal, first.day) > day)
+        return first;
     for (std::int64_t index = indexBefore(recurrence, day);; ++index) {
         const auto nominal = nominalDay(recurrence, index);
         if (!nominal)
             return std::nullopt;
-        const Day moved = canMove(recurrence.period) ? movedOffWeekend(*nominal, recurrence.move) : *nominal;
-        if (*nominal > day && moved > day)
-            return Occurrence{moved, *nominal};
+        const Occurrence next = occurrenceOf(*nominal);
+        if (next.nominal > std::max(day, recurrence.start) && next.day > day)
+            return next;
     }
 }
 

@@ -14,7 +14,7 @@ import time
 import bridge
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
-PROGRAMS = ("hledger", "homebank", "kmymoney")
+PROGRAMS = ("hledger", "homebank", "kmymoney", "gnucash")
 
 # A Saturday; a month's last day; the first of a year; a day that much was missed before; a leap day.
 DAYS = ("2026-11-21", "2026-11-30", "2027-01-01", "2027-03-15", "2028-02-29")

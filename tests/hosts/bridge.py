@@ -29,6 +29,12 @@ def output(command, env):
     return done.stdout
 
 
+def package_version(name):
+    """The program's version, without what Debian adds to it."""
+    version = output(["dpkg-query", "-W", "-f", "${Version}", name], {"PATH": os.environ["PATH"]})
+    return re.sub(r"^\d+:|-[^-]*$", "", version)
+
+
 def money(text):
     """An amount without its sign: its number and the sign of its currency. A mark with two digits behind it at the
     end is the decimal one; all others group."""

@@ -4,6 +4,7 @@ import collections
 import contextlib
 import datetime
 import importlib
+import itertools
 import os
 import pathlib
 import shutil
@@ -21,26 +22,31 @@ DAYS = ("2026-11-21", "2026-11-30", "2027-01-01", "2027-03-15", "2028-02-29")
 
 
 class Figures:
+    """How many entries were compared, and how many of them both the program and the bridge have."""
+
     def __init__(self):
         self.compared = self.agree = 0
 
     def add(self, shown, published, what):
-        """Counts the entries that both have, and names those that only one has."""
+        """Names the entries that only one has."""
         shown, published = collections.Counter(shown), collections.Counter(published)
-        both = shown & published
-        self.agree += both.total()
-        self.compared += (shown | published).total()
-        for entry in sorted((shown - both).elements(), key=str):
-            print(f"{what}: only the program has {_text(entry)}")
-        for entry in sorted((published - both).elements(), key=str):
-            print(f"{what}: only the bridge has {_text(entry)}")
-        print(f"{what}: {both.total()} of {(shown | published).total()}", flush=True)
         if not shown:
             raise RuntimeError(f"{what}: the program shows nothing")
+        both, all_entries = shown & published, shown | published
+        for who, entries in (("the program", shown - both), ("the bridge", published - both)):
+            for entry in sorted(", ".join(map(str, entry)) for entry in entries.elements()):
+                print(f"{what}: only {who} has {entry}")
+        print(f"{what}: {both.total()} of {all_entries.total()}", flush=True)
+        self.agree += both.total()
+        self.compared += all_entries.total()
 
 
-def _text(entry):
-    return ", ".join(map(str, entry))
+def copied(program, path, folder):
+    """A copy of a made-up file and those beside it, in a folder of its own."""
+    here = pathlib.Path(tempfile.mkdtemp(dir=folder))
+    for name in (path, *getattr(program, "WITH", ())):
+        shutil.copy(ROOT / name, here)
+    return here / pathlib.Path(path).name
 
 
 def check(program, folder):
@@ -48,18 +54,17 @@ def check(program, folder):
     figures = Figures()
     with contextlib.ExitStack() as stack:
         screen = program.screen(stack) if hasattr(program, "screen") else None
-        version = program.version(screen)
-        for day in DAYS:
+        for day, path in itertools.product(DAYS, program.FILES):
             moment = datetime.datetime.fromisoformat(day + "T10:00:00")
-            for path in program.FILES:
-                here = pathlib.Path(tempfile.mkdtemp(dir=folder))
-                for name in (path, *getattr(program, "WITH", ())):
-                    shutil.copy(ROOT / name, here)
-                file = here / pathlib.Path(path).name
-                published = program.published(bridge.Bridge(here / "home", file).records(moment), file, moment.date())
-                shown = program.shown(screen, file, moment)
-                figures.add(shown, published, f"{program.__name__} {file.name} {day}")
-    row = f"| {program.__name__} {version} | {program.SHOWS} | {len(DAYS)} | {figures.compared} | {figures.agree} |"
+            file = copied(program, path, folder)
+            records = bridge.Bridge(file.parent / "home", file).records(moment)
+            figures.add(program.shown(screen, file, moment), program.published(records, file, moment.date()),
+                        f"{program.__name__} {file.name} {day}")
+        if hasattr(program, "carries_back"):
+            here = pathlib.Path(tempfile.mkdtemp(dir=folder))
+            print(f"{program.__name__}: {program.carries_back(screen, ROOT, here)}")
+    version = program.version()
+    row = f"| {program.NAME} {version} | {program.SHOWS} | {figures.compared} | {figures.agree} |"
     return row, figures.compared == figures.agree
 
 
@@ -73,7 +78,7 @@ def main(names):
     time.tzset()
     with tempfile.TemporaryDirectory(prefix="korvel-hosts-") as folder:
         done = [check(importlib.import_module(name), folder) for name in names or PROGRAMS]
-    print("\n| program | what it shows | dates | compared | agree |\n|---|---|--:|--:|--:|")
+    print(f"\nOn {', '.join(DAYS)}:\n\n| program | what it shows | compared | agree |\n|---|---|--:|--:|")
     print(*(row for row, _ in done), sep="\n")
     return 0 if all(agrees for _, agrees in done) else 1
 

@@ -3,18 +3,18 @@ ahead as the plan asks to be reminded. The made-up calendar asks for as many day
 those up to today are compared."""
 
 import datetime
-import os
 
 import bridge
 from screen import Screen as screen  # noqa: F401
 
 CALENDAR = "tests/hosts/plans/calendar.gnucash"
 FILES = ("tests/data/bridge/gnucash/plans.gnucash", CALENDAR)
-SHOWS = "name and day of each occurrence; no amounts"
+NAME = "GnuCash"
+SHOWS = "each occurrence: name and day; it shows no amounts"
 
 
-def version(_):
-    return bridge.output(["dpkg-query", "-W", "-f", "${Version}", "gnucash"], {"PATH": os.environ["PATH"]})
+def version():
+    return bridge.package_version("gnucash")
 
 
 def _last(file, today):

@@ -12,12 +12,13 @@ import bridge
 
 FILES = ("tests/data/bridge/hledger/plans.journal", "tests/hosts/plans/calendar.journal")
 WITH = ("tests/data/bridge/hledger/paid.journal",)  # which a file includes
-SHOWS = "name, day, amount and kind of each occurrence"
+NAME = "hledger"
+SHOWS = "each occurrence: name, day, amount, direction"
 OWN = ("assets", "liabilities")
 SIGNS = {"EUR": "€", "USD": "$", "JPY": "¥"}
 
 
-def version(_):
+def version():
     return bridge.output(["hledger", "--version"], {"PATH": os.environ["PATH"]}).split()[1].rstrip(",")
 
 

@@ -3,17 +3,17 @@ ten or more. It shows a transfer twice, once for each account."""
 
 import datetime
 import itertools
-import os
 
 import bridge
 from screen import Screen as screen  # noqa: F401
 
 FILES = ("tests/data/bridge/homebank/plans.xhb", "tests/hosts/plans/calendar.xhb")
-SHOWS = "of each plan: name, next day, how many are late, amount and kind"
+NAME = "HomeBank"
+SHOWS = "each plan: name, next day, how many are late, amount, direction"
 
 
-def version(_):
-    return bridge.output(["dpkg-query", "-W", "-f", "${Version}", "homebank"], {"PATH": os.environ["PATH"]})
+def version():
+    return bridge.package_version("homebank")
 
 
 def _late(count):

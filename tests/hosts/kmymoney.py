@@ -1,21 +1,22 @@
-"""KMyMoney, read in two places. Its home page tells what is overdue, how often, what is due today and what is due within
-a month; it is a web page, so that its text is taken as a user does: selected with the mouse. Its view of schedules
-tells of each one the next day, the amount and of which kind it is."""
+"""KMyMoney, read in two places. Its home page tells what is overdue, how often, what is due today and what is due
+within a month; it is a web page that tells assistive programs nothing, so that its text is selected with the mouse. Its
+view of schedules tells the next day of each one, its amount and of which kind it is."""
 
 import datetime
 import decimal
 import itertools
-import os
 import re
 import subprocess
 
 import bridge
+import kmymoney_import
 import screen as screens
 from screen import harness
 
 FILES = ("tests/data/bridge/kmymoney/plans.kmy", "tests/hosts/plans/calendar.kmy")
-SHOWS = "home page: of each overdue plan name, day, count and sum, of each other occurrence within a month name, day " \
-        "and amount; schedules: of each plan name, next day, amount and kind"
+NAME = "KMyMoney"
+SHOWS = "each occurrence within a month: name, day, amount; each overdue plan: name, day, count, sum; each schedule: " \
+        "name, next day, amount, direction"
 
 # No tip of the day, the payments at the top of the home page, and nothing that asks banks.
 SETTINGS = "[TipOfDay]\nRunOnStart=false\n[Homepage Options]\nItemList=1\n[Plugins]\nkbankingEnabled=false\n"
@@ -29,8 +30,8 @@ def screen(stack):
     return screens.Screen(stack, 1400, 10000)
 
 
-def version(_):
-    return bridge.output(["dpkg-query", "-W", "-f", "${Version}", "kmymoney"], {"PATH": os.environ["PATH"]})
+def version():
+    return bridge.package_version("kmymoney")
 
 
 def _selected(desktop):
@@ -78,14 +79,18 @@ def _home_lines(text):
     part = None
     for line in text.splitlines():
         cells = [cell.strip() for cell in line.split("\t")]
-        if line.strip() in ("Overdue payments", "Today's due payments", "Future payments"):
-            part = line.strip()
-        elif part and len(cells) == 5 and (match := re.fullmatch(r"(.*?)(?: \((\d+) payments\))?", cells[1])) and cells[0] != "Date":
-            day = datetime.datetime.strptime(cells[0], "%d %b %Y").date()
-            count = int(match[2] or 1) if part == "Overdue payments" else 0
-            yield "home", match[1], day, count, bridge.money(cells[3])
-        elif line.strip() and part and len(cells) == 1:
-            part = None
+        if cells[0].endswith(" payments"):
+            part = cells[0]
+        elif part and len(cells) == 5 and cells[0] != "Date":
+            name, count = re.fullmatch(r"(.*?)(?: \((\d+) payments\))?", cells[1]).groups()
+            count = int(count or 1) if part == "Overdue payments" else 0
+            yield "home", name, _day(cells[0]), count, bridge.money(cells[3])
+        elif cells != [""]:
+            part = part if cells[0] == "Date" else None  # of another part of the page
+
+
+def _day(text):
+    return datetime.datetime.strptime(text, "%d %b %Y").date()
 
 
 def _schedules(table, last):
@@ -94,18 +99,20 @@ def _schedules(table, last):
         name, date = row["Type/Name"], row["Next Due Date"]
         if not date:
             kind = KINDS[name]
-        elif date != "Finished":
-            day = datetime.datetime.strptime(date, "%d %b %Y").date()
-            if day <= last:
-                yield "schedules", name, day, bridge.money(row["Amount"]), kind
+        elif date != "Finished" and _day(date) <= last:
+            yield "schedules", name, _day(date), bridge.money(row["Amount"]), kind
+
+
+def _opened(on, file, moment):
+    home = file.parent / "its"
+    (home / "config/kmymoney").mkdir(parents=True)
+    (home / "config/kmymoney/kmymoneyrc").write_text(SETTINGS)
+    return on.opened(["kmymoney", file], moment, home)
 
 
 def shown(on, file, moment):
     """What it says is due."""
-    home = file.parent / "its"
-    (home / "config/kmymoney").mkdir(parents=True)
-    (home / "config/kmymoney/kmymoneyrc").write_text(SETTINGS)
-    with on.opened(["kmymoney", file], moment, home) as program:
+    with _opened(on, file, moment) as program:
         view = on.wait_for_node("list item", "Scheduled\u2028transactions")
         window = program.window()
         on.desktop.xdotool("windowsize", "--sync", window.ident, *SIZE, "windowmove", window.ident, 0, 30)
@@ -138,3 +145,9 @@ def published(records, _file, today):
         for each in plan[len(overdue):]:
             if each.day <= _month_later(today):
                 yield "home", each.name, each.day, 0, each.amount
+
+
+def carries_back(on, root, folder):
+    """What the import of an export has shown."""
+    count = kmymoney_import.run(on, root, folder, _opened)
+    return f"{count} exported payments imported: as many occurrences entered, and none by a second import"

@@ -24,9 +24,9 @@ class Table:
         return [dict(zip(self.columns, row)) for row in self.cells]
 
 
-def _texts(cell):
+def _text(cell):
     """What a cell says. One that has several parts says nothing itself."""
-    return cell["name"] or "".join(_texts(part) for part in cell["children"])
+    return cell["name"] or "".join(_text(part) for part in cell["children"])
 
 
 def _nodes(node):
@@ -35,12 +35,16 @@ def _nodes(node):
         yield from _nodes(child)
 
 
-def _tables(node):
-    for table in _nodes(node):
-        columns = [_texts(each) for each in table["children"] if each["role"] == "table column header"]
-        cells = [_texts(each) for each in table["children"] if each["role"] == "table cell"]
-        if columns:
-            yield Table(columns, [cells[at:at + len(columns)] for at in range(0, len(cells), len(columns))])
+def texts(node):
+    """What a thing and all its parts say."""
+    return [each["name"] for each in _nodes(node) if each["name"]]
+
+
+def _table(node):
+    """The list that a thing is; without columns where it is none."""
+    columns = [_text(each) for each in node["children"] if each["role"] == "table column header"]
+    cells = [_text(each) for each in node["children"] if each["role"] == "table cell"]
+    return Table(columns, [cells[at:at + len(columns)] for at in range(0, len(cells), len(columns))] if columns else [])
 
 
 class Screen:
@@ -51,41 +55,54 @@ class Screen:
         stack.callback(self.desktop.end)
 
     @contextlib.contextmanager
-    def opened(self, command, moment, home, env=()):
+    def opened(self, command, moment, home):
         """A program in a home of its own, as if started at a moment."""
         folders = {"HOME": home, "XDG_CONFIG_HOME": home / "config", "XDG_DATA_HOME": home / "data",
                    "XDG_CACHE_HOME": home / "cache"}
         for folder in folders.values():
             folder.mkdir(parents=True, exist_ok=True)
-        program = self.desktop.run(command, {name: str(path) for name, path in folders.items()} | bridge.at(moment) | dict(env))
+        env = {name: str(path) for name, path in folders.items()} | bridge.at(moment)
+        program = self.desktop.run(command, env)
         try:
             yield program
         except (AssertionError, RuntimeError) as error:
-            if os.environ.get("KORVEL_FAILURES"):
-                self.desktop.save_picture(pathlib.Path(os.environ["KORVEL_FAILURES"], f"{command[0]}.png"))
+            if failures := os.environ.get("KORVEL_FAILURES"):
+                pathlib.Path(failures).mkdir(parents=True, exist_ok=True)
+                self.desktop.save_picture(pathlib.Path(failures, f"{command[0]}.png"))
             raise RuntimeError(f"{command[0]}: {error}; it says: {program.err[-500:]}") from error
         finally:
             program.process.kill()
             program.end_status()
 
-    def _told(self):
-        """What each program tells; nothing where something goes away while it is asked."""
+    def nodes(self):
+        """All that the programs tell; nothing where something goes away while it is asked."""
         try:
-            return self.desktop.accessible("tree")
+            return [node for root in self.desktop.accessible("tree") for node in _nodes(root)]
         except AssertionError:
             return []
 
-    def wait_for_node(self, role, name):
-        """What is told of the one thing with this role and name, once it is there."""
+    def wait_for_node(self, role, *names, unlike=None):
+        """The one thing with this role and one of the names, once it is there and says something else than `unlike`."""
         def found():
-            return next((node for root in self._told() for node in _nodes(root)
-                         if node["role"] == role and node["name"] == name), None)
-        return harness.wait_for(found, f"a {role} {name!r}", UNTIL_SHOWN)
+            return next((node for node in self.nodes() if node["role"] == role and node["name"] in names
+                         and (unlike is None or texts(node) != unlike)), None)
+        return harness.wait_for(found, f"a {role} {' or '.join(map(repr, names))}", UNTIL_SHOWN)
+
+    def click(self, role, name):
+        """Clicks on a thing, once it is there."""
+        x, y, width, height = self.wait_for_node(role, name)["place"]
+        self.desktop.xdotool("mousemove", x + width // 2, y + height // 2, "click", 1)
+
+    def press(self, role, name):
+        """Presses a thing without waiting for what that does: where it opens a dialog there is no answer before the
+        dialog's end."""
+        client = pathlib.Path(harness.__file__).with_name("accessible.py")
+        self.desktop.start([sys.executable, "-B", client, "act", role, name, "Press"])
 
     def table(self, *columns):
         """The list that has these columns, once it has rows and they stay as they are."""
         def found():
-            before, now[:] = list(now), [each for root in self._told() for each in _tables(root)
+            before, now[:] = list(now), [each for each in map(_table, self.nodes())
                                          if set(columns) <= set(each.columns) and each.cells]
             return now == before and now
         now = []

@@ -51,6 +51,8 @@ public:
         environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
         process_.setProcessEnvironment(environment);
         process_.setStandardInputFile(QProcess::nullDevice());
+        // It fails where the current folder is gone or may not be read, although it needs nothing there.
+        process_.setWorkingDirectory(QStringLiteral("/"));
         process_.start(textOf(program), arguments);
     }
     Run(const Run&) = delete;

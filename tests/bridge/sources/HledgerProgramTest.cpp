@@ -174,6 +174,19 @@ TEST_F(HledgerProgramTest, saysWhatHledgerRefuses) {
                 HasSubstr("was not found"));
 }
 
+// hledger does not start where it cannot tell what its folder is.
+TEST_F(HledgerProgramTest, readsAJournalAlsoWhereTheCurrentFolderIsGone) {
+    const std::filesystem::path before = std::filesystem::current_path();
+    const std::string gone = folder_.path("gone");
+    std::filesystem::create_directory(gone);
+    std::filesystem::current_path(gone);
+    std::filesystem::remove(gone);
+    const HledgerProgram program;
+    EXPECT_EQ(program.report(plans, bridge::rangeOf(std::nullopt, period)).fault, "");
+    EXPECT_EQ(program.check(plans), "");
+    std::filesystem::current_path(before);
+}
+
 TEST_F(HledgerProgramTest, saysThatHledgerIsMissing) {
     const auto report = HledgerProgram("hledger-is-not-here").report(plans, {today, today, today});
     EXPECT_EQ(report.fault, "needs the program hledger, which is not installed");

@@ -89,7 +89,7 @@ void BridgeUpdates::changed() {
 }
 
 // The watches are in place before the files are looked at, so that a change in between is told again. An
-// update that has taken the log has changed it; the one after that changes nothing.
+// update that takes the action log changes that file too; the update that follows finds nothing to do.
 void BridgeUpdates::lookAtFiles() {
     watchFiles();
     setAlarm();

@@ -141,7 +141,8 @@ QString SourceRow::title() const {
     return fitting(QFileInfo(source_.path).fileName(), titleSize, width() - textX);
 }
 
-// The folder is cut so that the program stands there whole. Both lie in the direction of reading.
+// The program's name, which is never shortened, and the folder, shortened to the room that is left. In a
+// language that is read from the right, the name stands to the right of the folder.
 QString SourceRow::subtitle() const {
     if (isReading_)
         return qtTrId("WelcomeReading");

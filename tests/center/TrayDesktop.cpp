@@ -48,6 +48,7 @@ TrayDesktop::TrayDesktop() {
     setenv("DISPLAY", display.c_str(), 1);
     setenv("QT_QPA_PLATFORM", "xcb", 1);
     setenv("NO_AT_BRIDGE", "1", 1);
+    setenv("XDG_DATA_DIRS", "/dev/null", 1); // an installed panel's icons have the names of ours
     setenv("DBUS_SESSION_BUS_ADDRESS", bus_.address().toUtf8().constData(), 1);
 }
 

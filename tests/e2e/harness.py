@@ -30,6 +30,9 @@ import unittest
 DEADLINE = 20.0  # seconds, for anything that a test waits for; far more than a loaded machine needs
 LOOK_EVERY = 0.02  # seconds between two looks at a condition
 
+# Where the desktop's own parts find their themes and the schemas of their settings.
+SYSTEM_FILES = {"XDG_DATA_DIRS": "/usr/share", "XDG_CONFIG_DIRS": "/etc/xdg"}
+
 _PR_SET_PDEATHSIG = 1
 _PR_SET_CHILD_SUBREAPER = 36
 _libc = ctypes.CDLL(None, use_errno=True)
@@ -317,11 +320,13 @@ class Desktop:
             raise
 
     def _environment(self):
-        """Nothing of the user's own desktop but the search path and what the sanitizers are told."""
+        """Nothing of the user's own desktop but the search path and what the sanitizers are told, and nothing of a panel
+        that is installed there: its icons, its handler of URLs and its autostart entry have the names of ours."""
         kept = {name: value for name, value in os.environ.items()
                 if name == "PATH" or name.startswith(("KORVEL_", "ASAN_", "UBSAN_", "LSAN_"))}
         folders = {"HOME": "home", "XDG_RUNTIME_DIR": "run", "XDG_DATA_HOME": "home/data",
-                   "XDG_CONFIG_HOME": "home/config", "XDG_CACHE_HOME": "home/cache", "TMPDIR": "tmp"}
+                   "XDG_CONFIG_HOME": "home/config", "XDG_CACHE_HOME": "home/cache", "TMPDIR": "tmp",
+                   "XDG_DATA_DIRS": "share", "XDG_CONFIG_DIRS": "etc"}
         for name, folder in folders.items():
             (self.folder / folder).mkdir(mode=0o700, parents=True)
             kept[name] = str(self.folder / folder)
@@ -358,7 +363,7 @@ class Desktop:
     def _start_window_manager(self):
         # While it starts it may lose a window that asks to be shown, and a request too; its own settings say four
         # desktops.
-        self.start(("openbox", "--sm-disable"))
+        self.start(("openbox", "--sm-disable"), env=SYSTEM_FILES)
         self._desktops = 1
         wait_for(lambda: self._ask_for_desktops() or self._has_desktops(), "a window manager")
 
@@ -396,7 +401,7 @@ class Desktop:
     def _start_accessibility(self):
         self.env["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
         del self.env["NO_AT_BRIDGE"]
-        self.start(("/usr/libexec/at-spi-bus-launcher", "--launch-immediately"))
+        self.start(("/usr/libexec/at-spi-bus-launcher", "--launch-immediately"), env=SYSTEM_FILES)
         wait_for(lambda: _output(("gdbus", "call", "--session", "--dest", "org.a11y.Bus", "--object-path",
                                   "/org/a11y/bus", "--method", "org.a11y.Bus.GetAddress"), self.env),
                  "the accessibility bus")

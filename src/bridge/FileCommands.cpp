@@ -104,8 +104,8 @@ int connectFile(Surroundings& surroundings) {
                                      {"program", file.program},
                                      {"plans", reading.plans.size()}});
     else
-        print(surroundings, path + ": connected, a file of " + std::string(program->title) + " with " +
-                                std::to_string(reading.plans.size()) + " plans");
+        print(surroundings, path + ": connected, a file of " + std::string(program->title) +
+                                ", plans: " + std::to_string(reading.plans.size()));
     return Done;
 }
 

@@ -100,8 +100,8 @@ void printFile(Surroundings& surroundings, const FileStatus& file) {
     if (!file.reading.isThere)
         print(surroundings, "    not read yet");
     else
-        print(surroundings, "    read " + textOfDay(file.reading.today) + ", " +
-                                std::to_string(file.reading.plans.size()) + " plans");
+        print(surroundings, "    read " + textOfDay(file.reading.today) +
+                                ", plans: " + std::to_string(file.reading.plans.size()));
     if (!file.reading.fault.empty())
         print(surroundings, "    the file " + file.reading.fault +
                                 (file.reading.isThere ? "; what was read before stays shown" : ""));
@@ -114,16 +114,16 @@ void printFile(Surroundings& surroundings, const FileStatus& file) {
 void printFeed(Surroundings& surroundings, const FeedStatus& feed) {
     if (!feed.refusal.empty())
         print(surroundings, "Nothing is published: " + feed.refusal);
-    std::string line = std::to_string(feed.records) + " occurrences are published";
+    std::string line = "Published occurrences: " + std::to_string(feed.records);
     if (feed.last)
         line += "; the panel shows today what is due up to " + textOfDay(*feed.last);
     print(surroundings, line);
     if (feed.hidden > 0)
-        print(surroundings,
-              std::to_string(feed.hidden) +
-                  " of them are due later, and hidden because the panel counts days within the month");
-    print(surroundings, std::to_string(feed.pending) + " are paid and not yet entered, " +
-                            std::to_string(feed.reminders) + " of them for a while; see pending");
+        print(surroundings, "Due later, and hidden because the panel counts days within the month: " +
+                                std::to_string(feed.hidden));
+    print(surroundings, "Paid and not yet entered, as pending lists them: " + std::to_string(feed.pending));
+    if (feed.reminders > 0)
+        print(surroundings, "Paid days ago and still not entered: " + std::to_string(feed.reminders));
 }
 
 } // namespace

@@ -139,7 +139,7 @@ TEST_F(CommandsTest, connectTakesAFileOnceByItsTrueName) {
     writePlans(rentFile, {planOf("1", {"2026-03-12"})});
     std::filesystem::create_symlink(homePath(rentFile), homePath("Link.plans"));
     ASSERT_EQ(run({"connect", homePath("Link.plans")}), 0) << err;
-    EXPECT_EQ(out, homePath(rentFile) + ": connected, a file of Made-up with 1 plans\n");
+    EXPECT_EQ(out, homePath(rentFile) + ": connected, a file of Made-up, plans: 1\n");
     ASSERT_EQ(run({"connect", homePath("./" + rentFile), "--json"}), 0) << err;
     const auto files = std::get<ConfigurationFile>(readConfiguration()).configuration.files;
     ASSERT_EQ(files.size(), 1U);
@@ -196,6 +196,20 @@ TEST_F(CommandsTest, pendingListsWhatIsPaidUntilItIsEntered) {
     EXPECT_EQ(out, "");
 }
 
+TEST_F(CommandsTest, statusCountsWhatIsPending) {
+    const std::string paid = "Paid and not yet entered, as pending lists them: 2\n";
+    connect(rentFile, {planOf("1", {"2026-03-09", "2026-03-12"})});
+    ASSERT_EQ(run({"update"}), 0) << err;
+    for (const auto& record : readRecords())
+        act(record, 1);
+    ASSERT_EQ(run({"update"}), 0) << err;
+    ASSERT_EQ(run({"status"}), 0) << err;
+    EXPECT_TRUE(out.ends_with(paid)) << out;
+    clock.advance(3 * exchange::day);
+    ASSERT_EQ(run({"status"}), 0) << err;
+    EXPECT_TRUE(out.ends_with(paid + "Paid days ago and still not entered: 2\n")) << out;
+}
+
 TEST_F(CommandsTest, undoTakesBackTheLastActionThatIsNotEntered) {
     connect(rentFile,
             {planOf("1", {"2026-03-09"}), planOf("2", {"2026-03-11"}), planOf("3", {"2026-03-12"})});
@@ -234,10 +248,10 @@ TEST_F(CommandsTest, statusTellsOfFilesAndOfWhatIsHidden) {
     ASSERT_EQ(run({"update"}), 0) << err;
     ASSERT_EQ(run({"status"}), 0) << err;
     EXPECT_EQ(out, "Made-up  " + homePath(rentFile) +
-                       "\n    saved 2026-03-10 00:00\n    read 2026-03-30, 1 plans\n"
-                       "3 occurrences are published; the panel shows today what is due up to 2026-03-30\n"
-                       "2 of them are due later, and hidden because the panel counts days within the month\n"
-                       "0 are paid and not yet entered, 0 of them for a while; see pending\n");
+                       "\n    saved 2026-03-10 00:00\n    read 2026-03-30, plans: 1\n"
+                       "Published occurrences: 3; the panel shows today what is due up to 2026-03-30\n"
+                       "Due later, and hidden because the panel counts days within the month: 2\n"
+                       "Paid and not yet entered, as pending lists them: 0\n");
     writeHome(rentFile, "[");
     writeHome(rentFile + ".LCK", "");
     EXPECT_EQ(run({"update"}), 1);

@@ -36,7 +36,7 @@ Panel::Panel(Backdrop backdrop, Height height, int contentWidth,
     if (triggers_)
         triggers_->setLoadNeeded([this] { loadWhenIdle(); });
     QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, window_.get(),
-                     [this] { focusChanged(); });
+                     [this] { hideIfFocusIsLost(); });
     // A press can end without deferring work. The empty work makes the queue tell that it is idle after the
     // release.
     window_->setMouseReleased([this] {
@@ -124,17 +124,12 @@ void Panel::lookAgainWhenIdle() {
 }
 
 void Panel::hideIfFocusIsLost() {
-    if (!window_->isVisible() || !hidesOnFocusLoss_ || !hadFocus_ || window_->isFocused())
+    if (!window_->isVisible() || !hidesOnFocusLoss_ || !window_->hasLostFocus())
         return;
     if (!platform::MainQueue::current().isIdle() || isHeld())
         lookAgainWhenIdle();
     else
         close();
-}
-
-void Panel::focusChanged() {
-    hadFocus_ = hadFocus_ || window_->isFocused();
-    hideIfFocusIsLost();
 }
 
 void Panel::loadWhenIdle() {
@@ -144,7 +139,6 @@ void Panel::loadWhenIdle() {
 
 void Panel::open(const Opening& opening) {
     hidesOnFocusLoss_ = opening.hidesOnFocusLoss;
-    hadFocus_ = window_->isVisible() && window_->isFocused();
     loadWhenIdle();
     if (!window_->isVisible()) {
         askForSources();

@@ -81,7 +81,6 @@ private:
     void lookAgainWhenIdle();
     [[nodiscard]] bool isHeld() const;
     [[nodiscard]] bool isInUse() const;
-    void focusChanged();
     void escapePressed();
     void askForSources();
     void askForUpdate() const;
@@ -96,7 +95,6 @@ private:
     bool awaitsLoad_ = false;       // the panel still shows an old view
     bool looksWhenIdle_ = false;    // the queue will call back once it is idle
     bool hidesOnFocusLoss_ = false; // as the opening says
-    bool hadFocus_ = false;         // since it was asked for
     std::function<void()> shown_;
     std::function<void()> closed_;
     std::function<void()> sourcesWanted_;

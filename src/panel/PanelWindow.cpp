@@ -206,6 +206,7 @@ void PanelWindow::screensChanged() {
 
 // A Wayland compositor may ignore what is asked for a window that has no picture yet, and the token is spent.
 void PanelWindow::takeFocus(const QString& activationToken) {
+    hadFocus_ = isFocused();
     if (platform::isOnX11())
         raise();
     if (platform::isOnWayland() && awaitsPainting_)
@@ -225,8 +226,26 @@ void PanelWindow::requestFocus(const QString& activationToken) {
         qunsetenv(variable);
 }
 
+// As far as Qt knows.
 bool PanelWindow::isFocused() const {
     return windowHandle() && QGuiApplication::focusWindow() == windowHandle();
+}
+
+// On X11, Qt tells a tenth of a second after a window was hidden that none has the focus, even where another
+// has got it in between; and it may tell that a window has the focus before the X server gives it.
+bool PanelWindow::hasLostFocus() const {
+    return hadFocus_ && !isFocused() && !(windowHandle() && isFocusedX11Window(*windowHandle()));
+}
+
+void PanelWindow::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && !platform::isOnX11())
+        hadFocus_ = hadFocus_ || isFocused();
+}
+
+bool PanelWindow::nativeEvent(const QByteArray& eventType, void* message, qintptr* result) {
+    hadFocus_ = hadFocus_ || isX11FocusIn(eventType, message);
+    return QWidget::nativeEvent(eventType, message, result);
 }
 
 void PanelWindow::paintEvent(QPaintEvent*) {

@@ -47,8 +47,8 @@ public:
     // Raises the window, which is shown, and asks for the focus. On Wayland the desktop gives it for a token
     // of what the user did, and is asked once the window is painted.
     void takeFocus(const QString& activationToken);
-    // Whether the focus of the desktop is in it, as far as the toolkit knows.
-    [[nodiscard]] bool isFocused() const;
+    // Whether the focus was in it since it was asked for, and no longer is.
+    [[nodiscard]] bool hasLostFocus() const;
 
     // The margins around the content, points.
     static constexpr int horizontalMargin = 12;
@@ -62,6 +62,8 @@ protected:
     void closeEvent(QCloseEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    bool nativeEvent(const QByteArray& eventType, void* message, qintptr* result) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
@@ -76,6 +78,7 @@ private:
     void insistOnHeight();
     void painted();
     void requestFocus(const QString& activationToken);
+    [[nodiscard]] bool isFocused() const;
     void watch(const QScreen& screen);
     void screensChanged();
     void screenChosen(QScreen* screen);
@@ -99,6 +102,7 @@ private:
     std::function<void()> closeRequested_;
     std::function<void()> mouseReleased_;
     std::function<void()> painted_;
+    bool hadFocus_ = false;               // since it was asked for
     bool awaitsPainting_ = false;         // since it was shown
     std::optional<QString> focusRequest_; // with this token, once it is painted
 };

@@ -32,6 +32,10 @@ xcb_connection_t* connectionToServer() {
     return x11 ? x11->connection() : nullptr;
 }
 
+// A reply of the X server.
+template <typename Reply>
+using Owned = std::unique_ptr<Reply, decltype(&std::free)>;
+
 } // namespace
 
 std::optional<QPoint> placeOfX11Window(const QWindow& window) {
@@ -41,11 +45,29 @@ std::optional<QPoint> placeOfX11Window(const QWindow& window) {
     const auto id = static_cast<xcb_window_t>(window.winId());
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
     const auto cookie = xcb_translate_coordinates(connection, id, root, 0, 0);
-    const std::unique_ptr<xcb_translate_coordinates_reply_t, decltype(&std::free)> reply(
+    const Owned<xcb_translate_coordinates_reply_t> reply(
         xcb_translate_coordinates_reply(connection, cookie, nullptr), &std::free);
     if (!reply)
         return std::nullopt;
     return inPoints({reply->dst_x, reply->dst_y});
+}
+
+bool isFocusedX11Window(const QWindow& window) {
+    xcb_connection_t* connection = connectionToServer();
+    if (!connection)
+        return false;
+    const Owned<xcb_get_input_focus_reply_t> reply(
+        xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr), &std::free);
+    return reply && reply->focus == static_cast<xcb_window_t>(window.winId());
+}
+
+bool isX11FocusIn(const QByteArray& eventType, const void* message) {
+    if (eventType != "xcb_generic_event_t")
+        return false;
+    const auto* event = static_cast<const xcb_focus_in_event_t*>(message);
+    constexpr int withoutSentMark = 0x7f;
+    return (event->response_type & withoutSentMark) == XCB_FOCUS_IN &&
+           event->detail != XCB_NOTIFY_DETAIL_POINTER; // that of the window below, which is the root's
 }
 
 void setX11Background(const QWindow& window, std::uint32_t pixel) {

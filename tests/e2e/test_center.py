@@ -95,7 +95,7 @@ class Starts(Resident):
 
     def test_toggle_shows_and_hides(self):
         program = self.start("--toggle")
-        for _ in range(3):
+        for _ in range(8):
             self.assert_list(program, 2)
             self.ask("--toggle")
             self.assert_hidden(program)

@@ -61,11 +61,12 @@ def _output(command, env):
     return done.stdout if done.returncode == 0 else None
 
 
-def children(pid):
-    """The processes that are a process's children now, the adopted ones too."""
+def children(pid, ended=False):
+    """The processes that are a process's children now, the adopted ones too; on request also those that have ended
+    and of which it does not know yet."""
     for folder in pathlib.Path("/proc").glob("[0-9]*"):
         fields = _status(folder.name)
-        if fields and fields[1] == str(pid) and fields[0] != "Z":
+        if fields and fields[1] == str(pid) and (ended or fields[0] != "Z"):
             yield int(folder.name)
 
 

@@ -301,7 +301,8 @@ class Failures(Resident):
         window = self.failure(program)
         loads = harness.Opens(self.container.folder / "notifications.xml")
         for time in range(1, 9):  # more often than it would start by itself in a minute
-            harness.wait_for(lambda: not list(harness.children(program.process.pid)), "the end of the last start")
+            harness.wait_for(lambda: not list(harness.children(program.process.pid, ended=True)),
+                             "the end of the last start")
             window.press("Return")
             harness.wait_for(lambda count=time: loads.count() >= count, "another start", 3)
 

@@ -51,7 +51,7 @@ class Screen:
     """One at a time; a program that is open ends with the block that opened it."""
 
     def __init__(self, stack, width=1600, height=1200):
-        self.desktop = harness.Desktop(width, height, accessibility=True)
+        self.desktop = harness.Desktop(width, height, accessibility=True, env=harness.SYSTEM_FILES)
         stack.callback(self.desktop.end)
 
     @contextlib.contextmanager

@@ -66,8 +66,9 @@ bool isX11FocusIn(const QByteArray& eventType, const void* message) {
         return false;
     const auto* event = static_cast<const xcb_focus_in_event_t*>(message);
     constexpr int withoutSentMark = 0x7f;
+    // The server also tells the window under the pointer when the root window has got the focus.
     return (event->response_type & withoutSentMark) == XCB_FOCUS_IN &&
-           event->detail != XCB_NOTIFY_DETAIL_POINTER; // that of the window below, which is the root's
+           event->detail != XCB_NOTIFY_DETAIL_POINTER;
 }
 
 void setX11Background(const QWindow& window, std::uint32_t pixel) {
